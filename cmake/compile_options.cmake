@@ -1,0 +1,20 @@
+# How every target of the project is compiled.
+set(CMAKE_CXX_STANDARD 20)
+set(CMAKE_CXX_STANDARD_REQUIRED ON)
+set(CMAKE_CXX_EXTENSIONS OFF)
+set(CMAKE_CXX_VISIBILITY_PRESET hidden)
+set(CMAKE_VISIBILITY_INLINES_HIDDEN ON)
+set(CMAKE_POSITION_INDEPENDENT_CODE ON)
+set(CMAKE_EXPORT_COMPILE_COMMANDS ON)
+
+function(kssubtitle_compile_options target)
+  target_compile_options(${target} PRIVATE
+    -fsigned-char -Wall -Wextra -Wpedantic -Wconversion -Wshadow -Wold-style-cast -Wcast-qual
+    -Wnon-virtual-dtor -Woverloaded-virtual -Wnull-dereference -Wformat=2 -Wundef
+    $<$<BOOL:${KSSUBTITLE_WARNINGS_AS_ERRORS}>:-Werror>)
+  if(KSSUBTITLE_SANITIZE)
+    target_compile_options(${target} PRIVATE
+      -fsanitize=${KSSUBTITLE_SANITIZE} -fno-sanitize-recover=all -fno-omit-frame-pointer)
+    target_link_options(${target} PRIVATE -fsanitize=${KSSUBTITLE_SANITIZE})
+  endif()
+endfunction()

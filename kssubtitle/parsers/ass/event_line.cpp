@@ -1,0 +1,76 @@
+// Events from a script's "Dialogue" lines.
+#include "kssubtitle/parsers/ass/event_line.h"
+
+#include <algorithm>
+#include <string>
+#include <string_view>
+
+#include "kssubtitle/parsers/ass/ksAssParser.h"
+#include "kssubtitle/parsers/ass/override_tags.h"
+#include "kssubtitle/parsers/record_times.h"
+
+namespace kssubtitle::internal {
+namespace {
+
+template <typename Char>
+constexpr Char kComma = Char{','};
+
+/// The Layer column, which SSA v4 has not: there "Marked=" stands in its place. Deliberate: in a
+/// script of unknown format an equals sign anywhere in the line cuts the line behind it.
+template <typename Char>
+int readLayer(FieldReader<Char>& reader, FormatLevel level) {
+  if (level == FormatLevel::kAssV4Plus) return reader.integer(kComma<Char>);
+  reader.text(Char{'='});
+  reader.integer(kComma<Char>);
+  return 0;
+}
+
+template <typename Char>
+long long readTime(FieldReader<Char>& reader) {
+  const int hours = reader.integer(Char{':'});
+  const int minutes = reader.integer(Char{':'});
+  const int seconds = reader.integer(Char{'.'});
+  const int centiseconds = reader.integer(kComma<Char>);
+  return milliseconds32(hours, minutes, seconds, times10(centiseconds));
+}
+
+template <typename Char>
+ksBasicString<Char> styleName(std::basic_string_view<Char> column) {
+  constexpr Char kDefault[] = {'D', 'e', 'f', 'a', 'u', 'l', 't', 0};
+  ksBasicString<Char> name{std::basic_string<Char>(column)};
+  name.TrimLeft(Char{'*'});
+  if (ksBasicString<Char>::isEqualNoCase(name, kDefault)) name = kDefault;
+  return name;
+}
+
+/// Deliberate: an effect that begins as the text does, or the other way round, is none.
+template <typename Char>
+std::basic_string_view<Char> effectBeside(std::basic_string_view<Char> effect,
+                                          std::basic_string_view<Char> text) noexcept {
+  const std::size_t common = std::min(effect.size(), text.size());
+  return effect.substr(0, common) == text.substr(0, common) ? effect.substr(0, 0) : effect;
+}
+
+}  // namespace
+
+template <typename Char, typename Event>
+void readEventLine(FieldReader<Char>& reader, FormatLevel level, Event& event) {
+  using String = std::basic_string<Char>;
+  event.layer = readLayer(reader, level);
+  event.startTime = readTime(reader);
+  event.endTime = readTime(reader);
+  event.style = styleName(reader.text(kComma<Char>));
+  event.name = String(reader.text(kComma<Char>));
+  for (int margin = 0; margin < 3; ++margin) reader.text(kComma<Char>);
+  const auto effect = reader.text(kComma<Char>);
+  event.effect = String(effectBeside(effect, reader.rest()));
+  ksBasicString<Char> text{String(reader.rest())};
+  removeOverrideTags(text);
+  event.text += Char{'\n'};
+  event.text += text;
+}
+
+template void readEventLine(FieldReader<char>&, FormatLevel, ASS_SESSION_ST&);
+template void readEventLine(FieldReader<wchar_t>&, FormatLevel, ASS_SESSION_ST_U&);
+
+}  // namespace kssubtitle::internal

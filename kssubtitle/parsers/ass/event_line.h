@@ -1,0 +1,13 @@
+// The value of a "Dialogue" line.
+#pragma once
+
+#include "kssubtitle/parsers/ass/field_reader.h"
+#include "kssubtitle/parsers/ass/format_level.h"
+
+namespace kssubtitle::internal {
+
+/// Reads the columns in `reader` into an event and adds its text behind a line feed.
+template <typename Char, typename Event>
+void readEventLine(FieldReader<Char>& reader, FormatLevel level, Event& event);
+
+}  // namespace kssubtitle::internal

@@ -1,0 +1,255 @@
+// ASS and SSA scripts: one walk over the lines, in which events become records and the script's
+// state stays in the parser.
+#include "kssubtitle/parsers/ass/ksAssParser.h"
+
+#include <algorithm>
+#include <iterator>
+#include <string>
+#include <string_view>
+
+#include "kssubtitle/parsers/ass/event_line.h"
+#include "kssubtitle/parsers/ass/override_tags.h"
+#include "kssubtitle/parsers/ass/style_line.h"
+#include "kssubtitle/parsers/reading/read_lines.h"
+#include "kssubtitle/parsers/record_times.h"
+
+namespace {
+
+using namespace kssubtitle::internal;
+
+template <typename Char>
+constexpr ReadingRules kReading{LastLine::kLost,
+                                std::is_same_v<Char, wchar_t> ? kByteOrderMarkSize : 0, 20000};
+
+enum class Key {
+  kPlayResX,
+  kPlayResY,
+  kScriptType,
+  kCollisions,
+  kSsaStyles,
+  kAssStyles,
+  kStyle,
+  kDialogue,
+  kOther
+};
+
+struct KeyName {
+  std::string_view name;
+  Key key;
+};
+
+// The most frequent one first.
+constexpr KeyName kKeyNames[] = {
+    {"dialogue", Key::kDialogue},     {"style", Key::kStyle},
+    {"playresx", Key::kPlayResX},     {"playresy", Key::kPlayResY},
+    {"scripttype", Key::kScriptType}, {"collisions", Key::kCollisions},
+    {"[v4 styles]", Key::kSsaStyles}, {"[v4+ styles]", Key::kAssStyles},
+};
+
+template <typename Char>
+bool equals(std::basic_string_view<Char> text, std::string_view literal) noexcept {
+  return std::equal(text.begin(), text.end(), literal.begin(), literal.end());
+}
+
+/// Whether `text` ends with `ending`, which holds no letters.
+template <typename Char>
+bool endsWith(std::basic_string_view<Char> text, std::string_view ending) noexcept {
+  return text.size() >= ending.size() && equals(text.substr(text.size() - ending.size()), ending);
+}
+
+/// The key in any case, as MakeLower() leaves it.
+template <typename Char>
+Key keyOf(std::basic_string_view<Char> text) noexcept {
+  text = text.substr(0, text.find(Char{}));
+  for (const KeyName& entry : kKeyNames) {
+    const auto equalLower = [](Char c, char expected) {
+      return WidthRules<Char>::toLower(c) == static_cast<Char>(expected);
+    };
+    if (std::equal(text.begin(), text.end(), entry.name.begin(), entry.name.end(), equalLower)) {
+      return entry.key;
+    }
+  }
+  return Key::kOther;
+}
+
+/// Walks the lines of one script. The script type decides how events are read, the script type and
+/// the section headers how styles are.
+template <typename Char, typename Parser>
+class AssConverter {
+ public:
+  explicit AssConverter(Parser& parser) : parser_(parser) {}
+
+  void convert() {
+    for (const ksBasicString<Char>& line : parser_.lines) convertLine(line);
+  }
+
+ private:
+  using String = std::basic_string<Char>;
+
+  void convertLine(const ksBasicString<Char>& stored) {
+    line_.assign(stored.getData(), static_cast<std::size_t>(stored.length()));
+    FieldReader<Char> reader(line_);
+    reader.trimBothSides();
+    if (reader.rest().empty() || reader.rest().front() == ';') return;
+    const Key key = keyOf(reader.text(Char{':'}));
+    convertValue(key, reader);
+  }
+
+  void convertValue(Key key, FieldReader<Char>& value) {
+    constexpr Char kComma = ',';
+    switch (key) {
+      case Key::kPlayResX:
+        parser_.playResX = value.integer(kComma);
+        break;
+      case Key::kPlayResY:
+        parser_.playResY = value.integer(kComma);
+        break;
+      case Key::kScriptType:
+        readScriptType(value.rest());
+        break;
+      case Key::kCollisions:
+        readCollisions(String(value.text(kComma)));
+        break;
+      case Key::kSsaStyles:
+        styleLevel_ = FormatLevel::kSsaV4;
+        break;
+      case Key::kAssStyles:
+        styleLevel_ = FormatLevel::kAssV4Plus;
+        break;
+      case Key::kStyle:
+        readStyleLine(value, styleLevel_, parser_);
+        break;
+      case Key::kDialogue:
+        readEventLine(value, eventLevel_, parser_.sessions[nextKey_++]);
+        break;
+      case Key::kOther:
+        break;
+    }
+  }
+
+  void readScriptType(std::basic_string_view<Char> value) noexcept {
+    if (endsWith(value, "4.00")) eventLevel_ = styleLevel_ = FormatLevel::kSsaV4;
+    if (endsWith(value, "4.00+")) eventLevel_ = styleLevel_ = FormatLevel::kAssV4Plus;
+  }
+
+  void readCollisions(ksBasicString<Char> value) {
+    constexpr Char kReverse[] = {'r', 'e', 'v', 'e', 'r', 's', 'e', 0};
+    constexpr Char kYes[] = {'1', 0};
+    constexpr Char kNo[] = {'0', 0};
+    parser_.collisions = value.MakeLower().find(kReverse, 0) >= 0 ? kYes : kNo;
+  }
+
+  Parser& parser_;
+  String line_;
+  int nextKey_ = 1;
+  FormatLevel eventLevel_ = FormatLevel::kUnknown;
+  FormatLevel styleLevel_ = FormatLevel::kUnknown;
+};
+
+template <typename Char, typename Parser>
+bool open(Parser& parser, const char* path) {
+  parser.sessions.clear();
+  if (!readLines<kReading<Char>>(path, parser.file, parser.lines)) return false;
+  parser.ConvertBufToAssMap();
+  parser.opened = true;
+  return true;
+}
+
+/// Deliberate: looks the key up as operator[] does, so that an empty map grows with every call.
+template <typename Sessions>
+long long lastEnd(Sessions& sessions) {
+  return sessions[static_cast<int>(sessions.size())].endTime;
+}
+
+/// Lets `read` take a column off the front of `s`.
+template <typename Char, typename Read>
+auto takeField(ksBasicString<Char>& s, Read read) {
+  std::basic_string<Char> text(s.getData(), static_cast<std::size_t>(s.length()));
+  FieldReader<Char> reader(text);
+  auto field = read(reader);
+  s = ksBasicString<Char>(std::basic_string<Char>(reader.rest()));
+  return field;
+}
+
+template <typename Char>
+ksBasicString<Char> takeText(ksBasicString<Char>& s, Char separator) {
+  return takeField(s, [separator](FieldReader<Char>& reader) {
+    return ksBasicString<Char>(std::basic_string<Char>(reader.text(separator)));
+  });
+}
+
+template <typename Char>
+int takeInteger(ksBasicString<Char>& s, Char separator) {
+  return takeField(s, [separator](FieldReader<Char>& reader) { return reader.integer(separator); });
+}
+
+template <typename Char>
+double takeReal(ksBasicString<Char>& s, Char separator) {
+  return takeField(s, [separator](FieldReader<Char>& reader) { return reader.real(separator); });
+}
+
+}  // namespace
+
+bool ksAssParser::Open(const char* path) { return open<char>(*this, path); }
+
+long long ksAssParser::DurationTime() { return lastEnd(sessions); }
+
+SUBTITLE_ST ksAssParser::GetSubTitle(long long t) { return answerAt<SUBTITLE_ST>(sessions, t); }
+
+SUBTITLE_ST_U ksAssParser::GetSubTitleU(long long) { return {}; }
+
+bool ksAssParser::ReadString(ksString& out) { return readStreamLine<LastLine::kLost>(file, out); }
+
+bool ksAssParser::ConvertBufToAssMap() {
+  AssConverter<char, ksAssParser>(*this).convert();
+  return true;
+}
+
+ksString ksAssParser::GetStr(ksString& s, char sep) { return takeText(s, sep); }
+
+int ksAssParser::GetInt(ksString& s, char sep) { return takeInteger(s, sep); }
+
+double ksAssParser::GetFloat(ksString& s, char sep) { return takeReal(s, sep); }
+
+int ksAssParser::FindChar(ksString s, char c, int start, int) {
+  return s.find(c, std::max(start, 0));
+}
+
+ksString ksAssParser::RemoveSSATags(ksString s, int) {
+  removeOverrideTags(s);
+  return s;
+}
+
+bool ksAssParserU::Open(const char* path) { return open<wchar_t>(*this, path); }
+
+long long ksAssParserU::DurationTime() { return lastEnd(sessions); }
+
+SUBTITLE_ST ksAssParserU::GetSubTitle(long long) { return {}; }
+
+SUBTITLE_ST_U ksAssParserU::GetSubTitleU(long long t) {
+  return answerAt<SUBTITLE_ST_U>(sessions, t);
+}
+
+bool ksAssParserU::ReadString(ksWString& out) { return readStreamLine<LastLine::kLost>(file, out); }
+
+bool ksAssParserU::ConvertBufToAssMap() {
+  AssConverter<wchar_t, ksAssParserU>(*this).convert();
+  return true;
+}
+
+ksWString ksAssParserU::GetStr(ksWString& s, wchar_t sep) { return takeText(s, sep); }
+
+int ksAssParserU::GetInt(ksWString& s, wchar_t sep) { return takeInteger(s, sep); }
+
+double ksAssParserU::GetFloat(ksWString& s, char sep) {
+  return takeReal(s, static_cast<wchar_t>(sep));
+}
+
+int ksAssParserU::FindChar(ksWString s, char c, int start) {
+  return s.find(static_cast<wchar_t>(c), start);
+}
+
+ksWString ksAssParserU::RemoveSSATags(ksWString s) {
+  removeOverrideTags(s);
+  return s;
+}

@@ -1,0 +1,89 @@
+// The style that a script's "Style" lines leave for a renderer.
+#include "kssubtitle/parsers/ass/style_line.h"
+
+#include <algorithm>
+#include <cstdint>
+#include <cstdio>
+#include <cwchar>
+#include <string>
+
+#include "kssubtitle/parsers/ass/ksAssParser.h"
+
+namespace kssubtitle::internal {
+namespace {
+
+constexpr std::uint8_t kSsaBackAlpha = 0x80;
+
+/// The alignment of SSA v4 (1 to 3, plus 4 for the top, plus 8 for the middle) in the numbering of
+/// a numeric keypad.
+int keypadAlignment(int alignment) noexcept {
+  const int column = alignment & 3;
+  if ((alignment & 4) != 0) return column + 6;
+  if ((alignment & 8) != 0) return column + 3;
+  return column;
+}
+
+template <typename Parser>
+void splitColours(Parser& parser) noexcept {
+  for (int i = 0; i < 4; ++i) {
+    parser.alphas[i] = static_cast<std::uint8_t>(parser.colours[i] >> 24);
+    parser.colours[i] &= 0x00FFFFFF;
+  }
+}
+
+template <typename Parser>
+void applySsaRules(Parser& parser, int alphaLevel) noexcept {
+  parser.colours[2] = parser.colours[3];
+  std::fill_n(parser.alphas, 3, static_cast<std::uint8_t>(std::clamp(alphaLevel, 0, 255)));
+  parser.alphas[3] = kSsaBackAlpha;
+  parser.alignment = keypadAlignment(parser.alignment);
+}
+
+}  // namespace
+
+double scanFloat(const std::string& token) {
+  float value = 0;
+  return std::sscanf(token.c_str(), "%f", &value) == 1 ? static_cast<double>(value) : -1.0;
+}
+
+double scanFloat(const std::wstring& token) {
+  float value = 0;
+  return std::swscanf(token.c_str(), L"%f", &value) == 1 ? static_cast<double>(value) : -1.0;
+}
+
+// Deliberate: the colour columns are not skipped, so that from `bold` on (`borderStyle` in SSA v4)
+// each member takes the column in its place: the primary colour's for `bold`, and so on.
+template <typename Char, typename Parser>
+void readStyleLine(FieldReader<Char>& reader, FormatLevel level, Parser& parser) {
+  constexpr Char kComma = ',';
+  reader.text(kComma);  // the style's name
+  parser.fontName = std::basic_string<Char>(reader.text(kComma));
+  parser.fontSize = reader.real(kComma);
+  if (level == FormatLevel::kAssV4Plus) {
+    parser.bold = reader.integer(kComma) != 0;
+    parser.italic = reader.integer(kComma) != 0;
+    parser.fontScaleX = reader.real(kComma);
+    parser.fontScaleY = reader.real(kComma);
+    parser.fontSpacing = reader.real(kComma);
+    parser.fontAngle = reader.real(kComma);
+  }
+  if (level != FormatLevel::kUnknown) parser.borderStyle = reader.integer(kComma);
+  parser.outlineWidth = reader.real(kComma);
+  parser.shadowDepth = reader.real(kComma);
+  parser.alignment = reader.integer(kComma);
+  parser.marginLeft = reader.integer(kComma);
+  parser.marginRight = reader.integer(kComma);
+  parser.marginTop = parser.marginBottom = reader.integer(kComma);
+  const int alphaLevel = level == FormatLevel::kAssV4Plus ? 0 : reader.integer(kComma);
+  parser.charset = reader.integer(kComma);
+  if (level == FormatLevel::kAssV4Plus) {
+    splitColours(parser);
+  } else {
+    applySsaRules(parser, alphaLevel);
+  }
+}
+
+template void readStyleLine(FieldReader<char>&, FormatLevel, ksAssParser&);
+template void readStyleLine(FieldReader<wchar_t>&, FormatLevel, ksAssParserU&);
+
+}  // namespace kssubtitle::internal

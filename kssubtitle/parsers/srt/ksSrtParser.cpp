@@ -1,0 +1,196 @@
+// SubRip: lines become cues by their look alone. The two widths share every step here but for the
+// rules in SrtRules.
+#include "kssubtitle/parsers/srt/ksSrtParser.h"
+
+#include <algorithm>
+#include <string>
+#include <string_view>
+
+#include "kssubtitle/parsers/reading/read_lines.h"
+#include "kssubtitle/parsers/record_times.h"
+#include "kssubtitle/strings/decimal.h"
+
+namespace {
+
+using namespace kssubtitle::internal;
+
+constexpr unsigned kMaxLines = 20000;
+
+/// What differs between the two widths, on purpose.
+template <typename Char>
+struct SrtRules;
+
+template <>
+struct SrtRules<char> {
+  static constexpr ReadingRules kReading{LastLine::kKept, 0, kMaxLines};
+  /// The arrow and the space behind it, whatever stands in the space's place.
+  static constexpr std::size_t kArrowAndGap = 4;
+  /// Whether both times are cut behind the separator at `q` of the end time.
+  /// A separator that is missing (npos) cuts nothing off here.
+  static bool cutsAt(std::size_t q, std::size_t startLength) noexcept {
+    return q + 1 < startLength;
+  }
+};
+
+template <>
+struct SrtRules<wchar_t> {
+  static constexpr ReadingRules kReading{LastLine::kKept, kByteOrderMarkSize, kMaxLines};
+  static constexpr std::size_t kArrowAndGap = 3;
+  static bool cutsAt(std::size_t q, std::size_t startLength) noexcept { return startLength > q; }
+};
+
+template <typename Char>
+using View = std::basic_string_view<Char>;
+
+template <typename Char>
+View<Char> viewOf(const ksBasicString<Char>& text) noexcept {
+  return {text.getData(), static_cast<std::size_t>(text.length())};
+}
+
+/// `text` from `start` on; empty where that is past its end.
+template <typename Char>
+View<Char> from(View<Char> text, std::size_t start) noexcept {
+  return text.substr(std::min(start, text.size()));
+}
+
+/// The number in front of the separator at `position`; in the whole text where there is none.
+template <typename Char>
+int numberUpTo(View<Char> text, std::size_t position) {
+  return decimalOf(text.substr(0, position));
+}
+
+/// The position of the arrow in a time line; -1 in any other line.
+template <typename Char>
+int arrowIn(const ksBasicString<Char>& line) noexcept {
+  constexpr Char kArrow[] = {'-', '-', '>'};
+  const std::size_t arrow = viewOf(line).find(kArrow, 0, std::size(kArrow));
+  return arrow == 0 ? -1 : static_cast<int>(arrow);
+}
+
+template <typename Char>
+void trim(ksBasicString<Char>& line) {
+  line.TrimLeft();
+  line.TrimRight();
+}
+
+/// Turns lines into cues.
+template <typename Char, typename Sessions>
+class SrtConverter {
+ public:
+  SrtConverter(std::vector<ksBasicString<Char>>& lines, Sessions& sessions)
+      : lines_(lines), sessions_(sessions) {}
+
+  void convert() {
+    for (std::size_t i = 0; i < lines_.size(); ++i) convertLine(i);
+  }
+
+ private:
+  void convertLine(std::size_t i) {
+    ksBasicString<Char>& line = lines_[i];
+    trim(line);
+    if (line.isNumeric()) {
+      key_ = decimalOf(viewOf(line));
+    } else if (const int arrow = arrowIn(line); arrow > 0) {
+      readTimes(viewOf(line), static_cast<std::size_t>(arrow));
+    } else {
+      addText(i);
+    }
+  }
+
+  /// Deliberate: a text line brings along every second line behind it, up to the next line that is
+  /// no text, and trims each once more.
+  void addText(std::size_t i) {
+    auto& cue = sessions_[key_];
+    cue.start = start_;
+    cue.end = end_;
+    cue.text += static_cast<Char>('\n');
+    for (; i < lines_.size(); i += 2) {
+      ksBasicString<Char>& line = lines_[i];
+      trim(line);
+      if (line.isEmpty() || line.isNumeric() || arrowIn(line) > 0) return;
+      cue.text += line;
+    }
+  }
+
+  void readTimes(View<Char> line, std::size_t arrow) {
+    ksBasicString<Char> left(typename ksBasicString<Char>::String(line.substr(0, arrow)));
+    ksBasicString<Char> right(
+        typename ksBasicString<Char>::String(from(line, arrow + SrtRules<Char>::kArrowAndGap)));
+    left.clearSpaces();
+    right.clearSpaces();
+    View<Char> start = viewOf(left);
+    View<Char> end = viewOf(right);
+    constexpr std::size_t kFields = 3;
+    int startFields[kFields];
+    int endFields[kFields];
+    for (std::size_t i = 0; i < kFields; ++i) {
+      const Char separator = i < 2 ? ':' : ',';
+      startFields[i] = numberUpTo(start, start.find(separator));
+      const std::size_t q = end.find(separator);
+      endFields[i] = numberUpTo(end, q);
+      // Deliberate: the separator's place in the end time cuts the start time as well.
+      if (SrtRules<Char>::cutsAt(q, start.size())) {
+        start = from(start, q + 1);
+        end = from(end, q + 1);
+      }
+    }
+    start_ = milliseconds32(startFields[0], startFields[1], startFields[2], numberUpTo(start, 3));
+    end_ = milliseconds32(endFields[0], endFields[1], endFields[2], numberUpTo(end, 3));
+  }
+
+  std::vector<ksBasicString<Char>>& lines_;
+  Sessions& sessions_;
+  int key_ = 0;
+  long long start_ = 0;
+  long long end_ = 0;
+};
+
+template <typename Char, typename Parser>
+bool open(Parser& parser, const char* path) {
+  parser.sessions.clear();
+  if (!readLines<SrtRules<Char>::kReading>(path, parser.file, parser.lines)) return false;
+  parser.ConvertBufToSrtMap();
+  parser.opened = true;
+  return true;
+}
+
+template <typename Sessions>
+long long latestEnd(const Sessions& sessions) noexcept {
+  long long latest = 0;
+  for (const auto& [key, cue] : sessions) latest = std::max(latest, cue.end);
+  return latest;
+}
+
+}  // namespace
+
+bool ksSrtParser::Open(const char* path) { return open<char>(*this, path); }
+
+long long ksSrtParser::DurationTime() { return latestEnd(sessions); }
+
+SUBTITLE_ST ksSrtParser::GetSubTitle(long long t) { return answerAt<SUBTITLE_ST>(sessions, t); }
+
+SUBTITLE_ST_U ksSrtParser::GetSubTitleU(long long) { return {}; }
+
+bool ksSrtParser::ReadString(ksString& out) { return readStreamLine<LastLine::kKept>(file, out); }
+
+bool ksSrtParser::ConvertBufToSrtMap() {
+  SrtConverter<char, decltype(sessions)>(lines, sessions).convert();
+  return true;
+}
+
+bool ksSrtParserU::Open(const char* path) { return open<wchar_t>(*this, path); }
+
+long long ksSrtParserU::DurationTime() { return latestEnd(sessions); }
+
+SUBTITLE_ST ksSrtParserU::GetSubTitle(long long) { return {}; }
+
+SUBTITLE_ST_U ksSrtParserU::GetSubTitleU(long long t) {
+  return answerAt<SUBTITLE_ST_U>(sessions, t);
+}
+
+bool ksSrtParserU::ReadString(ksWString& out) { return readStreamLine<LastLine::kKept>(file, out); }
+
+bool ksSrtParserU::ConvertBufToSrtMap() {
+  SrtConverter<wchar_t, decltype(sessions)>(lines, sessions).convert();
+  return true;
+}

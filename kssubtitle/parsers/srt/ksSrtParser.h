@@ -1,0 +1,78 @@
+/// @file
+/// SubRip (".srt") readers for 8-bit and wide text.
+#pragma once
+
+#include <cstdio>
+#include <map>
+#include <vector>
+
+#include "kssubtitle/parsers/IParser.h"
+
+/// A SubRip cue.
+struct SRC_SESSION_ST {
+  long long start = 0;  ///< Milliseconds.
+  long long end = 0;    ///< Milliseconds; the cue is still shown at this moment.
+  ksString text;  ///< For each text line a line feed, then the line and every second one after.
+};
+
+/// A SubRip cue with wide text.
+struct SRC_SESSION_ST_U {
+  long long start = 0;  ///< Milliseconds.
+  long long end = 0;    ///< Milliseconds; the cue is still shown at this moment.
+  ksWString text;       ///< As SRC_SESSION_ST::text.
+};
+
+/// Reads SubRip files of 8-bit text, in whatever encoding they have.
+///
+/// Not a strict reader: each line is a number line, a time line or a text line by its look alone,
+/// and blank lines play no part. Lines must end in LF: with CR LF no number line is recognised.
+/// Digits beyond the third of the milliseconds are not read, and times wrap at 32 bits.
+class KSSUBTITLE_API ksSrtParser : public IParser {
+ public:
+  bool Open(const char* path) override;
+  bool IsOpen() const override { return opened; }
+  /// The greatest end time of all cues; 0 without any.
+  long long DurationTime() override;
+  SUBTITLE_ST GetSubTitle(long long t) override;
+  /// Always nothing: the text is 8-bit.
+  SUBTITLE_ST_U GetSubTitleU(long long t) override;
+
+  /// Appends the next line of `file` to `out`, without its line feed. False at the end of the file
+  /// or after a read error; `out` then holds a last line that has no line feed.
+  /// Requires: `file` is open for reading, `out` is empty.
+  bool ReadString(ksString& out);
+  /// Adds the cues of `lines` to `sessions`, and trims the lines in place. Always true.
+  bool ConvertBufToSrtMap();
+
+  std::FILE* file = nullptr;               ///< Meaningful only while Open() runs.
+  std::vector<ksString> lines;             ///< The file's non-empty lines, without line feeds.
+  std::map<int, SRC_SESSION_ST> sessions;  ///< The cues under the numbers that the file gives.
+  bool opened = false;                     ///< Set by the first Open() that succeeds.
+};
+
+/// Reads SubRip files of wide text: UTF-16LE behind the mark FF FE, or text in the encoding of the
+/// host's locale behind two bytes that are skipped.
+///
+/// Differs from ksSrtParser on unusual time lines only: the arrow needs no space behind it, and a
+/// start time that ends right behind one of its separators is cut there.
+class KSSUBTITLE_API ksSrtParserU : public IParser {
+ public:
+  bool Open(const char* path) override;
+  bool IsOpen() const override { return opened; }
+  /// The greatest end time of all cues; 0 without any.
+  long long DurationTime() override;
+  /// Always nothing: the text is wide.
+  SUBTITLE_ST GetSubTitle(long long t) override;
+  SUBTITLE_ST_U GetSubTitleU(long long t) override;
+
+  /// As ksSrtParser::ReadString(). A stream with wide orientation is read with `fgetws` under the
+  /// host's locale, any other as UTF-16LE.
+  bool ReadString(ksWString& out);
+  /// Adds the cues of `lines` to `sessions`, and trims the lines in place. Always true.
+  bool ConvertBufToSrtMap();
+
+  std::FILE* file = nullptr;                 ///< Meaningful only while Open() runs.
+  std::vector<ksWString> lines;              ///< The file's non-empty lines, without line feeds.
+  std::map<int, SRC_SESSION_ST_U> sessions;  ///< The cues under the numbers that the file gives.
+  bool opened = false;                       ///< Set by the first Open() that succeeds.
+};

@@ -1,0 +1,360 @@
+// The text class, instantiated for the two widths.
+#include "kssubtitle/strings/ksBasicString.h"
+
+#include <algorithm>
+#include <string_view>
+
+#include "kssubtitle/strings/trimming.h"
+#include "kssubtitle/strings/width_rules.h"
+
+namespace {
+
+using kssubtitle::internal::trimLeft;
+using kssubtitle::internal::trimRight;
+using kssubtitle::internal::WidthRules;
+
+constexpr int kNotFound = -1;
+
+template <typename Char>
+constexpr Char kSpace = Char{' '};
+
+int positionOf(std::size_t found) noexcept {
+  return found == std::string::npos ? kNotFound : static_cast<int>(found);
+}
+
+template <typename Char>
+void lowerCase(Char* p, std::size_t n) noexcept {
+  std::transform(p, p + n, p, [](Char c) { return WidthRules<Char>::toLower(c); });
+}
+
+template <typename Char>
+bool equalNoCase(const Char* a, const Char* b, std::size_t n) noexcept {
+  return std::equal(a, a + n, b, [](Char x, Char y) {
+    return WidthRules<Char>::toUpper(x) == WidthRules<Char>::toUpper(y);
+  });
+}
+
+/// Replaces `from`, which stands at the front of `text`, by `to` until the text begins otherwise.
+/// Never ends if `to` begins with `from`.
+template <typename Char>
+void replaceFront(std::basic_string<Char>& text, const std::basic_string<Char>& from,
+                  const std::basic_string<Char>& to) {
+  using View = std::basic_string_view<Char>;
+  while (to.starts_with(from)) text.replace(0, from.size(), to);
+  std::size_t replaced = from.size();
+  if (from.starts_with(to)) {
+    // `to` and what follows it make up `from` anew as long as the following completes it.
+    const View completion = View(from).substr(to.size());
+    while (View(text).substr(replaced).starts_with(completion)) replaced += completion.size();
+  }
+  text.replace(0, replaced, to);
+}
+
+}  // namespace
+
+// ---- Construction and assignment ----
+
+template <typename Char>
+ksBasicString<Char>::ksBasicString(const Char* p, int n) : text_(p, static_cast<std::size_t>(n)) {}
+
+template <typename Char>
+ksBasicString<Char>::ksBasicString(const Char* p) : text_(p) {}
+
+template <typename Char>
+ksBasicString<Char>::ksBasicString(const String& s) : text_(s) {}
+
+template <typename Char>
+ksBasicString<Char>::ksBasicString(int v) : text_(WidthRules<Char>::textOfNumber(v)) {}
+
+template <typename Char>
+ksBasicString<Char>::~ksBasicString() = default;
+
+template <typename Char>
+ksBasicString<Char>& ksBasicString<Char>::operator=(const Char* p) {
+  text_ = String(p);  // `p` may point into this text, behind its recorded end included
+  return *this;
+}
+
+template <typename Char>
+ksBasicString<Char>& ksBasicString<Char>::deepCopy(const ksBasicString& src, Char**, int*) {
+  return *this = src;
+}
+
+// ---- Access ----
+
+template <typename Char>
+ksBasicString<Char>::operator int() const noexcept {
+  return WidthRules<Char>::numberOfText(text_);
+}
+
+template <typename Char>
+Char ksBasicString<Char>::getChar(int i) const noexcept {
+  return i < 0 || i > length() ? Char{} : text_.data()[i];
+}
+
+template <typename Char>
+void ksBasicString<Char>::setchar(int i, Char c) {
+  if (i < 0 || i > length()) return;
+  if (i == length()) {
+    // Leaves a second NUL behind the terminator, so that the storage stays terminated.
+    text_.push_back(Char{});
+    text_.pop_back();
+  }
+  text_.data()[i] = c;
+}
+
+// ---- Comparison ----
+
+template <typename Char>
+bool ksBasicString<Char>::operator==(const Char* p) const noexcept {
+  return text_ == p;
+}
+
+// ---- Concatenation ----
+
+template <typename Char>
+ksBasicString<Char> ksBasicString<Char>::operator+(const ksBasicString& s) const {
+  return text_ + s.text_;
+}
+
+template <typename Char>
+ksBasicString<Char> ksBasicString<Char>::operator+(const Char* p) const {
+  return text_ + p;
+}
+
+template <typename Char>
+ksBasicString<Char> ksBasicString<Char>::operator+(int v) const {
+  return text_ + WidthRules<Char>::textOfNumber(v);
+}
+
+template <typename Char>
+ksBasicString<Char>& ksBasicString<Char>::operator+=(const ksBasicString& s) {
+  text_ += s.text_;
+  return *this;
+}
+
+template <typename Char>
+ksBasicString<Char>& ksBasicString<Char>::operator+=(const Char* p) {
+  return append(p);
+}
+
+template <typename Char>
+ksBasicString<Char>& ksBasicString<Char>::operator+=(int v) {
+  text_ += WidthRules<Char>::textOfNumber(v);
+  return *this;
+}
+
+template <typename Char>
+ksBasicString<Char>& ksBasicString<Char>::operator+=(Char c) {
+  text_ += c;
+  return *this;
+}
+
+template <typename Char>
+ksBasicString<Char>& ksBasicString<Char>::append(const Char* p) {
+  text_.append(p);
+  return *this;
+}
+
+template <typename Char>
+ksBasicString<Char>& ksBasicString<Char>::append(const Char* p, int n) {
+  text_.append(p, static_cast<std::size_t>(n));
+  return *this;
+}
+
+template <typename Char>
+ksBasicString<Char>& ksBasicString<Char>::replace(int pos, int n, const ksBasicString& s) {
+  text_.replace(static_cast<std::size_t>(pos), static_cast<std::size_t>(n), s.text_);
+  return *this;
+}
+
+// ---- Pieces ----
+
+template <typename Char>
+ksBasicString<Char> ksBasicString<Char>::substr(int start, int count) const {
+  if (start < 0 || count == 0 || count < -1) return {};
+  return text_.substr(static_cast<std::size_t>(start), static_cast<std::size_t>(count));
+}
+
+template <typename Char>
+ksBasicString<Char> ksBasicString<Char>::Left(int n) const {
+  if (n < 0 || n > length()) return {};
+  return {getData(), n};
+}
+
+// Deliberate: unlike Left, the whole length is out of bounds.
+template <typename Char>
+ksBasicString<Char> ksBasicString<Char>::Right(int n) const {
+  if (n < 0 || n >= length()) return {};
+  return {getData() + (length() - n), n};
+}
+
+// ---- Searching ----
+
+template <typename Char>
+int ksBasicString<Char>::find(Char c, int start) const noexcept {
+  return start < 0 ? kNotFound : positionOf(text_.find(c, static_cast<std::size_t>(start)));
+}
+
+template <typename Char>
+int ksBasicString<Char>::find(const ksBasicString& s, int start) const noexcept {
+  return start < 0 ? kNotFound : positionOf(text_.find(s.text_, static_cast<std::size_t>(start)));
+}
+
+// Deliberate: the start position plays no part.
+template <typename Char>
+int ksBasicString<Char>::findNoCase(const ksBasicString& s, int) const noexcept {
+  const int last = length() - s.length();
+  for (int p = 0; p <= last; ++p) {
+    if (equalNoCase(getData() + p, s.getData(), s.text_.size())) return p;
+  }
+  return kNotFound;
+}
+
+template <typename Char>
+int ksBasicString<Char>::findlast(const ksBasicString& set, int start) const noexcept {
+  const std::size_t last =
+      start < 0 || start >= length() ? String::npos : static_cast<std::size_t>(start);
+  return positionOf(text_.find_last_of(set.text_, last));
+}
+
+template <typename Char>
+int ksBasicString<Char>::findlastNoCase(const ksBasicString& s, int start) const noexcept {
+  if (start < 1 || start >= length()) start = length() - 1;
+  for (int p = start + 1 - s.length(); p >= 0; --p) {
+    if (equalNoCase(getData() + p, s.getData(), s.text_.size())) return p;
+  }
+  return kNotFound;
+}
+
+// ---- Case ----
+
+template <typename Char>
+int ksBasicString<Char>::compareNoCase(const Char* a, const Char* b, int n) noexcept {
+  for (int i = 0; i < n; ++i) {
+    const Char x = WidthRules<Char>::toUpper(a[i]);
+    const Char y = WidthRules<Char>::toUpper(b[i]);
+    if (x != y) return x < y ? -1 : 1;
+  }
+  return 0;
+}
+
+// Deliberate: case-sensitive.
+template <typename Char>
+int ksBasicString<Char>::CompareNoCase(const Char* s) const noexcept {
+  return WidthRules<Char>::compare(getData(), s);
+}
+
+template <typename Char>
+bool ksBasicString<Char>::isEqualNoCase(const ksBasicString& a, const ksBasicString& b) noexcept {
+  return a.length() == b.length() && equalNoCase(a.getData(), b.getData(), a.text_.size());
+}
+
+template <typename Char>
+Char* ksBasicString<Char>::strlwr(Char* p) noexcept requires std::same_as<Char, char> {
+  lowerCase(p, String::traits_type::length(p));
+  return p;
+}
+
+template <typename Char>
+Char* ksBasicString<Char>::wcslwr(Char* p) noexcept requires std::same_as<Char, wchar_t> {
+  lowerCase(p, String::traits_type::length(p));
+  return p;
+}
+
+template <typename Char>
+ksBasicString<Char>& ksBasicString<Char>::MakeLower() {
+  const std::size_t shown = String::traits_type::length(getData());
+  lowerCase(text_.data(), shown);
+  if (shown <= text_.size()) {
+    text_.resize(shown);
+  } else {
+    text_ = String(getData());  // a character that setchar() put over the terminator
+  }
+  return *this;
+}
+
+// ---- Blanks and clean-up ----
+
+template <typename Char>
+void ksBasicString<Char>::TrimLeft() {
+  TrimLeft(kSpace<Char>);
+}
+
+template <typename Char>
+void ksBasicString<Char>::TrimLeft(Char c) {
+  Char* const begin = text_.data();
+  const Char* const trimmed = trimLeft(begin, begin + text_.size(), c);
+  text_.erase(0, static_cast<std::size_t>(trimmed - begin));
+}
+
+template <typename Char>
+void ksBasicString<Char>::TrimRight() {
+  TrimRight(kSpace<Char>);
+}
+
+template <typename Char>
+void ksBasicString<Char>::TrimRight(Char c) {
+  Char* const begin = text_.data();
+  text_.resize(static_cast<std::size_t>(trimRight(begin, begin + text_.size(), c) - begin));
+}
+
+template <typename Char>
+void ksBasicString<Char>::removeSpaces() {
+  TrimRight();
+  text_.erase(0, text_.find_first_not_of(kSpace<Char>));
+}
+
+// Deliberate: of the spaces behind the leading ones only the first goes.
+template <typename Char>
+void ksBasicString<Char>::clearSpaces() {
+  text_.erase(0, text_.find_first_not_of(kSpace<Char>));
+  const std::size_t inner = text_.find(kSpace<Char>);
+  if (inner != String::npos) text_.erase(inner, 1);
+}
+
+// Deliberate: the closing quotes stay.
+template <typename Char>
+void ksBasicString<Char>::removeQuo() {
+  if (text_.empty()) return;
+  text_.erase(0, std::min(text_.find_first_not_of(Char{'"'}), text_.size() - 1));
+}
+
+template <typename Char>
+void ksBasicString<Char>::removeLastChar() {
+  constexpr Char kLineEnds[] = {'\r', '\n', 0};
+  text_.resize(text_.find_last_not_of(kLineEnds) + 1);
+}
+
+// Deliberate: the recorded length stays, with stale characters behind the moved terminator.
+template <typename Char>
+int ksBasicString<Char>::deleteStr(int start, int count) noexcept {
+  const int size = length();
+  start = std::max(start, 0);
+  if (start >= size) return size;
+  count = std::clamp(count, 0, size - start);
+  Char* const to = text_.data() + start;
+  String::traits_type::move(to, to + count, static_cast<std::size_t>(size - start - count) + 1);
+  return size;
+}
+
+// Deliberate: the search is repeated only while the occurrence just replaced stood at the front.
+template <typename Char>
+void ksBasicString<Char>::replaceChars(ksBasicString from, ksBasicString to) {
+  if (text_.empty()) return;
+  std::size_t found = text_.find(from.text_);
+  if (found == 0) {
+    replaceFront(text_, from.text_, to.text_);
+    found = text_.find(from.text_);
+  }
+  if (found != String::npos) text_.replace(found, from.text_.size(), to.text_);
+}
+
+template <typename Char>
+bool ksBasicString<Char>::isNumeric() const noexcept {
+  return !text_.empty() &&
+         std::all_of(text_.begin(), text_.end(), [](Char c) { return c >= '0' && c <= '9'; });
+}
+
+template class ksBasicString<char>;
+template class ksBasicString<wchar_t>;

@@ -1,0 +1,173 @@
+// Runs the host program as a user does, on files of its own.
+#include <gtest/gtest.h>
+#include <pty.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <csignal>
+#include <cstdio>
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <regex>
+#include <sstream>
+#include <string>
+#include <string_view>
+
+namespace {
+
+const std::string kPlain =
+    "1\n00:00:01,000 --> 00:00:02,000\nHello\nthere\n\n2\n00:00:02,500 --> 00:00:03,000\nBye\n";
+const std::string kOverlap =
+    "1\n00:00:02,000 --> 00:00:09,000\nlong\n2\n00:00:02,000 --> 00:00:03,000\nshort\n"
+    "3\n00:00:08,000 --> 00:00:04,000\nbackwards\n";
+const std::string kScript =
+    "ScriptType: v4.00+\nDialogue: 0,1:00:01.50,1:00:03.00,*default,,0,0,0,,Hello, {\\b1}you\\NX\n";
+// A control sequence, the control character that begins one by itself, DEL, an invalid byte.
+const std::string kHostile = "1\n00:00:00,000 --> 00:00:01,000\na\x1b[2Jb\xc2\x9b|c\x7f\xff\n";
+
+std::string replaced(const std::string& text, const char* pattern, const char* by) {
+  return std::regex_replace(text, std::regex(pattern), by);
+}
+
+std::string utf16(std::string_view text) {
+  std::string units = "\xff\xfe";
+  for (const char c : text) units.append({c, '\0'});
+  return units;
+}
+
+class KssubTest : public testing::Test {
+ protected:
+  void SetUp() override {
+    std::string name = testing::TempDir() + "kssub_XXXXXX";
+    ASSERT_NE(mkdtemp(name.data()), nullptr);
+    directory = name;
+    write("plain.srt", kPlain);
+  }
+  void TearDown() override { std::filesystem::remove_all(directory); }
+
+  void write(const std::string& name, const std::string& content) {
+    std::ofstream(directory / name, std::ios::binary) << content;
+  }
+
+  /// Runs the program in `directory`; `out` and `err` are patterns of all that it prints.
+  void expectRun(const std::string& arguments, const std::string& out, const std::string& err,
+                 int status) {
+    SCOPED_TRACE(arguments);
+    const std::string command =
+        "cd " + directory.string() + " && " KSSUB_PATH " " + arguments + " 2>err";
+    std::FILE* pipe = popen(command.c_str(), "r");
+    ASSERT_NE(pipe, nullptr);
+    std::string printed;
+    for (int c = std::fgetc(pipe); c != EOF; c = std::fgetc(pipe)) printed += static_cast<char>(c);
+    EXPECT_EQ(WEXITSTATUS(pclose(pipe)), status);
+    std::ostringstream errors;
+    errors << std::ifstream(directory / "err").rdbuf();
+    EXPECT_TRUE(std::regex_match(printed, std::regex(out))) << printed << "is not\n" << out;
+    EXPECT_TRUE(std::regex_match(errors.str(), std::regex(err))) << errors.str() << "is not\n"
+                                                                 << err;
+  }
+
+  std::filesystem::path directory;
+};
+
+TEST_F(KssubTest, commands_print_answers) {
+  write("wide.srt", utf16(replaced(kPlain, "Bye", "\xe9")));
+  write("overlap.srt", kOverlap);
+  write("script.ass", kScript);
+  write("none.ass", "ScriptType: v4.00+\n");
+  write("hostile.srt", kHostile);
+  const std::string plainAnswers =
+      "duration: 0:00:03.000\n0:00:01.000: 0:00:01.000 --> 0:00:02.000\n    Hello\n    there\n"
+      "-0:00:00.005: nothing is shown\n";
+  const std::string header = "      start          end  text\n";
+  const struct {
+    std::string arguments, out;
+  } cases[] = {
+      {"at plain.srt 1000 -5", plainAnswers},
+      {"at wide.srt 0:1 -0:0.005", plainAnswers},
+      {"at wide.srt 0:3", "duration: 0:00:03.000\n0:00:03.000: .*\n    \u00e9\n"},
+      {"at script.ass 1:00:03",
+       "duration: 1:00:03.000\n1:00:03.000: 1:00:01.500 --> 1:00:03.000\n    Hello, you\n    X\n"},
+      {"at none.ass 0", "duration: 0:00:00.000\n0:00:00.000: nothing is shown\n"},
+      {"list none.ass", "0 cues\n"},
+      {"list overlap.srt", header + "0:00:02.000  0:00:03.000  short\n"
+                                    "0:00:02.000  0:00:09.000  long\n"
+                                    "2 cues, and 1 more in the file never shown\n"},
+      {"list hostile.srt",
+       header + "0:00:00.000  0:00:01.000  a\u241b\\[2Jb\ufffd\\|c\u2421\ufffd\n1 cue\n"},
+      {"play plain.srt --from 0:0.9 --speed 2",
+       "0:00:01.*  Hello \\| there\n0:00:02.*  nothing is shown\n0:00:02.*  Bye\n"
+       "0:00:03.001  nothing is shown\n"},
+      {"play plain.srt --from 3001", ""},
+  };
+  for (const auto& [arguments, out] : cases) expectRun(arguments, out, "", 0);
+}
+
+TEST_F(KssubTest, odd_forms_are_noted_in_one_line_before_the_answers) {
+  const std::string tooManyLines(20001, '\n');
+  const struct {
+    std::string name, content, note;
+  } cases[] = {
+      {"crlf.srt", replaced(kPlain, "\n", "\r\n"), "CR LF line ends, so cue numbers"},
+      {"crlf.ass", replaced(kScript, "\n", "\r\n"), "CR LF line ends, .*script type"},
+      {"wide.srt", utf16(replaced(kPlain, "\n", "\r\n")), "CR LF line ends, so cue numbers"},
+      {"cr.ass", replaced(kScript, "\n", "\r"), "lone CRs, .*; .*last line is lost"},
+      {"mark.srt", "\xef\xbb\xbf" + kPlain, "UTF-8 mark"},
+      {"big.srt", "\xfe\xff" + kPlain, "big-endian mark"},
+      {"cut.ass", kScript + "Dialogue: lost", "last line is lost"},
+      {"mark.ass", "\xef\xbb\xbf" + kScript, ""},
+      {"cut.srt", kPlain + "x", ""},
+      {"full.srt", tooManyLines.substr(1) + "x", ""},
+  };
+  for (const auto& [name, content, note] : cases) {
+    write(name, content);
+    const std::string line = "kssub: " + name + ": note: .*" + note + ".*\n";
+    expectRun("at " + name + " 0", "duration: .*\n0:00:00.000: [^]*", note.empty() ? "" : line, 0);
+  }
+  write("long.srt", tooManyLines);
+  expectRun("list long.srt", "", ".*: note: .*20000 lines.*\n.*: cannot open: too many lines\n", 1);
+}
+
+TEST_F(KssubTest, failures_are_told_apart_by_exit_status) {
+  write("plain.txt", kPlain);
+  write("empty.srt", "");
+  std::filesystem::create_directory(directory / "dir.srt");
+  const std::string cannotOpen = "kssub: .*: cannot open: ";
+  expectRun("at missing.srt 0", "", cannotOpen + "No such file or directory\n", 1);
+  expectRun("list plain.txt", "", cannotOpen + "the extension is none .*\n", 1);
+  expectRun("play empty.srt", "", cannotOpen + "the file is empty\n", 1);
+  expectRun("list dir.srt", "", cannotOpen + "not a regular file\n", 1);
+  expectRun("list plain.srt >/dev/full", "", "kssub: cannot write the output\n", 1);
+  for (const char* arguments :
+       {"", "show plain.srt", "at plain.srt", "at plain.srt 1s", "at plain.srt 1:60.5",
+        "at plain.srt 1.5", "at plain.srt 0:0:0:1", "at plain.srt 99999999999999999999",
+        "play plain.srt --speed 0", "play plain.srt --speed nan", "play plain.srt --from soon"}) {
+    expectRun(arguments, "", "kssub: .*\n.*--help.*\n", 2);
+  }
+}
+
+TEST_F(KssubTest, play_restores_the_terminal_when_interrupted) {
+  const std::string file = (directory / "plain.srt").string();
+  int terminal = -1;
+  const pid_t child = forkpty(&terminal, nullptr, nullptr, nullptr);
+  if (child == 0) {
+    execl(KSSUB_PATH, "kssub", "play", file.c_str(), "--from", "1000", "--speed", "0.001", nullptr);
+    _exit(127);
+  }
+  ASSERT_GT(child, 0);
+  std::string screen;
+  for (char c = 0; read(terminal, &c, 1) == 1;) {
+    screen += c;
+    if (screen.ends_with("there\r\n")) kill(child, SIGINT);
+  }
+  int status = 0;
+  ASSERT_EQ(waitpid(child, &status, 0), child);
+  EXPECT_EQ(screen,
+            "\033[?1049h\033[?25l\033[H\033[2J\033[H\033[2JHello\r\nthere\r\n"
+            "\033[?25h\033[?1049l");
+  EXPECT_TRUE(WIFSIGNALED(status) && WTERMSIG(status) == SIGINT);
+  close(terminal);
+}
+
+}  // namespace

@@ -1,0 +1,107 @@
+// What the tests of both text widths share.
+#pragma once
+
+#include <gtest/gtest.h>
+
+#include <filesystem>
+#include <fstream>
+#include <ostream>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "kssubtitle/kssubtitle.h"
+
+using Widths = testing::Types<char, wchar_t>;
+
+/// `bytes` as characters of one width, each byte one character.
+template <typename Char>
+std::basic_string<Char> wide(std::string_view bytes) {
+  std::basic_string<Char> result;
+  for (const char c : bytes) result += static_cast<Char>(static_cast<unsigned char>(c));
+  return result;
+}
+
+/// The text, stale characters included, as bytes.
+template <typename Char>
+std::string narrow(const ksBasicString<Char>& text) {
+  return {text.getData(), text.getData() + text.length()};
+}
+
+/// The part of the text that a reader of getData() sees.
+template <typename Char>
+std::string shown(const ksBasicString<Char>& text) {
+  return narrow(text).c_str();
+}
+
+template <typename Char>
+void PrintTo(const ksBasicString<Char>& text, std::ostream* out) {
+  *out << testing::PrintToString(narrow(text));
+}
+
+/// The classes and the query of one width.
+template <typename Char>
+struct Width;
+
+template <>
+struct Width<char> {
+  using Srt = ksSrtParser;
+  using Ass = ksAssParser;
+  static auto ask(auto& host, long long t) { return host.GetSubTitle(t); }
+  static auto askOther(auto& host, long long t) { return host.GetSubTitleU(t); }
+  static std::string encode(std::string_view bytes) { return std::string(bytes); }
+};
+
+template <>
+struct Width<wchar_t> {
+  using Srt = ksSrtParserU;
+  using Ass = ksAssParserU;
+  static auto ask(auto& host, long long t) { return host.GetSubTitleU(t); }
+  static auto askOther(auto& host, long long t) { return host.GetSubTitle(t); }
+  /// UTF-16LE behind its mark.
+  static std::string encode(std::string_view bytes) {
+    std::string result = "\xFF\xFE";
+    for (const char c : bytes) result += {c, '\0'};
+    return result;
+  }
+};
+
+/// A directory of its own for each test.
+class TempDir {
+ public:
+  TempDir() {
+    std::string pattern = (std::filesystem::temp_directory_path() / "kssubtitle-XXXXXX").string();
+    path_ = mkdtemp(pattern.data());
+  }
+  TempDir(const TempDir&) = delete;
+  TempDir& operator=(const TempDir&) = delete;
+  ~TempDir() { std::filesystem::remove_all(path_); }
+
+  std::string path(std::string_view name) const { return (path_ / name).string(); }
+  /// Writes a file and returns its path.
+  std::string write(std::string_view name, std::string_view content) const {
+    std::ofstream(path(name), std::ios::binary) << content;
+    return path(name);
+  }
+
+ private:
+  std::filesystem::path path_;
+};
+
+/// "start-end text" of an answer or a SubRip cue, line feeds as '|'; "nothing" for no answer.
+template <typename Answer>
+std::string describe(const Answer& answer) {
+  if (answer.start == -1 && answer.end == -1 && answer.text.isEmpty()) return "nothing";
+  std::string text = shown(answer.text);
+  for (char& c : text) c = c == '\n' ? '|' : c;
+  return std::to_string(answer.start) + "-" + std::to_string(answer.end) + " " + text;
+}
+
+/// All texts of up to `longest` characters from `alphabet`.
+inline std::vector<std::string> allTexts(std::string_view alphabet, std::size_t longest) {
+  std::vector<std::string> texts{""};
+  for (std::size_t i = 0; i < texts.size() && texts[i].size() < longest; ++i) {
+    for (const char c : alphabet) texts.push_back(texts[i] + c);
+  }
+  return texts;
+}
