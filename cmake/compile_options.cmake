@@ -12,6 +12,9 @@ function(kssubtitle_compile_options target)
     -fsigned-char -Wall -Wextra -Wpedantic -Wconversion -Wshadow -Wold-style-cast -Wcast-qual
     -Wnon-virtual-dtor -Woverloaded-virtual -Wnull-dereference -Wformat=2 -Wundef
     $<$<BOOL:${KSSUBTITLE_WARNINGS_AS_ERRORS}>:-Werror>)
+  if(KSSUBTITLE_CLANG_TIDY)
+    set_target_properties(${target} PROPERTIES CXX_CLANG_TIDY "clang-tidy;--quiet")
+  endif()
   if(KSSUBTITLE_SANITIZE)
     target_compile_options(${target} PRIVATE
       -fsanitize=${KSSUBTITLE_SANITIZE} -fno-sanitize-recover=all -fno-omit-frame-pointer)

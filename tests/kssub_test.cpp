@@ -18,9 +18,10 @@ namespace {
 
 const std::string kPlain =
     "1\n00:00:01,000 --> 00:00:02,000\nHello\nthere\n\n2\n00:00:02,500 --> 00:00:03,000\nBye\n";
+// The long cue is seen only between the two that follow it.
 const std::string kOverlap =
-    "1\n00:00:02,000 --> 00:00:09,000\nlong\n2\n00:00:02,000 --> 00:00:03,000\nshort\n"
-    "3\n00:00:08,000 --> 00:00:04,000\nbackwards\n";
+    "1\n00:00:02,000 --> 00:00:09,000\nlong\n2\n00:00:02,000 --> 00:00:03,000\nfirst\n"
+    "3\n00:00:05,000 --> 00:00:09,000\nlast\n4\n00:00:08,000 --> 00:00:01,000\nbackwards\n";
 const std::string kScript =
     "ScriptType: v4.00+\nDialogue: 0,1:00:01.50,1:00:03.00,*default,,0,0,0,,Hello, {\\b1}you\\NX\n";
 // A control sequence, the control character that begins one by itself, DEL, an invalid byte.
@@ -91,9 +92,9 @@ TEST_F(KssubTest, commands_print_answers) {
        "duration: 1:00:03.000\n1:00:03.000: 1:00:01.500 --> 1:00:03.000\n    Hello, you\n    X\n"},
       {"at none.ass 0", "duration: 0:00:00.000\n0:00:00.000: nothing is shown\n"},
       {"list none.ass", "0 cues\n"},
-      {"list overlap.srt", header + "0:00:02.000  0:00:03.000  short\n"
-                                    "0:00:02.000  0:00:09.000  long\n"
-                                    "2 cues, and 1 more in the file never shown\n"},
+      {"list overlap.srt",
+       header + "0:00:02.000  0:00:03.000  first\n0:00:02.000  0:00:09.000  long\n"
+                "0:00:05.000  0:00:09.000  last\n3 cues, and 1 more in the file never shown\n"},
       {"list hostile.srt",
        header + "0:00:00.000  0:00:01.000  a\u241b\\[2Jb\ufffd\\|c\u2421\ufffd\n1 cue\n"},
       {"play plain.srt --from 0:0.9 --speed 2",
@@ -152,7 +153,7 @@ TEST_F(KssubTest, play_restores_the_terminal_when_interrupted) {
   int terminal = -1;
   const pid_t child = forkpty(&terminal, nullptr, nullptr, nullptr);
   if (child == 0) {
-    execl(KSSUB_PATH, "kssub", "play", file.c_str(), "--from", "1000", "--speed", "0.001", nullptr);
+    execl(KSSUB_PATH, "kssub", "play", file.c_str(), "--from", "1000", "--speed", "0.2", nullptr);
     _exit(127);
   }
   ASSERT_GT(child, 0);

@@ -1,0 +1,23 @@
+// What the program can be asked to do, one function for each of its commands.
+#pragma once
+
+#include <string>
+#include <vector>
+
+namespace kssub {
+
+// All write to std::cout, whose state tells of failed writes, and throw FileError when the file
+// cannot be opened.
+
+/// Prints the duration, and the cue shown at each of `times`.
+void at(const std::string& path, const std::vector<long long>& times);
+
+/// Prints every cue that is the answer for some time, as a table.
+void list(const std::string& path);
+
+/// Shows each cue while a clock, started at `from` and running `speed` times as fast as real time,
+/// passes it. Returns after the last one, or at SIGINT or SIGTERM, which it sends on to its own
+/// process when the terminal is as it was.
+void play(const std::string& path, long long from, double speed);
+
+}  // namespace kssub

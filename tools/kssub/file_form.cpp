@@ -1,0 +1,159 @@
+// The outer form of a subtitle file: found by reading its bytes once, apart from the library.
+#include "tools/kssub/file_form.h"
+
+#include <algorithm>
+#include <array>
+#include <cerrno>
+#include <cstdio>
+#include <filesystem>
+#include <initializer_list>
+#include <memory>
+#include <span>
+#include <string_view>
+#include <system_error>
+
+#include "tools/kssub/terminal_text.h"
+
+namespace kssub {
+namespace {
+
+constexpr unsigned long long kMostLines = 20000;
+constexpr std::size_t kBlockSize = 1 << 16;  // even, so that no 16-bit unit is torn
+constexpr std::size_t kProbeSize = 256;
+
+using Bytes = std::span<const unsigned char>;
+
+struct CloseFile {
+  void operator()(std::FILE* file) const { std::fclose(file); }
+};
+using FileHandle = std::unique_ptr<std::FILE, CloseFile>;
+
+[[noreturn]] void throwSystemError(const std::string& path, int error) {
+  throw FileError(path, std::generic_category().message(error));
+}
+
+FileHandle openFile(const std::string& path) {
+  std::error_code ignored;
+  const auto status = std::filesystem::status(path, ignored);
+  // A pipe would block, a device might never end.
+  if (std::filesystem::exists(status) && !std::filesystem::is_regular_file(status)) {
+    throw FileError(path, "not a regular file");
+  }
+  FileHandle file(std::fopen(path.c_str(), "rb"));
+  if (!file) throwSystemError(path, errno);
+  return file;
+}
+
+Format formatOf(std::string_view path) {
+  const std::size_t dot = path.rfind('.');
+  if (dot == std::string_view::npos) return Format::kUnknown;
+  const std::string_view extension = path.substr(dot + 1);
+  if (extension == "srt") return Format::kSubRip;
+  return extension == "ass" || extension == "ssa" ? Format::kAss : Format::kUnknown;
+}
+
+Mark markOf(Bytes head) {
+  const auto beginsWith = [head](std::initializer_list<unsigned char> mark) {
+    return head.size() >= mark.size() && std::equal(mark.begin(), mark.end(), head.begin());
+  };
+  if (beginsWith({0xFF, 0xFE})) return Mark::kUtf16LittleEndian;
+  if (beginsWith({0xFE, 0xFF})) return Mark::kUtf16BigEndian;
+  return beginsWith({0xEF, 0xBB, 0xBF}) ? Mark::kUtf8 : Mark::kNone;
+}
+
+/// The mark alone does not tell: 8-bit text may stand behind it. UTF-16 text holds zero bytes in
+/// its digits and line feeds, 8-bit text holds none.
+bool holdsUtf16(Mark mark, Bytes head) {
+  const Bytes probe = head.subspan(0, std::min(head.size(), kProbeSize));
+  return mark == Mark::kUtf16LittleEndian && std::ranges::find(probe, 0) != probe.end();
+}
+
+class LineEndCounter {
+ public:
+  explicit LineEndCounter(FileForm& countedForm) : form(countedForm) {}
+
+  void add(int unit) {
+    if (unit == '\n') {
+      ++form.lineFeeds;
+      if (previous == '\r') ++form.crLfs;
+    } else if (previous == '\r') {
+      ++form.loneCrs;
+    }
+    previous = unit;
+  }
+
+  void finish() {
+    if (previous == '\r') ++form.loneCrs;
+    form.endsInLineFeed = previous == '\n';
+  }
+
+ private:
+  FileForm& form;
+  int previous = 0;
+};
+
+void addUnits(LineEndCounter& counter, Bytes block, bool isUtf16) {
+  if (!isUtf16) {
+    for (const unsigned char byte : block) counter.add(byte);
+    return;
+  }
+  for (std::size_t i = 0; i + 1 < block.size(); i += 2) counter.add(block[i] | block[i + 1] << 8);
+}
+
+}  // namespace
+
+FileError::FileError(const std::string& path, const std::string& reason)
+    : std::runtime_error(terminalText(path.c_str()) + ": cannot open: " + reason) {}
+
+FileForm examine(const std::string& path) {
+  const FileHandle file = openFile(path);
+  FileForm form;
+  form.format = formatOf(path);
+  LineEndCounter counter(form);
+  std::array<unsigned char, kBlockSize> buffer;
+  bool isUtf16 = false;
+  while (const std::size_t count = std::fread(buffer.data(), 1, buffer.size(), file.get())) {
+    const Bytes block(buffer.data(), count);
+    if (form.size == 0) {
+      form.mark = markOf(block);
+      isUtf16 = holdsUtf16(form.mark, block);
+    }
+    form.size += count;
+    addUnits(counter, block, isUtf16);
+  }
+  if (std::ferror(file.get()) != 0) throwSystemError(path, errno);
+  counter.finish();
+  form.isWide = form.mark == Mark::kUtf16LittleEndian;
+  return form;
+}
+
+std::string remarksOn(const FileForm& form) {
+  const bool isSubRip = form.format == Format::kSubRip;
+  std::string line;
+  const auto remark = [&line](bool applies, std::string_view text) {
+    if (applies) line.append(line.empty() ? "" : "; ").append(text);
+  };
+  remark(form.crLfs > 0 && isSubRip, "it has CR LF line ends, so cue numbers are not recognised");
+  remark(form.crLfs > 0 && !isSubRip,
+         "it has CR LF line ends, so texts end in CR and the script type is not recognised");
+  remark(form.loneCrs > 0, "it holds lone CRs, which end no line");
+  remark(form.mark == Mark::kUtf8 && isSubRip,
+         "it begins with a UTF-8 mark, so its first line is misread");
+  remark(form.mark == Mark::kUtf16BigEndian,
+         "it begins with a big-endian mark, but is read as 8-bit text");
+  remark(!form.endsInLineFeed && form.size > 0 && form.format == Format::kAss,
+         "it does not end in a line feed, so its last line is lost");
+  remark(form.lineFeeds > kMostLines,
+         "it has more than " + std::to_string(kMostLines) + " lines, so it is refused");
+  return line;
+}
+
+std::string refusalOf(const FileForm& form) {
+  if (form.format == Format::kUnknown) return "the extension is none of .srt, .ass and .ssa";
+  if (form.size == 0) return "the file is empty";
+  if (form.size == 1) return "the file is a single byte";
+  if (form.lineFeeds > kMostLines) return "too many lines";
+  return "it is refused";
+}
+
+}  // namespace kssub

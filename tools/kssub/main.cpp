@@ -1,0 +1,101 @@
+// kssub, a host of the library on the command line: the command line itself.
+#include <CLI/CLI.hpp>
+#include <cmath>
+#include <csignal>
+#include <iostream>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "tools/kssub/commands.h"
+#include "tools/kssub/terminal_text.h"
+#include "tools/kssub/times.h"
+
+namespace {
+
+constexpr int kFileFailure = 1;
+constexpr int kUsageFailure = 2;
+
+struct Options {
+  std::string file;
+  std::vector<long long> times;
+  long long from = 0;
+  double speed = 1;
+};
+
+long long requireTime(const std::string& text) {
+  const std::optional<long long> time = kssub::parseTime(text);
+  if (!time) throw CLI::ValidationError(text, "is not a time such as 1:02:03.456 or 1500");
+  return *time;
+}
+
+CLI::App* addCommand(CLI::App& app, const char* name, const char* description, Options& options) {
+  CLI::App* command = app.add_subcommand(name, description);
+  command->add_option("FILE", options.file, "A .srt, .ass or .ssa file")->required();
+  return command;
+}
+
+void addAt(CLI::App& app, Options& options) {
+  CLI::App* at = addCommand(app, "at", "Print the duration and the cue at each time", options);
+  const auto addTimes = [&options](const std::vector<std::string>& texts) {
+    for (const std::string& text : texts) options.times.push_back(requireTime(text));
+  };
+  at->add_option_function<std::vector<std::string>>("TIME", addTimes, "Times to ask for")
+      ->required()
+      ->type_name("TIME");
+}
+
+void addPlay(CLI::App& app, Options& options) {
+  CLI::App* play = addCommand(app, "play", "Show each cue in its time", options);
+  const auto setFrom = [&options](const std::string& text) { options.from = requireTime(text); };
+  play->add_option_function<std::string>("--from", setFrom, "Time to begin at")->type_name("TIME");
+  const auto requirePositive = [&options](const double& speed) {
+    if (!std::isfinite(speed) || speed <= 0) {
+      throw CLI::ValidationError("--speed", "must be a number above 0");
+    }
+    options.speed = speed;
+  };
+  play->add_option_function<double>("--speed", requirePositive, "How many times as fast");
+}
+
+std::string usageMessage(const CLI::App* /*app*/, const CLI::Error& error) {
+  return "kssub: " + kssub::terminalText(error.what()) + "\nRun kssub --help for its usage.\n";
+}
+
+void addCommands(CLI::App& app, Options& options) {
+  app.require_subcommand(1);
+  app.failure_message(usageMessage);
+  app.footer("Times are milliseconds, or [hours:]minutes:seconds[.fraction].");
+  addAt(app, options);
+  addCommand(app, "list", "Print every cue as a table", options);
+  addPlay(app, options);
+}
+
+void run(const CLI::App& app, const Options& options) {
+  if (app.got_subcommand("at")) kssub::at(options.file, options.times);
+  if (app.got_subcommand("list")) kssub::list(options.file);
+  if (app.got_subcommand("play")) kssub::play(options.file, options.from, options.speed);
+}
+
+int fail(const char* reason) {
+  std::cerr << "kssub: " << reason << '\n';
+  return kFileFailure;
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  std::signal(SIGPIPE, SIG_IGN);  // a closed pipe is a failed write like any other
+  Options options;
+  CLI::App app("Tells which subtitle of a file is shown at a time.", "kssub");
+  try {
+    addCommands(app, options);
+    app.parse(argc, argv);
+    run(app, options);
+    return std::cout.flush() ? 0 : fail("cannot write the output");
+  } catch (const CLI::ParseError& error) {
+    return app.exit(error) == 0 ? 0 : kUsageFailure;
+  } catch (const std::exception& error) {
+    return fail(error.what());
+  }
+}

@@ -1,0 +1,86 @@
+// Text of any file, made fit for a terminal.
+#include "tools/kssub/terminal_text.h"
+
+#include <string_view>
+
+namespace kssub {
+namespace {
+
+constexpr char32_t kReplacement = 0xFFFD;
+
+struct Decoded {
+  char32_t codePoint;
+  std::size_t size;  // in bytes
+};
+
+struct SequenceForm {
+  std::size_t size;  // 0: no sequence begins with this byte
+  char32_t leadBits;
+  char32_t least;  // a smaller code point has a shorter sequence
+};
+
+bool isScalar(char32_t c) { return c < 0xD800 || (0xE000 <= c && c <= 0x10FFFF); }
+
+SequenceForm formOfLead(unsigned char lead) {
+  if (lead < 0x80) return {1, 0x7F, 0};
+  if (lead < 0xC0) return {0, 0, 0};
+  if (lead < 0xE0) return {2, 0x1F, 0x80};
+  if (lead < 0xF0) return {3, 0x0F, 0x800};
+  if (lead < 0xF8) return {4, 0x07, 0x10000};
+  return {0, 0, 0};
+}
+
+/// The first code point of `text`, which is not empty.
+Decoded decodeUtf8(std::string_view text) {
+  constexpr Decoded kInvalid{kReplacement, 1};
+  const auto lead = static_cast<unsigned char>(text[0]);
+  const SequenceForm form = formOfLead(lead);
+  if (form.size == 0 || form.size > text.size()) return kInvalid;
+  char32_t codePoint = lead & form.leadBits;
+  for (const char c : text.substr(1, form.size - 1)) {
+    const auto byte = static_cast<unsigned char>(c);
+    if ((byte & 0xC0) != 0x80) return kInvalid;
+    codePoint = codePoint << 6 | (byte & 0x3Fu);
+  }
+  if (codePoint < form.least || !isScalar(codePoint)) return kInvalid;
+  return {codePoint, form.size};
+}
+
+/// A control character would let the file steer the terminal.
+char32_t visible(char32_t c) {
+  if (c == '\n') return c;
+  if (c < 0x20) return 0x2400 + c;
+  if (c == 0x7F) return 0x2421;
+  if (c < 0xA0 && c > 0x7F) return kReplacement;
+  return isScalar(c) ? c : kReplacement;
+}
+
+void appendUtf8(std::string& out, char32_t c) {
+  const auto append = [&out](char32_t byte) { out += static_cast<char>(byte); };
+  if (c < 0x80) return append(c);
+  const int tailBytes = c < 0x800 ? 1 : c < 0x10000 ? 2 : 3;
+  append((0xF0u << (3 - tailBytes) & 0xFF) | c >> (6 * tailBytes));
+  for (int i = tailBytes - 1; i >= 0; --i) append(0x80 | (c >> (6 * i) & 0x3F));
+}
+
+}  // namespace
+
+std::string terminalText(const char* text) {
+  std::string out;
+  for (std::string_view rest = text; !rest.empty();) {
+    const Decoded next = decodeUtf8(rest);
+    appendUtf8(out, visible(next.codePoint));
+    rest.remove_prefix(next.size);
+  }
+  return out;
+}
+
+std::string terminalText(const wchar_t* text) {
+  std::string out;
+  for (const wchar_t c : std::wstring_view(text)) {
+    appendUtf8(out, visible(static_cast<char32_t>(c)));
+  }
+  return out;
+}
+
+}  // namespace kssub
