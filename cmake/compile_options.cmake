@@ -9,7 +9,7 @@ set(CMAKE_EXPORT_COMPILE_COMMANDS ON)
 
 function(kssubtitle_compile_options target)
   target_compile_options(${target} PRIVATE
-    -fsigned-char -Wall -Wextra -Wpedantic -Wconversion -Wshadow -Wold-style-cast -Wcast-qual
+    -fsigned-char -Wall -Wextra -Wpedantic -Wconversion -Wsign-conversion -Wshadow -Wold-style-cast -Wcast-qual
     -Wnon-virtual-dtor -Woverloaded-virtual -Wnull-dereference -Wformat=2 -Wundef
     $<$<CXX_COMPILER_ID:GNU>:-Wno-restrict>  # g++ 12 reports std::string's own copies
     $<$<BOOL:${KSSUBTITLE_WARNINGS_AS_ERRORS}>:-Werror>)

@@ -7,6 +7,7 @@
 #include "kssubtitle/parsers/ass/ksAssParser.h"
 #include "kssubtitle/parsers/srt/ksSrtParser.h"
 #include "kssubtitle/parsers/sub_fopen.h"
+#include "kssubtitle/parsers/vobsub/ksIdxParser.h"
 #include "kssubtitle/strings/ksString.h"
 #include "kssubtitle/strings/ksWString.h"
 #include "kssubtitle/version.h"

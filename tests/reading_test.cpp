@@ -42,7 +42,7 @@ class Reading : public testing::Test {
   std::string streamLines(std::string_view content) {
     Parser parser;
     parser.file = std::fopen(dir.write("file", Width<Char>::encode(content)).c_str(), "rb");
-    std::fseek(parser.file, Width<Char>::encode("").size(), SEEK_SET);
+    std::fseek(parser.file, static_cast<long>(Width<Char>::encode("").size()), SEEK_SET);
     const std::unique_ptr<std::FILE, int (*)(std::FILE*)> closer(parser.file, &std::fclose);
     for (bool more = true; more;) {
       ksBasicString<Char> line;

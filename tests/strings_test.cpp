@@ -193,6 +193,55 @@ TYPED_TEST(Strings, deleteStr_keepsTheLengthAndTheStaleCharacters) {
   }
 }
 
+TYPED_TEST(Strings, match_findsHandsOutAndCuts) {
+  struct Case {
+    const char* pattern;
+    bool cut;
+    const char* replacement;
+    int result;
+    const char *before, *after;
+  };
+  for (const Case& c : {Case{"b", true, "Q", 1, "a", "Qc"}, Case{"b", false, "Q", 1, "a", "abc"},
+                        Case{"a", true, "", 0, "", "bc"}, Case{"z", true, "Q", 2, "old", "abc"},
+                        Case{"abcd", true, "Q", 2, "old", "abc"},
+                        Case{"", true, "Q", 0, "", "Qabc"}, Case{"c", true, "", 1, "ab", ""}}) {
+    auto text = this->s("abc");
+    auto before = this->s("old");
+    EXPECT_EQ(text.match(this->s(c.pattern), &before, c.cut, this->s(c.replacement)), c.result);
+    EXPECT_EQ(narrow(before) + "/" + narrow(text), std::string(c.before) + "/" + c.after);
+    auto itself = this->s("abc");
+    EXPECT_EQ(itself.match(this->s(c.pattern), nullptr, c.cut, this->s(c.replacement)), c.result);
+    EXPECT_EQ(narrow(itself), c.after);
+  }
+  auto text = this->s("abc");
+  EXPECT_EQ(text.match(this->s("b"), &text, true, this->s("Q")), 1);
+  EXPECT_EQ(narrow(text), "a");
+}
+
+TYPED_TEST(Strings, split_keepsEmptyPiecesButNotTheLast) {
+  const auto joined = [this](const char* text, const char* separator) {
+    std::string all;
+    for (const auto& [key, piece] : this->s(text).split(this->s(separator))) {
+      all += std::to_string(key) + "[" + narrow(piece) + "]";
+    }
+    return all;
+  };
+  EXPECT_EQ(joined("a,b,,c", ","), "0[a]1[b]2[]3[c]");
+  EXPECT_EQ(joined("a--b----", "--"), "0[a]1[b]2[]");
+  EXPECT_EQ(joined("abc", ","), "0[abc]");
+  EXPECT_EQ(joined("", ","), "");
+}
+
+TYPED_TEST(Strings, inflate_padsToTheWidth) {
+  const auto padded = [this](const char* text, int width, const char* fill, bool atFront) {
+    return this->changed(text, [&](auto& t) { t.inflate(width, this->s(fill), atFront); });
+  };
+  EXPECT_EQ(padded("7", 3, "0", true), "007");
+  EXPECT_EQ(padded("ab", 7, "xy", false), "abxyxyx");
+  EXPECT_EQ(padded("ab", 5, "xyz", true), "xyzab");
+  EXPECT_EQ(padded("abcd", 3, "", true) + padded("abcd", 4, "", true), "abcdabcd");
+}
+
 TEST(NarrowString, numbers_areDecimalBothWays) {
   EXPECT_EQ(narrow(ksString(-5)), "-5");
   EXPECT_EQ(narrow(ksString("a") + 7 += INT_MIN), "a7-2147483648");

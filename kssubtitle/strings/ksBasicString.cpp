@@ -356,5 +356,46 @@ bool ksBasicString<Char>::isNumeric() const noexcept {
          std::all_of(text_.begin(), text_.end(), [](Char c) { return c >= '0' && c <= '9'; });
 }
 
+// ---- Utilities for hosts ----
+
+template <typename Char>
+int ksBasicString<Char>::match(ksBasicString pattern, ksBasicString* before, bool cut,
+                               ksBasicString replacement) {
+  constexpr int kMissing = 2;
+  const std::size_t position = text_.find(pattern.text_);
+  if (position == String::npos) return kMissing;
+  if (before != nullptr) before->text_ = text_.substr(0, position);
+  const std::size_t end = position + pattern.text_.size();
+  if (cut && end <= text_.size()) text_.replace(0, end, replacement.text_);
+  return position > 0 ? 1 : 0;
+}
+
+template <typename Char>
+std::map<int, ksBasicString<Char>> ksBasicString<Char>::split(
+    const ksBasicString& separator) const {
+  std::map<int, ksBasicString> pieces;
+  const auto add = [&](std::size_t from, std::size_t to) {
+    pieces.emplace_hint(pieces.end(), static_cast<int>(pieces.size()),
+                        text_.substr(from, to - from));
+  };
+  std::size_t begin = 0;
+  for (std::size_t end; (end = text_.find(separator.text_, begin)) != String::npos;
+       begin = end + separator.text_.size()) {
+    add(begin, end);
+  }
+  if (begin < text_.size()) add(begin, text_.size());
+  return pieces;
+}
+
+template <typename Char>
+void ksBasicString<Char>::inflate(int width, const ksBasicString& fill, bool atFront) {
+  if (length() >= width) return;
+  const int need = width - length();
+  String padding;
+  for (int i = need / fill.length(); i > 0; --i) padding += fill.text_;
+  padding += fill.text_.substr(0, static_cast<std::size_t>(need % fill.length()));
+  text_.insert(atFront ? 0 : text_.size(), padding);
+}
+
 template class ksBasicString<char>;
 template class ksBasicString<wchar_t>;

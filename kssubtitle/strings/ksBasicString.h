@@ -3,6 +3,7 @@
 #pragma once
 
 #include <concepts>
+#include <map>
 #include <string>
 
 #include "kssubtitle/export.h"
@@ -180,6 +181,24 @@ class KSSUBTITLE_API ksBasicString {
   void replaceChars(ksBasicString from, ksBasicString to);
   /// Whether the text is non-empty and made of the digits 0 to 9 only.
   bool isNumeric() const noexcept;
+
+  // ---- Utilities for hosts ----
+
+  /// Finds the first occurrence of `pattern`: 2 if there is none, 0 if it stands at the front, else
+  /// 1. If found, assigns what stands in front of it to `*before`, unless that is null, and if
+  /// `cut` is set replaces the text up to and including the occurrence by `replacement`.
+  /// An empty pattern occurs at the front. `before` may be this object: the cut is then left out
+  /// if it would reach past the text that remains.
+  int match(ksBasicString pattern, ksBasicString* before, bool cut, ksBasicString replacement);
+  /// The pieces between the occurrences of `separator`, under the keys 0, 1, 2, ...: adjacent
+  /// separators have an empty piece between them, but an empty piece at the end is left out. Linear
+  /// time.
+  /// Requires: `separator` is not empty; the call takes memory without end otherwise.
+  std::map<int, ksBasicString> split(const ksBasicString& separator) const;
+  /// Pads the text to `width` characters with repetitions of `fill`, the last one cut short, in
+  /// front of it or behind it; does nothing if the text is long enough.
+  /// Requires: `fill` is not empty if padding is needed.
+  void inflate(int width, const ksBasicString& fill, bool atFront);
 
  private:
   String text_;

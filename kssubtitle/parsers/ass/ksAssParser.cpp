@@ -161,16 +161,6 @@ long long lastEnd(Sessions& sessions) {
   return sessions[static_cast<int>(sessions.size())].endTime;
 }
 
-/// Lets `read` take a column off the front of `s`.
-template <typename Char, typename Read>
-auto takeField(ksBasicString<Char>& s, Read read) {
-  std::basic_string<Char> text(s.getData(), static_cast<std::size_t>(s.length()));
-  FieldReader<Char> reader(text);
-  auto field = read(reader);
-  s = ksBasicString<Char>(std::basic_string<Char>(reader.rest()));
-  return field;
-}
-
 template <typename Char>
 ksBasicString<Char> takeText(ksBasicString<Char>& s, Char separator) {
   return takeField(s, [separator](FieldReader<Char>& reader) {

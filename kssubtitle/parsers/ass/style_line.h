@@ -1,8 +1,8 @@
 // The value of a "Style" line.
 #pragma once
 
-#include "kssubtitle/parsers/ass/field_reader.h"
 #include "kssubtitle/parsers/ass/format_level.h"
+#include "kssubtitle/parsers/field_reader.h"
 
 namespace kssubtitle::internal {
 

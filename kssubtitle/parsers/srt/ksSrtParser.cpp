@@ -9,6 +9,7 @@
 #include "kssubtitle/parsers/reading/read_lines.h"
 #include "kssubtitle/parsers/record_times.h"
 #include "kssubtitle/strings/decimal.h"
+#include "kssubtitle/strings/view.h"
 
 namespace {
 
@@ -41,11 +42,6 @@ struct SrtRules<wchar_t> {
 
 template <typename Char>
 using View = std::basic_string_view<Char>;
-
-template <typename Char>
-View<Char> viewOf(const ksBasicString<Char>& text) noexcept {
-  return {text.getData(), static_cast<std::size_t>(text.length())};
-}
 
 /// `text` from `start` on; empty where that is past its end.
 template <typename Char>

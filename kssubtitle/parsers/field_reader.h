@@ -1,4 +1,4 @@
-// Reads the columns of a script line one after the other.
+// Reads the columns of a line one after the other.
 #pragma once
 
 #include <string>
@@ -6,6 +6,7 @@
 
 #include "kssubtitle/strings/decimal.h"
 #include "kssubtitle/strings/trimming.h"
+#include "kssubtitle/strings/view.h"
 #include "kssubtitle/strings/width_rules.h"
 
 namespace kssubtitle::internal {
@@ -13,6 +14,14 @@ namespace kssubtitle::internal {
 /// The number that `sscanf` finds in a token with "%f" under the host's locale; -1.0 if none.
 double scanFloat(const std::string& token);
 double scanFloat(const std::wstring& token);
+
+/// A decimal column; -1 if it is no number. Deliberate: hexadecimal ones ("&H...") never are.
+template <typename Char>
+int integerOf(std::basic_string_view<Char> token) {
+  const bool isHexadecimal =
+      token.size() >= 2 && token[0] == '&' && WidthRules<Char>::toLower(token[1]) == 'h';
+  return isHexadecimal ? -1 : scanDecimal(token).value_or(-1);
+}
 
 /// Takes columns off the front of a line without shifting it; trimming rewrites the line's
 /// characters in place.
@@ -36,6 +45,11 @@ class FieldReader {
   /// stays in place for the next column.
   View text(Char separator) noexcept {
     begin_ = trimLeft(begin_, end_, Char{' '});
+    return upTo(separator);
+  }
+
+  /// text() without trimming first.
+  View upTo(Char separator) noexcept {
     const View all = rest();
     const std::size_t found = all.find(separator);
     if (found == View::npos) return all;
@@ -43,12 +57,8 @@ class FieldReader {
     return all.substr(0, found);
   }
 
-  /// A decimal column; -1 if it is no number. Deliberate: hexadecimal ones never are.
-  int integer(Char separator) {
-    const View token = text(separator);
-    if (isHexadecimal(token)) return -1;
-    return scanDecimal(token).value_or(-1);
-  }
+  /// A column read by integerOf().
+  int integer(Char separator) { return integerOf(text(separator)); }
 
   double real(Char separator) {
     std::basic_string<Char> token(text(separator));
@@ -57,12 +67,18 @@ class FieldReader {
   }
 
  private:
-  static bool isHexadecimal(View token) noexcept {
-    return token.size() >= 2 && token[0] == '&' && WidthRules<Char>::toLower(token[1]) == 'h';
-  }
-
   Char* begin_;
   Char* end_;
 };
+
+/// Lets `read` take a column off the front of `s`.
+template <typename Char, typename Read>
+auto takeField(ksBasicString<Char>& s, Read read) {
+  std::basic_string<Char> text(viewOf(s));
+  FieldReader<Char> reader(text);
+  auto field = read(reader);
+  s = std::basic_string<Char>(reader.rest());
+  return field;
+}
 
 }  // namespace kssubtitle::internal

@@ -1,0 +1,303 @@
+// VobSub indexes. The two widths share every step here but for the rules in IdxRules.
+#include "kssubtitle/parsers/vobsub/ksIdxParser.h"
+
+#include <algorithm>
+#include <cstdarg>
+#include <cstring>
+#include <cwchar>
+#include <memory>
+#include <span>
+#include <string>
+#include <type_traits>
+
+#include "kssubtitle/parsers/field_reader.h"
+#include "kssubtitle/parsers/reading/read_lines.h"
+#include "kssubtitle/parsers/record_times.h"
+#include "kssubtitle/parsers/vobsub/program_stream_pack.h"
+#include "kssubtitle/strings/view.h"
+
+namespace {
+
+using namespace kssubtitle::internal;
+
+constexpr ReadingRules kReading{LastLine::kLost, 0, 5000};
+
+/// What differs between the two widths, on purpose.
+template <typename Char>
+struct IdxRules;
+
+template <>
+struct IdxRules<char> {
+  static const char* pathBytes(const char* path) noexcept { return path; }
+  /// Keeps the extension, and loses what stands in front of it.
+  static ksString subFilePath(const ksString& path) {
+    return path.substr(path.find('.', 0), path.length()) + "sub";
+  }
+  /// The key of the entry on line `index`, the `count`th one of the conversion.
+  static int key(int index, int /*count*/) noexcept { return index; }
+  static constexpr int kFilePosLength = 8;  // of "filepos:"
+  static constexpr unsigned long long kWindow = 499;
+  /// How many keys a lookup visits: the entries that it adds count.
+  static std::size_t keysToVisit(std::size_t /*atStart*/, std::size_t now) noexcept { return now; }
+  static constexpr char kTokenFormat[] = "%79s";
+  /// What an entry holds whose position does not scan.
+  static long long initialFilePos(long long before) noexcept { return before; }
+};
+
+template <>
+struct IdxRules<wchar_t> {
+  /// The storage as it is, whose first zero byte ends the name.
+  static const char* pathBytes(const wchar_t* path) noexcept {
+    return reinterpret_cast<const char*>(path);
+  }
+  static ksWString subFilePath(const ksWString& path) {
+    return path.Left(path.find(L'.', 0) + 1) + L"sub";
+  }
+  static int key(int /*index*/, int count) noexcept { return count; }
+  static constexpr int kFilePosLength = 7;  // leaves the colon, on which every number ends
+  static constexpr unsigned long long kWindow = 999;
+  static std::size_t keysToVisit(std::size_t atStart, std::size_t /*now*/) noexcept {
+    return atStart;
+  }
+  static constexpr char kTokenFormat[] = "%79ls";
+  static long long initialFilePos(long long /*before*/) noexcept { return 0; }
+};
+
+/// Text of one width from a literal.
+template <typename Char>
+ksBasicString<Char> literal(const char* text) {
+  return std::basic_string<Char>(text, text + std::strlen(text));
+}
+
+// ---- Scanning, with the 8-bit format for both widths ----
+
+[[gnu::format(scanf, 2, 3)]] void scan(const ksString& text, const char* format, ...) {
+  std::va_list fields;
+  va_start(fields, format);
+  static_cast<void>(std::vsscanf(text.getData(), format, fields));
+  va_end(fields);
+}
+
+[[gnu::format(scanf, 2, 3)]] void scan(const ksWString& text, const char* format, ...) {
+  const ksWString wideFormat = literal<wchar_t>(format);
+  std::va_list fields;
+  va_start(fields, format);
+  static_cast<void>(std::vswscanf(text.getData(), wideFormat.getData(), fields));
+  va_end(fields);
+}
+
+/// Deliberate: the width prefix is another C library's; here it is a field width of 64, and the low
+/// 32 bits of the slot are stored.
+template <typename Char>
+long long scanFilePos(const ksBasicString<Char>& text, long long initial) {
+  alignas(long long) unsigned char slot[sizeof initial];
+  std::memcpy(slot, &initial, sizeof slot);
+  auto* const destination = reinterpret_cast<unsigned*>(slot);
+#pragma GCC diagnostic push
+#pragma GCC diagnostic ignored "-Wformat"
+  scan(text, "%I64x", destination);
+#pragma GCC diagnostic pop
+  std::memcpy(&initial, slot, sizeof slot);
+  return initial;
+}
+
+/// Four digits, each 0 or 1, as a mask: the first digit is bit 0.
+std::uint32_t foldDigits(std::uint32_t v) noexcept {
+  return ((v >> 12) & 1) | ((v >> 7) & 2) | ((v >> 2) & 4) | ((v & 1) * 8);
+}
+
+/// Never returns. A loop with a volatile access is one that no optimiser may leave out.
+[[noreturn]] void repeatForEver() noexcept {
+  for (;;) [[maybe_unused]] const volatile bool again = true;
+}
+
+/// What stands behind `key` in `value`, or behind where it would stand if it began at -1.
+template <typename Char>
+ksBasicString<Char> behind(const ksBasicString<Char>& value, const char* key, int keyLength) {
+  return value.substr(value.find(literal<Char>(key), 0) + keyLength, value.length());
+}
+
+/// Turns the lines of an index into entries and colours.
+template <typename Char, typename Parser>
+class IdxConverter {
+ public:
+  explicit IdxConverter(Parser& parser) : parser_(parser) {}
+
+  void convert() {
+    const int count = static_cast<int>(parser_.lines.size());
+    for (int i = 0; i < count; ++i) convertLine(i);
+  }
+
+ private:
+  using String = ksBasicString<Char>;
+
+  void convertLine(int index) {
+    String line = parser_.lines[static_cast<std::size_t>(index)];
+    line.TrimLeft();
+    line.TrimRight();
+    // Deliberate: such a line is taken up again and again.
+    if (line.isEmpty() || line.getChar(0) == ';') repeatForEver();
+    const String key = parser_.GetStr(line, ':').MakeLower();
+    if (key == literal<Char>("palette")) readPalette(line);
+    if (key == literal<Char>("custom colors")) readCustomColors(line);
+    if (key == literal<Char>("timestamp")) readTimestamp(line, index);
+  }
+
+  void readPalette(const String& value) {
+    std::uint32_t* const p = parser_.palette;
+    scan(value, "%x,%x,%x,%x,%x,%x,%x,%x,%x,%x,%x,%x,%x,%x,%x,%x", p, p + 1, p + 2, p + 3, p + 4,
+         p + 5, p + 6, p + 7, p + 8, p + 9, p + 10, p + 11, p + 12, p + 13, p + 14, p + 15);
+  }
+
+  void readCustomColors(const String& value) {
+    readSwitch(value);
+    const String mask = behind(value, "tridx:", 6);
+    scan(mask, "%x", &parser_.trIdx);
+    parser_.trIdx = foldDigits(parser_.trIdx);
+    std::uint32_t* const c = parser_.customColors;
+    scan(behind(mask, "colors:", 7), "%x,%x,%x,%x", c, c + 1, c + 2, c + 3);
+  }
+
+  void readSwitch(const String& value) {
+    constexpr std::size_t kTokenSize = 80;
+    Char buffer[kTokenSize] = {};
+    scan(value, IdxRules<Char>::kTokenFormat, buffer);
+    const String token = buffer;
+    if (token.Left(2) == literal<Char>("ON") || token.getChar(0) == '1') {
+      parser_.useCustomColors = true;
+    } else if (token.getChar(0) == '0' || token.Left(3) == literal<Char>("OFF")) {
+      parser_.useCustomColors = false;
+    }
+  }
+
+  void readTimestamp(const String& value, int index) {
+    int hours = 0;
+    int minutes = 0;
+    int seconds = 0;
+    int milliseconds = 0;
+    scan(value, "%d:%d:%d:%d", &hours, &minutes, &seconds, &milliseconds);
+    auto& entry = parser_.sessions[IdxRules<Char>::key(index, entries_)];
+    // Deliberate: hours and minutes alone wrap at 32 bits.
+    entry.startTime = milliseconds32(hours, minutes, 0, 0) + seconds * 1000LL + milliseconds;
+    const String position = behind(value, "filepos:", IdxRules<Char>::kFilePosLength);
+    entry.filePos = scanFilePos(position, IdxRules<Char>::initialFilePos(entry.filePos));
+    ++entries_;
+  }
+
+  Parser& parser_;
+  int entries_ = 0;
+};
+
+template <typename Char, typename Parser>
+bool open(Parser& parser, Char* path) {
+  parser.subFilePath = IdxRules<std::remove_const_t<Char>>::subFilePath(path);
+  const char* const bytes = IdxRules<std::remove_const_t<Char>>::pathBytes(path);
+  if (!readLines<kReading>(bytes, parser.file, parser.lines)) return false;
+  parser.ConvertBufToIdxMap();
+  parser.opened = true;
+  return true;
+}
+
+template <typename Char>
+ksBasicString<Char> takeTextOrThrow(ksBasicString<Char>& s, Char separator) {
+  s.TrimLeft();
+  if (s.isEmpty()) throw 1;
+  return takeField(s, [separator](FieldReader<Char>& reader) {
+    return ksBasicString<Char>(std::basic_string<Char>(reader.upTo(separator)));
+  });
+}
+
+template <typename Char>
+int takeIntegerOrThrow(ksBasicString<Char>& s, Char separator) {
+  const ksBasicString<Char> token = takeTextOrThrow(s, separator);
+  return integerOf(viewOf(token));
+}
+
+unsigned long long distance(long long a, long long b) noexcept {
+  const auto [least, greatest] = std::minmax(a, b);
+  return static_cast<unsigned long long>(greatest) - static_cast<unsigned long long>(least);
+}
+
+/// Deliberate: operator[] adds an empty entry for each key that is missing, which may then be the
+/// one that is found.
+template <typename Char, typename Sessions>
+long long filePosAt(Sessions& sessions, long long t) {
+  if (t < 1) return 0;
+  const std::size_t atStart = sessions.size();
+  for (std::size_t k = 0; k < IdxRules<Char>::keysToVisit(atStart, sessions.size()); ++k) {
+    const auto& entry = sessions[static_cast<int>(k)];
+    if (distance(entry.startTime, t) <= IdxRules<Char>::kWindow) return entry.filePos;
+  }
+  return 0;
+}
+
+/// Copies the unit of `size` bytes that begins in `pack`. Deliberate: once the file has ended, the
+/// last pack's payload is copied again until the unit is full.
+std::unique_ptr<unsigned char[]> readUnit(ProgramStreamPack& pack, std::FILE* stream, int size) {
+  auto unit = std::make_unique<unsigned char[]>(static_cast<std::size_t>(size));
+  for (std::span<unsigned char> rest(unit.get(), static_cast<std::size_t>(size)); !rest.empty();) {
+    const auto payload = pack.payload();
+    const std::size_t count = std::min(rest.size(), payload.size());
+    std::copy_n(payload.begin(), count, rest.begin());
+    rest = rest.subspan(count);
+    while (!rest.empty() && pack.read(stream) && !pack.isFirstSubStream()) continue;
+  }
+  return unit;
+}
+
+}  // namespace
+
+ksIdxParser::~ksIdxParser() = default;
+
+bool ksIdxParser::Open(const char* path) { return open(*this, path); }
+
+bool ksIdxParser::ReadString(ksString& out) { return readStreamLine<LastLine::kLost>(file, out); }
+
+bool ksIdxParser::ConvertBufToIdxMap() {
+  IdxConverter<char, ksIdxParser>(*this).convert();
+  return true;
+}
+
+ksString ksIdxParser::GetStr(ksString& s, char sep) { return takeTextOrThrow(s, sep); }
+
+int ksIdxParser::GetInt(ksString& s, char sep) { return takeIntegerOrThrow(s, sep); }
+
+long long ksIdxParser::GetFilePos(long long t) { return filePosAt<char>(sessions, t); }
+
+unsigned char* ksIdxParser::GetPacket(long long t, int& size, int& ctrlOffset) {
+  const long long position = GetFilePos(t);
+  // Deliberate: this stream is never closed.
+  std::FILE* const stream = sub_fopen(subFilePath.getData(), "rb");
+  if (stream == nullptr) return nullptr;
+  std::fseek(stream, static_cast<long>(position), SEEK_SET);
+  ProgramStreamPack pack;
+  pack.read(stream);
+  if (!pack.beginsUnit()) return nullptr;
+  size = pack.unitSize();
+  ctrlOffset = pack.controlOffset();
+  return readUnit(pack, stream, size).release();
+}
+
+ksIdxParserU::~ksIdxParserU() = default;
+
+bool ksIdxParserU::Open(wchar_t* path) { return open(*this, path); }
+
+bool ksIdxParserU::ReadString(ksWString& out) { return readStreamLine<LastLine::kLost>(file, out); }
+
+bool ksIdxParserU::ConvertBufToIdxMap() {
+  IdxConverter<wchar_t, ksIdxParserU>(*this).convert();
+  return true;
+}
+
+ksWString ksIdxParserU::GetStr(ksWString& s, wchar_t sep) { return takeTextOrThrow(s, sep); }
+
+int ksIdxParserU::GetInt(ksWString& s, wchar_t sep) { return takeIntegerOrThrow(s, sep); }
+
+long long ksIdxParserU::GetFilePos(int t) { return filePosAt<wchar_t>(sessions, t); }
+
+// Deliberate: opens the empty path, not subFilePath; no C library that conforms finds a file there.
+unsigned char* ksIdxParserU::GetPacket(int t, int& /*size*/, int& /*ctrlOffset*/) {
+  GetFilePos(t);
+  sub_fopen("", "rb");
+  return nullptr;
+}
