@@ -36,9 +36,11 @@ class FieldReader {
   /// What is left of the line.
   View rest() const noexcept { return {begin_, static_cast<std::size_t>(end_ - begin_)}; }
 
+  /// Leaves a NUL behind the line.
   void trimBothSides() noexcept {
     begin_ = trimLeft(begin_, end_, Char{' '});
     end_ = trimRight(begin_, end_, Char{' '});
+    *end_ = Char{};
   }
 
   /// The text in front of the next `separator`. Deliberate: without one, all that is left, which

@@ -2,8 +2,8 @@
 #include "kssubtitle/strings/ksBasicString.h"
 
 #include <algorithm>
-#include <string_view>
 
+#include "kssubtitle/strings/replacing.h"
 #include "kssubtitle/strings/trimming.h"
 #include "kssubtitle/strings/width_rules.h"
 
@@ -32,22 +32,6 @@ bool equalNoCase(const Char* a, const Char* b, std::size_t n) noexcept {
   return std::equal(a, a + n, b, [](Char x, Char y) {
     return WidthRules<Char>::toUpper(x) == WidthRules<Char>::toUpper(y);
   });
-}
-
-/// Replaces `from`, which stands at the front of `text`, by `to` until the text begins otherwise.
-/// Never ends if `to` begins with `from`.
-template <typename Char>
-void replaceFront(std::basic_string<Char>& text, const std::basic_string<Char>& from,
-                  const std::basic_string<Char>& to) {
-  using View = std::basic_string_view<Char>;
-  while (to.starts_with(from)) text.replace(0, from.size(), to);
-  std::size_t replaced = from.size();
-  if (from.starts_with(to)) {
-    // `to` and what follows it make up `from` anew as long as the following completes it.
-    const View completion = View(from).substr(to.size());
-    while (View(text).substr(replaced).starts_with(completion)) replaced += completion.size();
-  }
-  text.replace(0, replaced, to);
 }
 
 }  // namespace
@@ -338,16 +322,9 @@ int ksBasicString<Char>::deleteStr(int start, int count) noexcept {
   return size;
 }
 
-// Deliberate: the search is repeated only while the occurrence just replaced stood at the front.
 template <typename Char>
 void ksBasicString<Char>::replaceChars(ksBasicString from, ksBasicString to) {
-  if (text_.empty()) return;
-  std::size_t found = text_.find(from.text_);
-  if (found == 0) {
-    replaceFront(text_, from.text_, to.text_);
-    found = text_.find(from.text_);
-  }
-  if (found != String::npos) text_.replace(found, from.text_.size(), to.text_);
+  kssubtitle::internal::replaceFirst<Char>(text_, from.text_, to.text_);
 }
 
 template <typename Char>

@@ -6,7 +6,6 @@
 #include <string_view>
 
 #include "kssubtitle/parsers/ass/ksAssParser.h"
-#include "kssubtitle/parsers/ass/override_tags.h"
 #include "kssubtitle/parsers/record_times.h"
 
 namespace kssubtitle::internal {
@@ -54,7 +53,8 @@ std::basic_string_view<Char> effectBeside(std::basic_string_view<Char> effect,
 }  // namespace
 
 template <typename Char, typename Event>
-void readEventLine(FieldReader<Char>& reader, FormatLevel level, Event& event) {
+void readEventLine(FieldReader<Char>& reader, FormatLevel level, OverrideTagRemover<Char>& tags,
+                   Event& event) {
   using String = std::basic_string<Char>;
   event.layer = readLayer(reader, level);
   event.startTime = readTime(reader);
@@ -64,13 +64,14 @@ void readEventLine(FieldReader<Char>& reader, FormatLevel level, Event& event) {
   for (int margin = 0; margin < 3; ++margin) reader.text(kComma<Char>);
   const auto effect = reader.text(kComma<Char>);
   event.effect = String(effectBeside(effect, reader.rest()));
-  ksBasicString<Char> text{String(reader.rest())};
-  removeOverrideTags(text);
+  const auto text = tags.clean(reader.rest());
   event.text += Char{'\n'};
-  event.text += text;
+  event.text.append(text.data(), static_cast<int>(text.size()));
 }
 
-template void readEventLine(FieldReader<char>&, FormatLevel, ASS_SESSION_ST&);
-template void readEventLine(FieldReader<wchar_t>&, FormatLevel, ASS_SESSION_ST_U&);
+template void readEventLine(FieldReader<char>&, FormatLevel, OverrideTagRemover<char>&,
+                            ASS_SESSION_ST&);
+template void readEventLine(FieldReader<wchar_t>&, FormatLevel, OverrideTagRemover<wchar_t>&,
+                            ASS_SESSION_ST_U&);
 
 }  // namespace kssubtitle::internal

@@ -2,12 +2,15 @@
 #pragma once
 
 #include "kssubtitle/parsers/ass/format_level.h"
+#include "kssubtitle/parsers/ass/override_tags.h"
 #include "kssubtitle/parsers/field_reader.h"
 
 namespace kssubtitle::internal {
 
-/// Reads the columns in `reader` into an event and adds its text behind a line feed.
+/// Reads the columns in `reader`, behind which a NUL stands, into an event and adds its text behind
+/// a line feed.
 template <typename Char, typename Event>
-void readEventLine(FieldReader<Char>& reader, FormatLevel level, Event& event);
+void readEventLine(FieldReader<Char>& reader, FormatLevel level, OverrideTagRemover<Char>& tags,
+                   Event& event);
 
 }  // namespace kssubtitle::internal

@@ -120,7 +120,7 @@ class AssConverter {
         readStyleLine(value, styleLevel_, parser_);
         break;
       case Key::kDialogue:
-        readEventLine(value, eventLevel_, parser_.sessions[nextKey_++]);
+        readEventLine(value, eventLevel_, tags_, parser_.sessions[nextKey_++]);
         break;
       case Key::kOther:
         break;
@@ -141,6 +141,7 @@ class AssConverter {
 
   Parser& parser_;
   String line_;
+  OverrideTagRemover<Char> tags_;
   int nextKey_ = 1;
   FormatLevel eventLevel_ = FormatLevel::kUnknown;
   FormatLevel styleLevel_ = FormatLevel::kUnknown;
@@ -178,6 +179,12 @@ double takeReal(ksBasicString<Char>& s, Char separator) {
   return takeField(s, [separator](FieldReader<Char>& reader) { return reader.real(separator); });
 }
 
+template <typename Char>
+ksBasicString<Char> withoutTags(const ksBasicString<Char>& text) {
+  const std::basic_string<Char> copy(viewOf(text));  // with a NUL behind it, whatever setchar() did
+  return std::basic_string<Char>(OverrideTagRemover<Char>().clean(copy));
+}
+
 }  // namespace
 
 bool ksAssParser::Open(const char* path) { return open<char>(*this, path); }
@@ -205,10 +212,7 @@ int ksAssParser::FindChar(ksString s, char c, int start, int) {
   return s.find(c, std::max(start, 0));
 }
 
-ksString ksAssParser::RemoveSSATags(ksString s, int) {
-  removeOverrideTags(s);
-  return s;
-}
+ksString ksAssParser::RemoveSSATags(ksString s, int) { return withoutTags(s); }
 
 bool ksAssParserU::Open(const char* path) { return open<wchar_t>(*this, path); }
 
@@ -239,7 +243,4 @@ int ksAssParserU::FindChar(ksWString s, char c, int start) {
   return s.find(static_cast<wchar_t>(c), start);
 }
 
-ksWString ksAssParserU::RemoveSSATags(ksWString s) {
-  removeOverrideTags(s);
-  return s;
-}
+ksWString ksAssParserU::RemoveSSATags(ksWString s) { return withoutTags(s); }

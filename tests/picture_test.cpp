@@ -1,0 +1,149 @@
+// Subpictures: the decoder on a unit written by hand, and the command that writes them as PNG files.
+#include <png.h>
+#include <sys/wait.h>
+
+#include <algorithm>
+#include <cstdio>
+#include <functional>
+#include <iterator>
+#include <regex>
+
+#include "support.h"
+#include "tools/kssub/subpicture.h"
+
+namespace {
+
+using kssub::BrokenUnit;
+using kssub::decodeSubpicture;
+using Bytes = std::vector<unsigned char>;
+using Rgba = std::array<unsigned char, 4>;
+
+constexpr std::size_t kFirstCommand = 18, kColors = 27, kArea = 32;
+const Bytes kUnit = {
+    0,    54,   0,    14,                           // its size, the offset of the sequences
+    0xD3, 0xE0, 0xFF, 0x03, 0x6C,                   // upper: 3 of 1, 15 of 2, 63 of 3, 219 of 0
+    0x60, 0,    0,                                  // upper: 1 of 2, the rest of 0, half a byte
+    0,    3,                                        // lower: all of 3
+    0,    90,   0,    45,   1,                      // after 1024 ms: start
+    7,    0,    6,    1,    2,    5,    4,          // changes of colours, not followed
+    3,    0x43, 0x21, 4,    0xF8, 0x40,             // colours, contrast
+    5,    0,    0xA1, 0x35, 0,    0x50, 0x07,       // 10 to 309, 5 to 7
+    6,    0,    4,    0,    12,   0xFF,             // the two fields
+    0,    180,  0,    45,   4,    0x11, 0x11, 2, 0xFF};  // after 2048 ms: faded, stop
+
+Bytes changed(std::size_t offset, unsigned byte) {
+  Bytes unit = kUnit;
+  unit.at(offset) = static_cast<unsigned char>(byte);
+  return unit;
+}
+
+Rgba pixelAt(const Bytes& rgba, int width, int x, int y) {
+  Rgba pixel;
+  std::copy_n(rgba.begin() + (y * width + x) * 4, 4, pixel.begin());
+  return pixel;
+}
+
+TEST(Subpicture, unit_decodes_to_its_pixels) {
+  kssub::Palette palette{{0, 0x111213, 0x212223, 0x313233, 0x414243}, {}};
+  const auto unit = decodeSubpicture(kUnit, palette);
+  palette.custom = {{0x010203, 0x040506, 0x070809, 0x0A0B0C}, 0b0100};
+  const auto custom = decodeSubpicture(kUnit, palette);
+  EXPECT_EQ((std::array{unit.image.width, unit.image.height, unit.left, unit.top, unit.startDelay}),
+            (std::array{300, 3, 10, 5, 1024}));
+  EXPECT_EQ(unit.stopDelay, 2048);
+  const Rgba codes[] = {
+      {0x11, 0x12, 0x13, 0}, {0x21, 0x22, 0x23, 68}, {0x31, 0x32, 0x33, 136}, {65, 66, 67, 255}};
+  const Rgba customs[] = {{1, 2, 3, 255}, {4, 5, 6, 255}, {7, 8, 9, 0}, {10, 11, 12, 255}};
+  const struct {
+    int x, y, code;
+  } cases[] = {{0, 0, 1},   {2, 0, 1}, {3, 0, 2},   {17, 0, 2}, {18, 0, 3}, {80, 0, 3},  {81, 0, 0},
+               {299, 0, 0}, {0, 1, 3}, {299, 1, 3}, {0, 2, 2},  {1, 2, 0},  {299, 2, 0}};
+  for (const auto& [x, y, code] : cases) {
+    EXPECT_EQ(pixelAt(unit.image.rgba, 300, x, y), codes[code]) << x << ',' << y;
+    EXPECT_EQ(pixelAt(custom.image.rgba, 300, x, y), customs[code]) << x << ',' << y;
+  }
+}
+
+TEST(Subpicture, broken_units_are_refused_within_their_bounds) {
+  const struct {
+    std::size_t offset;
+    unsigned byte;
+    const char* reason;
+  } cases[] = {{3, 54, "control sequences end"},     {7, 0xFE, "past the end of its line"},
+               {17, 13, "backwards"},                {kFirstCommand, 8, "unknown"},
+               {21, 1, "impossible size"},           {kFirstCommand, 0xFF, "no display area"},
+               {kArea + 1, 0xFF, "ends before"},     {kArea + 6, 0xFF, "bitmap ends"},
+               {43, 14, "bitmap ends"}};
+  for (const auto& [offset, byte, reason] : cases) {
+    try {
+      decodeSubpicture(changed(offset, byte), {});
+      ADD_FAILURE() << reason;
+    } catch (const BrokenUnit& error) {
+      EXPECT_NE(std::string(error.what()).find(reason), std::string::npos) << error.what();
+    }
+  }
+  for (std::size_t size = 0; size < kUnit.size(); ++size) {
+    const Bytes part(kUnit.begin(), kUnit.begin() + static_cast<std::ptrdiff_t>(size));
+    EXPECT_THROW(decodeSubpicture(part, {}), BrokenUnit) << size;
+    for (const unsigned byte : {0u, 0xFFu, kUnit[size] ^ 1u}) {
+      try {
+        const auto image = decodeSubpicture(changed(size, byte), {}).image;
+        EXPECT_EQ(image.rgba.size(), static_cast<std::size_t>(image.width * image.height * 4));
+      } catch (const BrokenUnit&) {
+      }
+    }
+  }
+}
+
+/// The only pack of a unit.
+std::string pack(const Bytes& unit) {
+  Bytes bytes = {0, 0, 1, 0xBA, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 1,
+                 0xBD, 7, 0xEC, 0x81, 0x80, 5, 0x21, 0, 1, 0, 1, 0x20};
+  bytes.insert(bytes.end(), unit.begin(), unit.end());
+  bytes.resize(2048, 0xFF);
+  return {bytes.begin(), bytes.end()};
+}
+
+class PictureTest : public testing::Test {
+ protected:
+  /// `output` is a pattern of something in what the program prints.
+  void expectRun(const std::string& arguments, const char* output, int status) const {
+    SCOPED_TRACE(arguments);
+    const std::string command = "cd " + directory.path("") + "; ulimit -Sn 20; timeout 60 " +
+                                KSSUB_PATH " picture " + arguments + " 2>&1";
+    std::FILE* pipe = popen(command.c_str(), "r");
+    std::string printed;
+    for (int c = std::fgetc(pipe); c != EOF; c = std::fgetc(pipe)) printed += static_cast<char>(c);
+    EXPECT_EQ(WEXITSTATUS(pclose(pipe)), status);
+    EXPECT_TRUE(std::regex_search(printed, std::regex(output))) << printed << "has no " << output;
+  }
+  Rgba readPixel(const char* name, int x, int y) const {
+    png_image png{};
+    png.version = PNG_IMAGE_VERSION;
+    EXPECT_NE(png_image_begin_read_from_file(&png, directory.path(name).c_str()), 0) << name;
+    png.format = PNG_FORMAT_RGBA;
+    Bytes rgba(std::max<std::size_t>(PNG_IMAGE_SIZE(png), 3600));
+    png_image_finish_read(&png, nullptr, rgba.data(), 0, nullptr);
+    return pixelAt(rgba, 300, x, y);
+  }
+  auto fileCount(const char* name) const {
+    return std::distance(std::filesystem::directory_iterator(directory.path(name)), {});
+  }
+
+  TempDir directory;
+};
+
+const std::string kPalette = "palette: 0, 111111, 222222, 333333, 444444, 555555\n";
+
+TEST_F(PictureTest, pictures_become_png_files) {
+  directory.write("a.sub", pack(kUnit) + pack(changed(kColors, 0x53)) + pack(changed(3, 54)));
+  directory.write("a.idx", kPalette +
+                               "timestamp: 00:00:00:000, filepos: 000000000\n"
+                               "timestamp: 00:00:00:300, filepos: 000000800\n"
+                               "timestamp: 01:00:00:000, filepos: 000001000\n"
+                               "timestamp: 01:00:01:000, filepos: 000001001\n");
+  expectRun("a.idx 0:00.500 out.png", "^|\n(out.png: 300 x 3 .* at 10,5, .* 0:00:01.324 to 0:00:02.348\n)", 0);
+  EXPECT_EQ(readPixel("out.png", 18, 0), (Rgba{0x44, 0x44, 0x44, 0xFF}));
+}
+
+}  // namespace
