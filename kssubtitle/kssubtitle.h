@@ -5,6 +5,7 @@
 #include "kssubtitle/manager/ksSubtitleManager.h"
 #include "kssubtitle/parsers/IParser.h"
 #include "kssubtitle/parsers/ass/ksAssParser.h"
+#include "kssubtitle/parsers/ksSessionMap.h"
 #include "kssubtitle/parsers/srt/ksSrtParser.h"
 #include "kssubtitle/parsers/sub_fopen.h"
 #include "kssubtitle/parsers/vobsub/ksIdxParser.h"

@@ -8,14 +8,14 @@
 
 /// The cue shown at a moment; all defaults when nothing is shown. Times are milliseconds from the
 /// start of the media.
-struct SUBTITLE_ST {
+struct KSSUBTITLE_API SUBTITLE_ST {
   long long start = -1;  ///< First moment of the cue; -1 when nothing is shown.
   long long end = -1;    ///< Last moment of the cue, itself included; -1 when nothing is shown.
   ksString text;         ///< Begins with a line feed; empty when nothing is shown.
 };
 
 /// SUBTITLE_ST with wide text.
-struct SUBTITLE_ST_U {
+struct KSSUBTITLE_API SUBTITLE_ST_U {
   long long start = -1;  ///< First moment of the cue; -1 when nothing is shown.
   long long end = -1;    ///< Last moment of the cue, itself included; -1 when nothing is shown.
   ksWString text;        ///< Begins with a line feed; empty when nothing is shown.

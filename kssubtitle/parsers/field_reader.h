@@ -5,6 +5,7 @@
 #include <string_view>
 
 #include "kssubtitle/strings/decimal.h"
+#include "kssubtitle/strings/find_near.h"
 #include "kssubtitle/strings/trimming.h"
 #include "kssubtitle/strings/view.h"
 #include "kssubtitle/strings/width_rules.h"
@@ -52,11 +53,11 @@ class FieldReader {
 
   /// text() without trimming first.
   View upTo(Char separator) noexcept {
-    const View all = rest();
-    const std::size_t found = all.find(separator);
-    if (found == View::npos) return all;
-    begin_ += found + 1;
-    return all.substr(0, found);
+    const Char* const found = findNear<Char>(begin_, end_, separator);
+    if (found == end_) return rest();
+    const View token(begin_, static_cast<std::size_t>(found - begin_));
+    begin_ += token.size() + 1;
+    return token;
   }
 
   /// A column read by integerOf().

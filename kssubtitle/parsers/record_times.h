@@ -1,6 +1,8 @@
 // Times and lookups that the formats share.
 #pragma once
 
+#include "kssubtitle/parsers/ksSessionMap.h"
+
 namespace kssubtitle::internal {
 
 /// A time of day in milliseconds. Deliberate: it wraps at 32 bits before it is widened.
@@ -34,18 +36,13 @@ long long endOf(const Record& record) noexcept {
   }
 }
 
-/// The answer to a query: the last record in key order that covers `t`, both its ends included;
-/// the empty answer if none does or `t` is negative.
-template <typename Answer, typename Sessions>
-Answer answerAt(const Sessions& sessions, long long t) {
-  if (t < 0) return {};
-  for (auto entry = sessions.rbegin(); entry != sessions.rend(); ++entry) {
-    const auto& record = entry->second;
-    if (startOf(record) <= t && t <= endOf(record)) {
-      return {startOf(record), endOf(record), record.text};
-    }
-  }
-  return {};
+/// The answer to a query: the last record in key order that covers `t`; the empty answer if none
+/// does.
+template <typename Answer, typename Record>
+Answer answerAt(const ksSessionMap<Record>& sessions, long long t) {
+  const Record* const record = sessions.covering(t);
+  if (record == nullptr) return {};
+  return {startOf(*record), endOf(*record), record->text};
 }
 
 }  // namespace kssubtitle::internal

@@ -51,9 +51,6 @@ template <typename Char>
 ksBasicString<Char>::ksBasicString(int v) : text_(WidthRules<Char>::textOfNumber(v)) {}
 
 template <typename Char>
-ksBasicString<Char>::~ksBasicString() = default;
-
-template <typename Char>
 ksBasicString<Char>& ksBasicString<Char>::operator=(const Char* p) {
   text_ = String(p);  // `p` may point into this text, behind its recorded end included
   return *this;
@@ -69,11 +66,6 @@ ksBasicString<Char>& ksBasicString<Char>::deepCopy(const ksBasicString& src, Cha
 template <typename Char>
 ksBasicString<Char>::operator int() const noexcept {
   return WidthRules<Char>::numberOfText(text_);
-}
-
-template <typename Char>
-Char ksBasicString<Char>::getChar(int i) const noexcept {
-  return i < 0 || i > length() ? Char{} : text_.data()[i];
 }
 
 template <typename Char>

@@ -44,7 +44,7 @@ class KSSUBTITLE_API ksBasicString {
   ksBasicString(int v);
   ksBasicString(const ksBasicString&) = default;
   ksBasicString(ksBasicString&&) noexcept = default;
-  virtual ~ksBasicString();
+  virtual ~ksBasicString() = default;
 
   ksBasicString& operator=(const Char* p);
   ksBasicString& operator=(const ksBasicString&) = default;
@@ -64,7 +64,7 @@ class KSSUBTITLE_API ksBasicString {
   operator int() const noexcept;
   /// The character at `i`; 0 if `i` is negative or greater than length(). At length() it is the
   /// terminating NUL.
-  Char getChar(int i) const noexcept;
+  Char getChar(int i) const noexcept { return i < 0 || i > length() ? Char{} : text_.data()[i]; }
   /// As getChar(): a value, not a reference.
   Char operator[](int i) const noexcept { return getChar(i); }
   /// Overwrites the character at `i`; does nothing if `i` is negative or greater than length().

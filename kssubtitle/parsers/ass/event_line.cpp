@@ -35,10 +35,15 @@ long long readTime(FieldReader<Char>& reader) {
 
 template <typename Char>
 ksBasicString<Char> styleName(std::basic_string_view<Char> column) {
+  using Text = ksBasicString<Char>;
+  constexpr int kLength = 7;
   constexpr Char kDefault[] = {'D', 'e', 'f', 'a', 'u', 'l', 't', 0};
-  ksBasicString<Char> name{std::basic_string<Char>(column)};
+  Text name{std::basic_string<Char>(column)};
   name.TrimLeft(Char{'*'});
-  if (ksBasicString<Char>::isEqualNoCase(name, kDefault)) name = kDefault;
+  if (name.length() == kLength && name != kDefault &&
+      Text::compareNoCase(name.getData(), kDefault, kLength) == 0) {
+    name = kDefault;
+  }
   return name;
 }
 

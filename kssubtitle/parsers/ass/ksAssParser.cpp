@@ -6,12 +6,14 @@
 #include <iterator>
 #include <string>
 #include <string_view>
+#include <utility>
 
 #include "kssubtitle/parsers/ass/event_line.h"
 #include "kssubtitle/parsers/ass/override_tags.h"
 #include "kssubtitle/parsers/ass/style_line.h"
 #include "kssubtitle/parsers/reading/read_lines.h"
 #include "kssubtitle/parsers/record_times.h"
+#include "kssubtitle/parsers/session_access.h"
 
 namespace {
 
@@ -63,7 +65,7 @@ Key keyOf(std::basic_string_view<Char> text) noexcept {
   text = text.substr(0, text.find(Char{}));
   for (const KeyName& entry : kKeyNames) {
     const auto equalLower = [](Char c, char expected) {
-      return WidthRules<Char>::toLower(c) == static_cast<Char>(expected);
+      return c == expected || WidthRules<Char>::toLower(c) == static_cast<Char>(expected);
     };
     if (std::equal(text.begin(), text.end(), entry.name.begin(), entry.name.end(), equalLower)) {
       return entry.key;
@@ -81,6 +83,7 @@ class AssConverter {
 
   void convert() {
     for (const ksBasicString<Char>& line : parser_.lines) convertLine(line);
+    SessionAccess::buildTable(parser_.sessions);
   }
 
  private:
@@ -120,7 +123,8 @@ class AssConverter {
         readStyleLine(value, styleLevel_, parser_);
         break;
       case Key::kDialogue:
-        readEventLine(value, eventLevel_, tags_, parser_.sessions[nextKey_++]);
+        readEventLine(value, eventLevel_, tags_,
+                      SessionAccess::record(parser_.sessions, nextKey_++));
         break;
       case Key::kOther:
         break;
@@ -156,10 +160,13 @@ bool open(Parser& parser, const char* path) {
   return true;
 }
 
-/// Deliberate: looks the key up as operator[] does, so that an empty map grows with every call.
+/// Deliberate: adds a record if the key is missing, so that an empty map grows with every call.
 template <typename Sessions>
 long long lastEnd(Sessions& sessions) {
-  return sessions[static_cast<int>(sessions.size())].endTime;
+  const int key = static_cast<int>(sessions.size());
+  const auto last = std::as_const(sessions).find(key);
+  if (last != sessions.cend()) return last->second.endTime;
+  return SessionAccess::record(sessions, key).endTime;
 }
 
 template <typename Char>

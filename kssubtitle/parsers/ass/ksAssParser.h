@@ -5,13 +5,13 @@
 
 #include <cstdint>
 #include <cstdio>
-#include <map>
 #include <vector>
 
 #include "kssubtitle/parsers/IParser.h"
+#include "kssubtitle/parsers/ksSessionMap.h"
 
 /// An event ("Dialogue" line).
-struct ASS_SESSION_ST {
+struct KSSUBTITLE_API ASS_SESSION_ST {
   int layer = 0;            ///< The Layer column of an ASS script; 0 in other scripts.
   long long startTime = 0;  ///< Milliseconds.
   long long endTime = 0;    ///< Milliseconds; the event is still shown at this moment.
@@ -22,7 +22,7 @@ struct ASS_SESSION_ST {
 };
 
 /// An event with wide text.
-struct ASS_SESSION_ST_U {
+struct KSSUBTITLE_API ASS_SESSION_ST_U {
   int layer = 0;            ///< As ASS_SESSION_ST::layer.
   long long startTime = 0;  ///< Milliseconds.
   long long endTime = 0;    ///< Milliseconds; the event is still shown at this moment.
@@ -71,10 +71,10 @@ class KSSUBTITLE_API ksAssParser : public IParser {
   /// NUL, as ksBasicString::deleteStr() leaves them. The charset is ignored.
   ksString RemoveSSATags(ksString s, int charset);
 
-  std::FILE* file = nullptr;               ///< Meaningful only while Open() runs.
-  std::vector<ksString> lines;             ///< The file's non-empty lines, without line feeds.
-  std::map<int, ASS_SESSION_ST> sessions;  ///< The events under the keys 1, 2, 3, ...
-  bool opened = false;                     ///< Set by the first Open() that succeeds.
+  std::FILE* file = nullptr;              ///< Meaningful only while Open() runs.
+  std::vector<ksString> lines;            ///< The file's non-empty lines, without line feeds.
+  ksSessionMap<ASS_SESSION_ST> sessions;  ///< The events under the keys 1, 2, 3, ...
+  bool opened = false;                    ///< Set by the first Open() that succeeds.
   // What follows keeps its values from one file to the next.
   ksString collisions;            ///< "1" for reversed collisions, else "0".
   int playResX = 0;               ///< Pixels.
@@ -130,10 +130,10 @@ class KSSUBTITLE_API ksAssParserU : public IParser {
   /// As ksAssParser::RemoveSSATags(), without a charset.
   ksWString RemoveSSATags(ksWString s);
 
-  std::FILE* file = nullptr;                 ///< Meaningful only while Open() runs.
-  std::vector<ksWString> lines;              ///< The file's non-empty lines, without line feeds.
-  std::map<int, ASS_SESSION_ST_U> sessions;  ///< The events under the keys 1, 2, 3, ...
-  bool opened = false;                       ///< Set by the first Open() that succeeds.
+  std::FILE* file = nullptr;                ///< Meaningful only while Open() runs.
+  std::vector<ksWString> lines;             ///< The file's non-empty lines, without line feeds.
+  ksSessionMap<ASS_SESSION_ST_U> sessions;  ///< The events under the keys 1, 2, 3, ...
+  bool opened = false;                      ///< Set by the first Open() that succeeds.
   // What follows keeps its values from one file to the next.
   ksWString collisions;           ///< "1" for reversed collisions, else "0".
   int playResX = 0;               ///< Pixels.
@@ -158,3 +158,6 @@ class KSSUBTITLE_API ksAssParserU : public IParser {
   bool bold = false;              ///< Whether the column in its place is not 0.
   bool italic = false;            ///< Whether the column in its place is not 0.
 };
+
+extern template class ksSessionMap<ASS_SESSION_ST>;
+extern template class ksSessionMap<ASS_SESSION_ST_U>;

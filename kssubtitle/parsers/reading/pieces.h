@@ -66,6 +66,10 @@ class BlockPieces {
   explicit BlockPieces(std::FILE* file) : file_(file), input_(file), buffer_(kCapacity) {}
   void startLine() noexcept { pieceBegin_ = pieceEnd_; }
   bool next();
+  /// Takes the next line at once and assigns it, without its line feed, to `line`, which the next
+  /// call invalidates. False if that needs a look at its pieces: if the buffer does not hold all of
+  /// it, or a NUL in it.
+  bool nextLine(std::basic_string_view<Char>& line) noexcept;
   std::basic_string_view<Char> piece() const noexcept {
     const std::basic_string_view<Char> whole(buffer_.data() + pieceBegin_, pieceEnd_ - pieceBegin_);
     return whole.substr(0, whole.find(Char{}));
@@ -84,6 +88,7 @@ class BlockPieces {
   std::size_t pieceBegin_ = 0;  // the piece, and behind it what is not yet handed out
   std::size_t pieceEnd_ = 0;
   std::size_t end_ = 0;
+  std::size_t nul_ = 0;  // the buffer's first NUL; npos if it has none
   bool atEnd_ = false;
 };
 
@@ -116,6 +121,16 @@ bool BlockPieces<Input>::next() {
   return true;
 }
 
+template <typename Input>
+bool BlockPieces<Input>::nextLine(std::basic_string_view<Char>& line) noexcept {
+  const std::basic_string_view<Char> rest(buffer_.data() + pieceEnd_, end_ - pieceEnd_);
+  const std::size_t lineFeed = rest.find(Char{'\n'});
+  if (lineFeed == rest.npos || pieceEnd_ + lineFeed > nul_) return false;
+  line = rest.substr(0, lineFeed);
+  pieceEnd_ += lineFeed + 1;
+  return true;
+}
+
 /// Reads more behind what the buffer holds, moving it and the last piece to the front.
 template <typename Input>
 bool BlockPieces<Input>::refill() {
@@ -125,6 +140,7 @@ bool BlockPieces<Input>::refill() {
   pieceBegin_ = 0;
   const std::size_t got = input_.read(buffer_.data() + end_, buffer_.size() - end_);
   end_ += got;
+  nul_ = std::basic_string_view<Char>(buffer_.data(), end_).find(Char{});
   if (got == 0 && input_.atEnd()) atEnd_ = true;
   return got != 0;
 }

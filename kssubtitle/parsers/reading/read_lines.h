@@ -6,6 +6,7 @@
 #include <cwchar>
 #include <memory>
 #include <string>
+#include <string_view>
 #include <utility>
 #include <vector>
 
@@ -46,18 +47,32 @@ bool readStreamLine(std::FILE* file, ksBasicString<Char>& out) {
   return found;
 }
 
+/// A line that needs no pieces; false where the source has none to offer.
+template <typename Source>
+bool takeWholeLine(Source& source, std::basic_string_view<typename Source::Char>& line) {
+  if constexpr (requires { source.nextLine(line); }) {
+    return source.nextLine(line);
+  } else {
+    return false;
+  }
+}
+
 /// Appends the source's non-empty lines to `lines`; false as soon as there are more lines than
 /// accepted, the one too many included in `lines`.
 template <ReadingRules kRules, typename Source>
 bool collectLines(Source source, std::vector<ksBasicString<typename Source::Char>>& lines) {
-  unsigned count = 0;
-  for (;;) {
-    std::basic_string<typename Source::Char> line;
+  using String = std::basic_string<typename Source::Char>;
+  for (unsigned count = 0; count <= kRules.maxLines; ++count) {
+    if (std::basic_string_view<typename Source::Char> whole; takeWholeLine(source, whole)) {
+      if (!whole.empty()) lines.emplace_back(String(whole));
+      continue;
+    }
+    String line;
     const bool found = readLine<kRules.lastLine>(source, line);
     if (!line.empty()) lines.emplace_back(std::move(line));
     if (!found) return true;
-    if (++count > kRules.maxLines) return false;
   }
+  return false;
 }
 
 using Stream = std::unique_ptr<std::FILE, decltype(&std::fclose)>;

@@ -8,6 +8,7 @@
 
 #include "kssubtitle/parsers/reading/read_lines.h"
 #include "kssubtitle/parsers/record_times.h"
+#include "kssubtitle/parsers/session_access.h"
 #include "kssubtitle/strings/decimal.h"
 #include "kssubtitle/strings/view.h"
 
@@ -65,8 +66,8 @@ int arrowIn(const ksBasicString<Char>& line) noexcept {
 
 template <typename Char>
 void trim(ksBasicString<Char>& line) {
-  line.TrimLeft();
-  line.TrimRight();
+  if (line.getChar(0) == ' ') line.TrimLeft();
+  if (line.getChar(line.length() - 1) == ' ') line.TrimRight();
 }
 
 /// Turns lines into cues.
@@ -78,6 +79,7 @@ class SrtConverter {
 
   void convert() {
     for (std::size_t i = 0; i < lines_.size(); ++i) convertLine(i);
+    SessionAccess::buildTable(sessions_);
   }
 
  private:
@@ -96,7 +98,7 @@ class SrtConverter {
   /// Deliberate: a text line brings along every second line behind it, up to the next line that is
   /// no text, and trims each once more.
   void addText(std::size_t i) {
-    auto& cue = sessions_[key_];
+    auto& cue = SessionAccess::record(sessions_, key_);
     cue.start = start_;
     cue.end = end_;
     cue.text += static_cast<Char>('\n');

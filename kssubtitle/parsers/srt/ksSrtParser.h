@@ -3,20 +3,20 @@
 #pragma once
 
 #include <cstdio>
-#include <map>
 #include <vector>
 
 #include "kssubtitle/parsers/IParser.h"
+#include "kssubtitle/parsers/ksSessionMap.h"
 
 /// A SubRip cue.
-struct SRC_SESSION_ST {
+struct KSSUBTITLE_API SRC_SESSION_ST {
   long long start = 0;  ///< Milliseconds.
   long long end = 0;    ///< Milliseconds; the cue is still shown at this moment.
   ksString text;  ///< For each text line a line feed, then the line and every second one after.
 };
 
 /// A SubRip cue with wide text.
-struct SRC_SESSION_ST_U {
+struct KSSUBTITLE_API SRC_SESSION_ST_U {
   long long start = 0;  ///< Milliseconds.
   long long end = 0;    ///< Milliseconds; the cue is still shown at this moment.
   ksWString text;       ///< As SRC_SESSION_ST::text.
@@ -44,10 +44,10 @@ class KSSUBTITLE_API ksSrtParser : public IParser {
   /// Adds the cues of `lines` to `sessions`, and trims the lines in place. Always true.
   bool ConvertBufToSrtMap();
 
-  std::FILE* file = nullptr;               ///< Meaningful only while Open() runs.
-  std::vector<ksString> lines;             ///< The file's non-empty lines, without line feeds.
-  std::map<int, SRC_SESSION_ST> sessions;  ///< The cues under the numbers that the file gives.
-  bool opened = false;                     ///< Set by the first Open() that succeeds.
+  std::FILE* file = nullptr;              ///< Meaningful only while Open() runs.
+  std::vector<ksString> lines;            ///< The file's non-empty lines, without line feeds.
+  ksSessionMap<SRC_SESSION_ST> sessions;  ///< The cues under the numbers that the file gives.
+  bool opened = false;                    ///< Set by the first Open() that succeeds.
 };
 
 /// Reads SubRip files of wide text: UTF-16LE behind the mark FF FE, or text in the encoding of the
@@ -71,8 +71,11 @@ class KSSUBTITLE_API ksSrtParserU : public IParser {
   /// Adds the cues of `lines` to `sessions`, and trims the lines in place. Always true.
   bool ConvertBufToSrtMap();
 
-  std::FILE* file = nullptr;                 ///< Meaningful only while Open() runs.
-  std::vector<ksWString> lines;              ///< The file's non-empty lines, without line feeds.
-  std::map<int, SRC_SESSION_ST_U> sessions;  ///< The cues under the numbers that the file gives.
-  bool opened = false;                       ///< Set by the first Open() that succeeds.
+  std::FILE* file = nullptr;                ///< Meaningful only while Open() runs.
+  std::vector<ksWString> lines;             ///< The file's non-empty lines, without line feeds.
+  ksSessionMap<SRC_SESSION_ST_U> sessions;  ///< The cues under the numbers that the file gives.
+  bool opened = false;                      ///< Set by the first Open() that succeeds.
 };
+
+extern template class ksSessionMap<SRC_SESSION_ST>;
+extern template class ksSessionMap<SRC_SESSION_ST_U>;

@@ -13,13 +13,13 @@
 #include "kssubtitle/strings/ksWString.h"
 
 /// An entry of the index.
-struct SUB_SESSION_ST {
+struct KSSUBTITLE_API SUB_SESSION_ST {
   long long startTime = 0;  ///< Milliseconds.
   long long filePos = 0;  ///< Offset, in bytes, of the subpicture's first pack in the ".sub" file.
 };
 
 /// An entry of an index of wide text.
-struct SUB_SESSION_ST_U {
+struct KSSUBTITLE_API SUB_SESSION_ST_U {
   long long startTime = 0;  ///< Milliseconds.
   long long filePos = 0;    ///< No file position: the wide class does not read it.
 };

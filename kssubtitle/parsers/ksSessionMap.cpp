@@ -1,0 +1,136 @@
+// The table in which the covering record of a moment is found.
+#include "kssubtitle/parsers/ksSessionMap.h"
+
+#include <algorithm>
+#include <limits>
+#include <queue>
+
+#include "kssubtitle/parsers/ass/ksAssParser.h"
+#include "kssubtitle/parsers/record_times.h"
+#include "kssubtitle/parsers/srt/ksSrtParser.h"
+
+namespace {
+
+using kssubtitle::internal::endOf;
+using kssubtitle::internal::startOf;
+
+/// A record from the first moment of it that can be asked for.
+template <typename Record>
+struct Span {
+  long long begin;
+  long long end;
+  std::size_t order;  // of its key
+  const Record* record;
+};
+
+template <typename Record>
+struct LesserOrder {
+  bool operator()(const Span<Record>& a, const Span<Record>& b) const noexcept {
+    return a.order < b.order;
+  }
+};
+
+/// The spans that can be answers, in the order of their begins.
+template <typename Record>
+std::vector<Span<Record>> spansOf(const std::map<int, Record>& map) {
+  std::vector<Span<Record>> spans;
+  spans.reserve(map.size());
+  for (const auto& [key, record] : map) {
+    const long long begin = std::max(startOf(record), 0LL);
+    if (begin <= endOf(record)) spans.push_back({begin, endOf(record), spans.size(), &record});
+  }
+  const auto earlier = [](const auto& a, const auto& b) { return a.begin < b.begin; };
+  if (!std::is_sorted(spans.begin(), spans.end(), earlier)) {
+    std::sort(spans.begin(), spans.end(), earlier);
+  }
+  return spans;
+}
+
+/// Hands each moment at which the answer changes, in ascending order, to `add`.
+template <typename Record, typename Add>
+void sweep(const std::vector<Span<Record>>& spans, Add add) {
+  constexpr long long kNever = std::numeric_limits<long long>::max();
+  std::priority_queue<Span<Record>, std::vector<Span<Record>>, LesserOrder<Record>> active;
+  auto next = spans.begin();
+  long long now = 0;
+  while (next != spans.end() || !active.empty()) {
+    if (active.empty()) now = next->begin;
+    for (; next != spans.end() && next->begin <= now; ++next) active.push(*next);
+    const Span<Record>& answer = active.top();
+    add(now, answer.record);
+    const long long last = answer.end;
+    if (next != spans.end() && next->begin <= last) {
+      now = next->begin;
+    } else if (last == kNever) {
+      return;
+    } else {
+      now = last + 1;
+    }
+    while (!active.empty() && active.top().end < now) active.pop();
+  }
+}
+
+}  // namespace
+
+template <typename Record>
+ksSessionMap<Record>& ksSessionMap<Record>::operator=(const ksSessionMap& other) {
+  if (this != &other) {
+    map_ = other.map_;
+    isBuilt_ = false;
+  }
+  return *this;
+}
+
+template <typename Record>
+ksSessionMap<Record>& ksSessionMap<Record>::operator=(ksSessionMap&& other) noexcept {
+  if (this != &other) {
+    map_ = std::move(other.map_);
+    isShared_ = other.isShared_;
+    isBuilt_ = false;
+    other.clear();
+  }
+  return *this;
+}
+
+template <typename Record>
+void ksSessionMap<Record>::clear() noexcept {
+  map_.clear();
+  table_.clear();
+  isShared_ = isBuilt_ = false;
+}
+
+template <typename Record>
+const Record* ksSessionMap<Record>::covering(long long t) const {
+  if (t < 0) return nullptr;
+  if (isShared_) return scan(t);
+  if (!isBuilt_) buildTable();
+  const auto after =
+      std::upper_bound(table_.begin(), table_.end(), t,
+                       [](long long time, const Segment& s) { return time < s.begin; });
+  if (after == table_.begin()) return nullptr;
+  const Record* const record = std::prev(after)->record;
+  return t <= endOf(*record) ? record : nullptr;
+}
+
+template <typename Record>
+const Record* ksSessionMap<Record>::scan(long long t) const noexcept {
+  for (auto entry = map_.rbegin(); entry != map_.rend(); ++entry) {
+    if (startOf(entry->second) <= t && t <= endOf(entry->second)) return &entry->second;
+  }
+  return nullptr;
+}
+
+template <typename Record>
+void ksSessionMap<Record>::buildTable() const {
+  table_.clear();
+  table_.reserve(map_.size());
+  sweep(spansOf(map_), [this](long long begin, const Record* record) {
+    if (table_.empty() || table_.back().record != record) table_.push_back({begin, record});
+  });
+  isBuilt_ = true;
+}
+
+template class ksSessionMap<SRC_SESSION_ST>;
+template class ksSessionMap<SRC_SESSION_ST_U>;
+template class ksSessionMap<ASS_SESSION_ST>;
+template class ksSessionMap<ASS_SESSION_ST_U>;
