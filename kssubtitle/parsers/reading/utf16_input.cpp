@@ -1,6 +1,7 @@
 // UTF-16LE text as wide characters.
 #include "kssubtitle/parsers/reading/utf16_input.h"
 
+#include <algorithm>
 #include <cstring>
 
 namespace kssubtitle::internal {
@@ -32,6 +33,15 @@ std::size_t decodeOne(const unsigned char* p, std::size_t size, wchar_t& out) no
   }
   out = kReplacement;
   return kUnitSize;
+}
+
+/// Decodes code points of one unit each, up to the first surrogate; returns how many.
+std::size_t decodeUnits(const unsigned char* p, std::size_t units, wchar_t* to) noexcept {
+  std::size_t i = 0;
+  for (; i < units && !isSurrogate(unitAt(p + i * kUnitSize)); ++i) {
+    to[i] = static_cast<wchar_t>(unitAt(p + i * kUnitSize));
+  }
+  return i;
 }
 
 }  // namespace
@@ -74,6 +84,11 @@ std::size_t Utf16Input::decode(wchar_t* to, std::size_t room) noexcept {
   const std::size_t least = atEnd() ? kUnitSize : kPairSize;
   std::size_t decoded = 0;
   while (decoded < room && end_ - begin_ >= least) {
+    const std::size_t units = std::min(room - decoded, (end_ - begin_) / kUnitSize);
+    const std::size_t plain = decodeUnits(bytes_.data() + begin_, units, to + decoded);
+    decoded += plain;
+    begin_ += plain * kUnitSize;
+    if (plain == units || end_ - begin_ < least) break;
     begin_ += decodeOne(bytes_.data() + begin_, end_ - begin_, to[decoded++]);
   }
   return decoded;
