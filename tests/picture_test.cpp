@@ -1,10 +1,10 @@
-// Subpictures: the decoder on a unit written by hand, and the command that writes them as PNG files.
+// Subpictures: the decoder on a unit written by hand, and the command that writes them as PNG
+// files.
 #include <png.h>
 #include <sys/wait.h>
 
 #include <algorithm>
 #include <cstdio>
-#include <functional>
 #include <iterator>
 #include <regex>
 
@@ -19,17 +19,19 @@ using Bytes = std::vector<unsigned char>;
 using Rgba = std::array<unsigned char, 4>;
 
 constexpr std::size_t kFirstCommand = 18, kColors = 27, kArea = 32;
+// clang-format off
 const Bytes kUnit = {
-    0,    54,   0,    14,                           // its size, the offset of the sequences
-    0xD3, 0xE0, 0xFF, 0x03, 0x6C,                   // upper: 3 of 1, 15 of 2, 63 of 3, 219 of 0
-    0x60, 0,    0,                                  // upper: 1 of 2, the rest of 0, half a byte
-    0,    3,                                        // lower: all of 3
-    0,    90,   0,    45,   1,                      // after 1024 ms: start
-    7,    0,    6,    1,    2,    5,    4,          // changes of colours, not followed
-    3,    0x43, 0x21, 4,    0xF8, 0x40,             // colours, contrast
-    5,    0,    0xA1, 0x35, 0,    0x50, 0x07,       // 10 to 309, 5 to 7
-    6,    0,    4,    0,    12,   0xFF,             // the two fields
-    0,    180,  0,    45,   4,    0x11, 0x11, 2, 0xFF};  // after 2048 ms: faded, stop
+    0, 54, 0, 14,                                // its size, the offset of the sequences
+    0x60, 0, 0,                                  // upper: 1 of 2, the rest of 0; half a byte is left
+    0xD3, 0xE0, 0xFF, 0x03, 0x6C,                // upper: 3 of 1, 15 of 2, 63 of 3, 219 of 0
+    0, 3,                                        // lower: all of 3
+    0, 90, 0, 45, 1,                             // after 1024 ms: start
+    7, 0, 6, 1, 2, 5, 4,                         // changes of colours, not followed
+    3, 0x43, 0x21, 4, 0xF8, 0x40,                // colours, contrast
+    5, 0, 0xA1, 0x35, 0, 0x50, 0x07,             // 10 to 309, 5 to 7
+    6, 0, 4, 0, 12, 0xFF,                        // the two fields
+    0, 180, 0, 45, 4, 0x11, 0x11, 2, 0xFF};      // after 2048 ms: faded, stop
+// clang-format on
 
 Bytes changed(std::size_t offset, unsigned byte) {
   Bytes unit = kUnit;
@@ -56,8 +58,8 @@ TEST(Subpicture, unit_decodes_to_its_pixels) {
   const Rgba customs[] = {{1, 2, 3, 255}, {4, 5, 6, 255}, {7, 8, 9, 0}, {10, 11, 12, 255}};
   const struct {
     int x, y, code;
-  } cases[] = {{0, 0, 1},   {2, 0, 1}, {3, 0, 2},   {17, 0, 2}, {18, 0, 3}, {80, 0, 3},  {81, 0, 0},
-               {299, 0, 0}, {0, 1, 3}, {299, 1, 3}, {0, 2, 2},  {1, 2, 0},  {299, 2, 0}};
+  } cases[] = {{0, 0, 2}, {1, 0, 0},  {299, 0, 0}, {0, 1, 3},  {299, 1, 3}, {0, 2, 1},  {2, 2, 1},
+               {3, 2, 2}, {17, 2, 2}, {18, 2, 3},  {80, 2, 3}, {81, 2, 0},  {299, 2, 0}};
   for (const auto& [x, y, code] : cases) {
     EXPECT_EQ(pixelAt(unit.image.rgba, 300, x, y), codes[code]) << x << ',' << y;
     EXPECT_EQ(pixelAt(custom.image.rgba, 300, x, y), customs[code]) << x << ',' << y;
@@ -69,10 +71,14 @@ TEST(Subpicture, broken_units_are_refused_within_their_bounds) {
     std::size_t offset;
     unsigned byte;
     const char* reason;
-  } cases[] = {{3, 54, "control sequences end"},     {7, 0xFE, "past the end of its line"},
-               {17, 13, "backwards"},                {kFirstCommand, 8, "unknown"},
-               {21, 1, "impossible size"},           {kFirstCommand, 0xFF, "no display area"},
-               {kArea + 1, 0xFF, "ends before"},     {kArea + 6, 0xFF, "bitmap ends"},
+  } cases[] = {{3, 54, "control sequences end"},
+               {11, 0x7C, "past the end of its line"},
+               {17, 13, "backwards"},
+               {kFirstCommand, 8, "unknown"},
+               {21, 1, "impossible size"},
+               {kFirstCommand, 0xFF, "no display area"},
+               {kArea + 1, 0xFF, "ends before"},
+               {kArea + 6, 0xFF, "bitmap ends"},
                {43, 14, "bitmap ends"}};
   for (const auto& [offset, byte, reason] : cases) {
     try {
@@ -97,8 +103,8 @@ TEST(Subpicture, broken_units_are_refused_within_their_bounds) {
 
 /// The only pack of a unit.
 std::string pack(const Bytes& unit) {
-  Bytes bytes = {0, 0, 1, 0xBA, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 1,
-                 0xBD, 7, 0xEC, 0x81, 0x80, 5, 0x21, 0, 1, 0, 1, 0x20};
+  Bytes bytes = {0, 0, 1,    0xBA, 0,    0,    0,    0, 0,    0, 0, 0, 0, 0,   0,
+                 0, 1, 0xBD, 7,    0xEC, 0x81, 0x80, 5, 0x21, 0, 1, 0, 1, 0x20};
   bytes.insert(bytes.end(), unit.begin(), unit.end());
   bytes.resize(2048, 0xFF);
   return {bytes.begin(), bytes.end()};
@@ -107,9 +113,10 @@ std::string pack(const Bytes& unit) {
 class PictureTest : public testing::Test {
  protected:
   /// `output` is a pattern of something in what the program prints.
-  void expectRun(const std::string& arguments, const char* output, int status) const {
+  void expectRun(const std::string& arguments, const char* output, int status,
+                 const std::string& limit = "ulimit -Sn 20") const {
     SCOPED_TRACE(arguments);
-    const std::string command = "cd " + directory.path("") + "; ulimit -Sn 20; timeout 60 " +
+    const std::string command = "cd " + directory.path("") + "; " + limit + "; timeout 60 " +
                                 KSSUB_PATH " picture " + arguments + " 2>&1";
     std::FILE* pipe = popen(command.c_str(), "r");
     std::string printed;
@@ -135,15 +142,65 @@ class PictureTest : public testing::Test {
 
 const std::string kPalette = "palette: 0, 111111, 222222, 333333, 444444, 555555\n";
 
+std::string entry(const std::string& time, const std::string& position) {
+  return "timestamp: " + time + ", filepos: " + position + "\n";
+}
+
 TEST_F(PictureTest, pictures_become_png_files) {
-  directory.write("a.sub", pack(kUnit) + pack(changed(kColors, 0x53)) + pack(changed(3, 54)));
-  directory.write("a.idx", kPalette +
-                               "timestamp: 00:00:00:000, filepos: 000000000\n"
-                               "timestamp: 00:00:00:300, filepos: 000000800\n"
-                               "timestamp: 01:00:00:000, filepos: 000001000\n"
-                               "timestamp: 01:00:01:000, filepos: 000001001\n");
-  expectRun("a.idx 0:00.500 out.png", "^|\n(out.png: 300 x 3 .* at 10,5, .* 0:00:01.324 to 0:00:02.348\n)", 0);
-  EXPECT_EQ(readPixel("out.png", 18, 0), (Rgba{0x44, 0x44, 0x44, 0xFF}));
+  directory.write("a.sub", pack(changed(kColors, 0x53)) + pack(kUnit) + pack(changed(3, 54)) +
+                               pack(changed(0, 0x80)));
+  directory.write("a.idx", kPalette + entry("00:00:00:000", "800") + entry("00:00:00:300", "0") +
+                               entry("01:00:00:000", "1000") + entry("01:00:01:000", "1800") +
+                               entry("01:00:02:000", "1801"));
+  expectRun("a.idx 400 out.png", "(^|\n)out.png: 300 x 3 .* 10,5, .* 0:00:01.024 to 0:00:02.048\n",
+            0);
+  EXPECT_EQ(readPixel("out.png", 18, 2), (Rgba{0x44, 0x44, 0x44, 0xFF}));
+  expectRun("a.idx 0:00.500 out.png", "out.png: ", 0);
+  EXPECT_EQ(readPixel("out.png", 18, 2), (Rgba{0x55, 0x55, 0x55, 0xFF}));
+  expectRun("a.idx 1:00:00 none.png", "a.idx: the picture at 1:00:00.000 is broken: .* end", 1);
+  expectRun("a.idx 500000 none.png", "a.idx: no picture is shown near 0:08:20.000", 1);
+  expectRun("a.idx 0 .", ".: cannot write: not a regular file", 1);
+  expectRun("a.idx 0 none.png", "cannot write: File too large", 1, "trap '' XFSZ; ulimit -f 0");
+  EXPECT_EQ(fileCount(""), 3);
+
+  expectRun("a.idx --all new/all",
+            "1:00:01.000 .* ends inside it\n[^]*1:00:02.000 .* at byte 6145 [^]*3 of 5 pictures",
+            1);
+  EXPECT_EQ(fileCount("new/all"), 2);
+  EXPECT_EQ(readPixel("new/all/0001_00-00-00.000.png", 18, 2), (Rgba{0x44, 0x44, 0x44, 0xFF}));
+  EXPECT_EQ(readPixel("new/all/0002_00-00-00.300.png", 18, 2), (Rgba{0x55, 0x55, 0x55, 0xFF}));
+
+  std::string many;  // more than files may be open at first
+  for (int i = 0; i < 30; ++i) many += entry("00:00:01:000", "0");
+  directory.write("a.idx", many);
+  expectRun("a.idx --all many", "0030_00-00-01.000.png: ", 0);
+  EXPECT_EQ(fileCount("many"), 30);
+}
+
+TEST_F(PictureTest, unfit_indexes_and_arguments_are_refused) {
+  const std::string good = entry("00:00:01:000", "0");
+  for (const char* name : {"a.sub", "a.srt"}) directory.write(name, pack(kUnit));
+  const struct {
+    std::string name, content;
+    const char* reason;
+  } cases[] = {{"a.idx", good + "  \n", "line 2 is of spaces"},
+               {"a.idx", good + "  ; x\n", "line 2 .* ';'"},
+               {"a.idx", std::string("\0\n;\n", 4), "zero bytes"},
+               {"a.idx", "timestamp: 1\n", "cut short"},
+               {"a.idx", "", "empty"},
+               {"a.idx", std::string(5001, '\n'), "too many lines"},
+               {"a.idx", good.substr(1, good.size() - 2), "last line is lost\n.*no picture"},
+               {"b.idx", good, "b.sub: cannot open: No such file"},
+               {"a.txt", good, "not .idx"}};
+  for (const auto& [name, content, reason] : cases) {
+    directory.write(name, content);
+    expectRun(name + " 1000 out.png", reason, 1);
+  }
+  for (const char* arguments : {"", "a.idx", "a.idx 1000", "a.idx 1s out.png",
+                                "a.idx 1000 out.png --all out", "--all out"}) {
+    expectRun(arguments, "--help", 2);
+  }
+  EXPECT_FALSE(std::filesystem::exists(directory.path("out.png")));
 }
 
 }  // namespace

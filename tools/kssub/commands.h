@@ -20,4 +20,11 @@ void list(const std::string& path);
 /// process when the terminal is as it was.
 void play(const std::string& path, long long from, double speed);
 
+/// Writes the picture that the VobSub index at `index` shows near `time` as a PNG file.
+void picture(const std::string& index, long long time, const std::string& output);
+
+/// Writes the picture of every entry of the index into `directory`, which is made if need be.
+/// Throws std::runtime_error when all are tried if some of them are broken.
+void allPictures(const std::string& index, const std::string& directory);
+
 }  // namespace kssub

@@ -7,6 +7,7 @@
 #include <cstdio>
 #include <filesystem>
 #include <initializer_list>
+#include <iostream>
 #include <memory>
 #include <span>
 #include <string_view>
@@ -17,7 +18,6 @@
 namespace kssub {
 namespace {
 
-constexpr unsigned long long kMostLines = 20000;
 constexpr std::size_t kBlockSize = 1 << 16;  // even, so that no 16-bit unit is torn
 constexpr std::size_t kProbeSize = 256;
 
@@ -49,6 +49,7 @@ Format formatOf(std::string_view path) {
   if (dot == std::string_view::npos) return Format::kUnknown;
   const std::string_view extension = path.substr(dot + 1);
   if (extension == "srt") return Format::kSubRip;
+  if (extension == "idx") return Format::kVobSub;
   return extension == "ass" || extension == "ssa" ? Format::kAss : Format::kUnknown;
 }
 
@@ -100,6 +101,31 @@ void addUnits(LineEndCounter& counter, Bytes block, bool isUtf16) {
   for (std::size_t i = 0; i + 1 < block.size(); i += 2) counter.add(block[i] | block[i + 1] << 8);
 }
 
+unsigned long long mostLines(Format format) { return format == Format::kVobSub ? 5000 : 20000; }
+
+/// What in `form` is known to give odd answers, in one line; empty if there is nothing.
+std::string remarksOn(const FileForm& form) {
+  const bool isSubRip = form.format == Format::kSubRip;
+  const bool isVobSub = form.format == Format::kVobSub;
+  std::string line;
+  const auto remark = [&line](bool applies, std::string_view text) {
+    if (applies) line.append(line.empty() ? "" : "; ").append(text);
+  };
+  remark(form.crLfs > 0 && isSubRip, "it has CR LF line ends, so cue numbers are not recognised");
+  remark(form.crLfs > 0 && !isSubRip && !isVobSub,
+         "it has CR LF line ends, so texts end in CR and the script type is not recognised");
+  remark(form.loneCrs > 0, "it holds lone CRs, which end no line");
+  remark(form.mark == Mark::kUtf8 && (isSubRip || isVobSub),
+         "it begins with a UTF-8 mark, so its first line is misread");
+  remark(form.mark == Mark::kUtf16BigEndian,
+         "it begins with a big-endian mark, but is read as 8-bit text");
+  remark(!form.endsInLineFeed && form.size > 0 && (isVobSub || form.format == Format::kAss),
+         "it does not end in a line feed, so its last line is lost");
+  remark(form.lineFeeds > mostLines(form.format),
+         "it has more than " + std::to_string(mostLines(form.format)) + " lines, so it is refused");
+  return line;
+}
+
 }  // namespace
 
 FileError::FileError(const std::string& path, const std::string& reason)
@@ -127,32 +153,21 @@ FileForm examine(const std::string& path) {
   return form;
 }
 
-std::string remarksOn(const FileForm& form) {
-  const bool isSubRip = form.format == Format::kSubRip;
-  std::string line;
-  const auto remark = [&line](bool applies, std::string_view text) {
-    if (applies) line.append(line.empty() ? "" : "; ").append(text);
-  };
-  remark(form.crLfs > 0 && isSubRip, "it has CR LF line ends, so cue numbers are not recognised");
-  remark(form.crLfs > 0 && !isSubRip,
-         "it has CR LF line ends, so texts end in CR and the script type is not recognised");
-  remark(form.loneCrs > 0, "it holds lone CRs, which end no line");
-  remark(form.mark == Mark::kUtf8 && isSubRip,
-         "it begins with a UTF-8 mark, so its first line is misread");
-  remark(form.mark == Mark::kUtf16BigEndian,
-         "it begins with a big-endian mark, but is read as 8-bit text");
-  remark(!form.endsInLineFeed && form.size > 0 && form.format == Format::kAss,
-         "it does not end in a line feed, so its last line is lost");
-  remark(form.lineFeeds > kMostLines,
-         "it has more than " + std::to_string(kMostLines) + " lines, so it is refused");
-  return line;
+void requireReadable(const std::string& path) { openFile(path); }
+
+void printRemarks(const std::string& path, const FileForm& form) {
+  const std::string remarks = remarksOn(form);
+  if (remarks.empty()) return;
+  std::cerr << "kssub: " << terminalText(path.c_str()) << ": note: " << remarks << '\n';
 }
 
 std::string refusalOf(const FileForm& form) {
-  if (form.format == Format::kUnknown) return "the extension is none of .srt, .ass and .ssa";
   if (form.size == 0) return "the file is empty";
+  if (form.lineFeeds > mostLines(form.format)) return "too many lines";
+  if (form.format != Format::kSubRip && form.format != Format::kAss) {
+    return "the extension is none of .srt, .ass and .ssa";
+  }
   if (form.size == 1) return "the file is a single byte";
-  if (form.lineFeeds > kMostLines) return "too many lines";
   return "it is refused";
 }
 

@@ -21,6 +21,8 @@ struct Options {
   std::vector<long long> times;
   long long from = 0;
   double speed = 1;
+  std::string output;
+  std::string directory;
 };
 
 long long requireTime(const std::string& text) {
@@ -58,6 +60,29 @@ void addPlay(CLI::App& app, Options& options) {
   play->add_option_function<double>("--speed", requirePositive, "How many times as fast");
 }
 
+void addPicture(CLI::App& app, Options& options) {
+  CLI::App* picture =
+      app.add_subcommand("picture",
+                         "Write what a VobSub index shows near TIME, cropped to its "
+                         "display area, as a PNG file with transparency");
+  picture->add_option("INDEX", options.file, "A .idx file with its .sub file beside it")
+      ->required();
+  const auto setTime = [&options](const std::string& text) { options.times = {requireTime(text)}; };
+  CLI::Option* time = picture->add_option_function<std::string>("TIME", setTime, "Time to ask for")
+                          ->type_name("TIME");
+  CLI::Option* output = picture->add_option("OUT.png", options.output, "The PNG file to write");
+  CLI::Option* all = picture
+                         ->add_option("--all", options.directory,
+                                      "Write the picture of every entry into this directory")
+                         ->type_name("DIR")
+                         ->excludes(time);
+  picture->callback([=] {
+    if (all->empty() && output->empty()) {
+      throw CLI::RequiredError("TIME and OUT.png, or --all DIR,");
+    }
+  });
+}
+
 std::string usageMessage(const CLI::App* /*app*/, const CLI::Error& error) {
   return "kssub: " + kssub::terminalText(error.what()) + "\nRun kssub --help for its usage.\n";
 }
@@ -69,12 +94,22 @@ void addCommands(CLI::App& app, Options& options) {
   addAt(app, options);
   addCommand(app, "list", "Print every cue as a table", options);
   addPlay(app, options);
+  addPicture(app, options);
+}
+
+void runPicture(const Options& options) {
+  if (options.times.empty()) {
+    kssub::allPictures(options.file, options.directory);
+  } else {
+    kssub::picture(options.file, options.times.front(), options.output);
+  }
 }
 
 void run(const CLI::App& app, const Options& options) {
   if (app.got_subcommand("at")) kssub::at(options.file, options.times);
   if (app.got_subcommand("list")) kssub::list(options.file);
   if (app.got_subcommand("play")) kssub::play(options.file, options.from, options.speed);
+  if (app.got_subcommand("picture")) runPicture(options);
 }
 
 int fail(const char* reason) {

@@ -2,19 +2,12 @@
 #include "tools/kssub/subtitle_file.h"
 
 #include <algorithm>
-#include <iostream>
 #include <utility>
 
 #include "tools/kssub/terminal_text.h"
 
 namespace kssub {
 namespace {
-
-void printRemarks(const std::string& path, const FileForm& form) {
-  const std::string remarks = remarksOn(form);
-  if (remarks.empty()) return;
-  std::cerr << "kssub: " << terminalText(path.c_str()) << ": note: " << remarks << '\n';
-}
 
 // The pointer, not the length: the text ends at its first NUL, stale characters may follow.
 template <typename Text>

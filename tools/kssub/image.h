@@ -1,0 +1,15 @@
+// A picture in memory.
+#pragma once
+
+#include <vector>
+
+namespace kssub {
+
+struct Image {
+  int width = 0;
+  int height = 0;
+  std::vector<unsigned char>
+      rgba;  ///< Rows from the top; red, green, blue and alpha of each pixel.
+};
+
+}  // namespace kssub

@@ -1,0 +1,156 @@
+// The command `picture`: subpictures of a VobSub index as PNG files.
+#include <sys/resource.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <filesystem>
+#include <iostream>
+#include <stdexcept>
+#include <system_error>
+
+#include "tools/kssub/commands.h"
+#include "tools/kssub/png_file.h"
+#include "tools/kssub/terminal_text.h"
+#include "tools/kssub/times.h"
+#include "tools/kssub/vobsub_file.h"
+
+namespace kssub {
+namespace {
+
+using Entry = VobSubFile::Entry;
+
+/// A line on standard error that is drawn over and over, if that is a terminal.
+class ProgressBar {
+ public:
+  explicit ProgressBar(std::size_t all) : total(all) {}
+  ProgressBar(const ProgressBar&) = delete;
+  ProgressBar& operator=(const ProgressBar&) = delete;
+  ~ProgressBar() { clear(); }
+
+  void draw(std::size_t done) const {
+    if (!isTerminal) return;
+    const std::size_t filled = kWidth * done / total;
+    std::cerr << "\r[" << std::string(filled, '#') << std::string(kWidth - filled, ' ') << "] "
+              << done << '/' << total << std::flush;
+  }
+  void clear() const {
+    if (isTerminal) std::cerr << "\r\033[K" << std::flush;
+  }
+
+ private:
+  static constexpr std::size_t kWidth = 40;
+  std::size_t total;
+  bool isTerminal = isatty(STDERR_FILENO) != 0;
+};
+
+/// "0001_00-01-47.250.png" for the first entry.
+std::string fileName(std::size_t number, const Entry& entry) {
+  constexpr std::size_t kNumberWidth = 4;
+  constexpr std::size_t kTimeWidth = 12;
+  const auto padded = [](const std::string& digits, std::size_t width) {
+    return std::string(width - std::min(width, digits.size()), '0') + digits;
+  };
+  std::string time = padded(formatTime(entry.startTime), kTimeWidth);
+  std::ranges::replace(time, ':', '-');
+  return padded(std::to_string(number), kNumberWidth) + "_" + time + ".png";
+}
+
+std::string failureOf(const std::string& index, const Entry& entry, const BrokenUnit& reason) {
+  return terminalText(index.c_str()) + ": the picture at " + formatTime(entry.startTime) +
+         " is broken: " + reason.what();
+}
+
+void printPicture(const std::string& path, const Entry& entry, const Subpicture& picture) {
+  std::cout << terminalText(path.c_str()) << ": " << picture.image.width << " x "
+            << picture.image.height << " pixels at " << picture.left << ',' << picture.top
+            << ", shown from " << formatTime(entry.startTime + picture.startDelay);
+  if (picture.stopDelay) std::cout << " to " << formatTime(entry.startTime + *picture.stopDelay);
+  std::cout << std::endl;
+}
+
+void writePicture(const std::string& path, const Entry& entry, const Subpicture& picture) {
+  writePng(path, picture.image);
+  printPicture(path, entry, picture);
+}
+
+/// The library leaves a stream of the ".sub" file open for each unit that it fetches, and an index
+/// may have more entries than a process commonly may open files. If the limit cannot be raised far
+/// enough, the fetch that meets it reports that.
+void raiseOpenFileLimit() {
+  rlimit limit{};
+  if (getrlimit(RLIMIT_NOFILE, &limit) != 0) return;
+  limit.rlim_cur = limit.rlim_max;
+  setrlimit(RLIMIT_NOFILE, &limit);
+}
+
+/// Writes the pictures that can be decoded and reports the others.
+class Export {
+ public:
+  Export(const std::string& indexPath, const std::string& directoryPath)
+      : index(indexPath), file(indexPath), directory(directoryPath), bar(file.entries().size()) {}
+
+  void run() {
+    if (file.entries().empty()) {
+      throw std::runtime_error(terminalText(index.c_str()) + ": no entries");
+    }
+    makeDirectory();
+    raiseOpenFileLimit();
+    for (const Entry& entry : file.entries()) writeNext(entry);
+    if (broken > 0) {
+      throw std::runtime_error(std::to_string(broken) + " of " + std::to_string(done) +
+                               " pictures are broken");
+    }
+  }
+
+ private:
+  void makeDirectory() const {
+    std::error_code error;
+    std::filesystem::create_directories(directory, error);
+    if (error) {
+      throw std::runtime_error(terminalText(directory.c_str()) +
+                               ": cannot create: " + error.message());
+    }
+  }
+
+  void writeNext(const Entry& entry) {
+    bar.draw(done++);
+    try {
+      const Subpicture picture = decodeSubpicture(file.unitOf(entry), file.palette());
+      bar.clear();
+      writePicture((directory / fileName(done, entry)).string(), entry, picture);
+    } catch (const BrokenUnit& reason) {
+      bar.clear();
+      std::cerr << "kssub: " << failureOf(index, entry, reason) << '\n';
+      ++broken;
+    }
+  }
+
+  std::string index;
+  VobSubFile file;
+  std::filesystem::path directory;
+  ProgressBar bar;
+  std::size_t done = 0;
+  std::size_t broken = 0;
+};
+
+}  // namespace
+
+void picture(const std::string& index, long long time, const std::string& output) {
+  VobSubFile file(index);
+  const std::optional<Entry> entry = file.entryNear(time);
+  if (!entry) {
+    throw std::runtime_error(terminalText(index.c_str()) + ": no picture is shown near " +
+                             formatTime(time));
+  }
+  try {
+    writePicture(output, *entry, decodeSubpicture(file.unitNear(time), file.palette()));
+  } catch (const BrokenUnit& reason) {
+    throw std::runtime_error(failureOf(index, *entry, reason));
+  }
+}
+
+void allPictures(const std::string& index, const std::string& directory) {
+  Export(index, directory).run();
+}
+
+}  // namespace kssub
