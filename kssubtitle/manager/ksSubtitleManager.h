@@ -33,7 +33,8 @@ class KSSUBTITLE_API ksSubtitleManager {
   /// a file.
   bool IsOpen();
   /// How long the subtitles run, in milliseconds: in SubRip the greatest end time, in ASS and SSA
-  /// the end time of the last event line. 0 when nothing is open.
+  /// the end time of the last event line. 0 when nothing is open. In a script without events each
+  /// call adds an empty record, which then answers for 0 ms; see ksAssParser::DurationTime().
   long long DurationTime();
   /// The cue shown at `t` milliseconds, as IParser::GetSubTitle(); nothing if the file is wide.
   SUBTITLE_ST GetSubTitle(long long t);

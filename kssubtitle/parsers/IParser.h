@@ -36,13 +36,15 @@ class KSSUBTITLE_API IParser {
   virtual ~IParser();
 
   /// Replaces what the parser holds by the content of the file at `path` (a NUL-terminated string
-  /// for `fopen`, not null). True if the file was read to its end, whatever it holds. False if it
-  /// cannot be opened, is empty, or has more than 20000 lines ended by a line feed; the parser then
-  /// answers every query with nothing. The stream of an empty file stays open on purpose.
+  /// for `fopen`, not null). True if the file was read, whatever it holds: up to its end, or up to
+  /// a read error, a line that begins with a NUL, or bytes that the locale cannot decode. False if
+  /// it cannot be opened, is empty (its size counts as a signed number of 32 bits: below 1), or has
+  /// more than 20000 lines ended by a line feed; the parser then answers every query with nothing.
+  /// The stream of an empty file stays open on purpose.
   virtual bool Open(const char* path) = 0;
   /// Whether an Open() of this object ever succeeded; a later failure does not take that back.
   virtual bool IsOpen() const = 0;
-  /// The duration that the format reports, in milliseconds.
+  /// The duration that the format reports, in milliseconds; 0 without a cue.
   virtual long long DurationTime() = 0;
   /// The cue shown at `t` milliseconds, both its ends included. Nothing if no cue covers `t`, if
   /// `t` is negative, or if this is a parser of wide text. Of several cues the last one in key

@@ -75,8 +75,8 @@ void sweep(const std::vector<Span<Record>>& spans, Add add) {
 template <typename Record>
 ksSessionMap<Record>& ksSessionMap<Record>::operator=(const ksSessionMap& other) {
   if (this != &other) {
+    isBuilt_ = false;  // first: the assignment may throw half way
     map_ = other.map_;
-    isBuilt_ = false;
   }
   return *this;
 }
@@ -122,6 +122,7 @@ const Record* ksSessionMap<Record>::scan(long long t) const noexcept {
 
 template <typename Record>
 void ksSessionMap<Record>::buildTable() const {
+  isBuilt_ = false;
   table_.clear();
   table_.reserve(map_.size());
   sweep(spansOf(map_), [this](long long begin, const Record* record) {

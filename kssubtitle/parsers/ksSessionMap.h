@@ -16,8 +16,8 @@ struct SessionAccess;
 
 /// An ordered map from `int` to `Record` that also answers which record covers a moment.
 ///
-/// Code written for a `std::map<int, Record>` works with it as it is: iteration in ascending key
-/// order, references and iterators that stay valid, `operator[]` that inserts.
+/// Offers what code written for a `std::map<int, Record>` uses: iteration in ascending key order,
+/// references and iterators that stay valid, `operator[]` that inserts, and the members below.
 ///
 /// covering() takes a binary search in a table that is built when it is first needed after a
 /// change. What hands out a record that may be changed through it (operator[], and the members that
@@ -83,6 +83,14 @@ class KSSUBTITLE_API ksSessionMap {
   template <typename... Arguments>
   std::pair<iterator, bool> emplace(Arguments&&... arguments) {
     return shared().emplace(std::forward<Arguments>(arguments)...);
+  }
+  template <typename... Arguments>
+  std::pair<iterator, bool> try_emplace(int key, Arguments&&... arguments) {
+    return shared().try_emplace(key, std::forward<Arguments>(arguments)...);
+  }
+  template <typename Value>
+  std::pair<iterator, bool> insert_or_assign(int key, Value&& record) {
+    return shared().insert_or_assign(key, std::forward<Value>(record));
   }
   size_type erase(int key) { return shared().erase(key); }
   iterator erase(iterator position) { return shared().erase(position); }

@@ -19,7 +19,8 @@ template <typename Char>
 constexpr Char kSpace = Char{' '};
 
 int positionOf(std::size_t found) noexcept {
-  return found == std::string::npos ? kNotFound : static_cast<int>(found);
+  if (found == std::string::npos) return kNotFound;
+  return static_cast<int>(std::min<std::size_t>(found, std::numeric_limits<int>::max()));
 }
 
 template <typename Char>

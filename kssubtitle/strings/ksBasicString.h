@@ -2,9 +2,13 @@
 /// The library's text value, written once for 8-bit and wide characters.
 #pragma once
 
+#include <algorithm>
 #include <concepts>
+#include <cstddef>
+#include <limits>
 #include <map>
 #include <string>
+#include <utility>
 
 #include "kssubtitle/export.h"
 
@@ -20,7 +24,7 @@
 /// - Pointers from getData() and the pointer conversion belong to the object and stay valid until
 ///   its next change.
 /// - Pointer arguments must not be null.
-/// - Nothing throws but what the table of each operation names, and allocation failure.
+/// - Nothing throws but what each operation names, and allocation failure.
 /// - No locks: one object must not be changed by one thread while another uses it.
 ///
 /// Several operations have narrow effects on purpose; each says so, and the parsers depend on it.
@@ -43,18 +47,25 @@ class KSSUBTITLE_API ksBasicString {
   /// The decimal text of `v`. Always empty in `ksWString`.
   ksBasicString(int v);
   ksBasicString(const ksBasicString&) = default;
-  ksBasicString(ksBasicString&&) noexcept = default;
+  ksBasicString(ksBasicString&& s) noexcept : text_(std::move(s.text_)) { terminate(); }
   virtual ~ksBasicString() = default;
 
   ksBasicString& operator=(const Char* p);
   ksBasicString& operator=(const ksBasicString&) = default;
-  ksBasicString& operator=(ksBasicString&&) noexcept = default;
+  ksBasicString& operator=(ksBasicString&& s) noexcept {
+    text_ = std::move(s.text_);
+    terminate();
+    return *this;
+  }
   /// Assigns `src`. `buffer` and `length` are accepted for interface compatibility and not used.
   ksBasicString& deepCopy(const ksBasicString& src, Char** buffer, int* length);
 
   // ---- Access and size ----
 
-  int length() const noexcept { return static_cast<int>(text_.size()); }
+  /// The number of characters; INT_MAX if there are more.
+  int length() const noexcept {
+    return static_cast<int>(std::min<std::size_t>(text_.size(), std::numeric_limits<int>::max()));
+  }
   bool isEmpty() noexcept { return text_.empty(); }
   bool isEmpty() const noexcept { return text_.empty(); }
   /// The NUL-terminated text; never null.
@@ -69,7 +80,7 @@ class KSSUBTITLE_API ksBasicString {
   Char operator[](int i) const noexcept { return getChar(i); }
   /// Overwrites the character at `i`; does nothing if `i` is negative or greater than length().
   /// At length() it overwrites the terminating NUL while the length stays: getData() then shows
-  /// `c` as one more character, until the next change.
+  /// `c` as one more character, until the next change; copies and moves do not take it along.
   void setchar(int i, Char c);
   void erase() noexcept { text_.clear(); }
   void clear() noexcept { text_.clear(); }
@@ -201,6 +212,9 @@ class KSSUBTITLE_API ksBasicString {
   void inflate(int width, const ksBasicString& fill, bool atFront);
 
  private:
+  /// Undoes what setchar() may have done to the terminating NUL.
+  void terminate() noexcept { text_.data()[text_.size()] = Char{}; }
+
   String text_;
 };
 

@@ -8,7 +8,8 @@
 namespace kssubtitle::internal {
 
 /// Replaces `from`, which stands at the front of `text`, by `to` until the text begins otherwise.
-/// Never ends if `to` begins with `from`.
+/// Requires: `to` does not begin with `from`; the call takes memory without end, or never returns,
+/// otherwise.
 template <typename Char>
 void replaceFront(std::basic_string<Char>& text, std::basic_string_view<Char> from,
                   std::basic_string_view<Char> to) {

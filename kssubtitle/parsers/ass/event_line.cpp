@@ -15,7 +15,7 @@ template <typename Char>
 constexpr Char kComma = Char{','};
 
 /// The Layer column, which SSA v4 has not: there "Marked=" stands in its place. Deliberate: in a
-/// script of unknown format an equals sign anywhere in the line cuts the line behind it.
+/// script that is not ASS v4+ an equals sign anywhere in the line cuts the line behind it.
 template <typename Char>
 int readLayer(FieldReader<Char>& reader, FormatLevel level) {
   if (level == FormatLevel::kAssV4Plus) return reader.integer(kComma<Char>);

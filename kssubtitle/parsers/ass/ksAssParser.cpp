@@ -3,7 +3,6 @@
 #include "kssubtitle/parsers/ass/ksAssParser.h"
 
 #include <algorithm>
-#include <iterator>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -20,8 +19,7 @@ namespace {
 using namespace kssubtitle::internal;
 
 template <typename Char>
-constexpr ReadingRules kReading{LastLine::kLost,
-                                std::is_same_v<Char, wchar_t> ? kByteOrderMarkSize : 0, 20000};
+constexpr ReadingRules kReading{LastLine::kLost, kTextStart<Char>, kMaxLines};
 
 enum class Key {
   kPlayResX,
@@ -151,15 +149,6 @@ class AssConverter {
   FormatLevel styleLevel_ = FormatLevel::kUnknown;
 };
 
-template <typename Char, typename Parser>
-bool open(Parser& parser, const char* path) {
-  parser.sessions.clear();
-  if (!readLines<kReading<Char>>(path, parser.file, parser.lines)) return false;
-  parser.ConvertBufToAssMap();
-  parser.opened = true;
-  return true;
-}
-
 /// Deliberate: adds a record if the key is missing, so that an empty map grows with every call.
 template <typename Sessions>
 long long lastEnd(Sessions& sessions) {
@@ -194,7 +183,10 @@ ksBasicString<Char> withoutTags(const ksBasicString<Char>& text) {
 
 }  // namespace
 
-bool ksAssParser::Open(const char* path) { return open<char>(*this, path); }
+bool ksAssParser::Open(const char* path) {
+  sessions.clear();
+  return openAndConvert<kReading<char>>(*this, path, &ksAssParser::ConvertBufToAssMap);
+}
 
 long long ksAssParser::DurationTime() { return lastEnd(sessions); }
 
@@ -221,7 +213,10 @@ int ksAssParser::FindChar(ksString s, char c, int start, int) {
 
 ksString ksAssParser::RemoveSSATags(ksString s, int) { return withoutTags(s); }
 
-bool ksAssParserU::Open(const char* path) { return open<wchar_t>(*this, path); }
+bool ksAssParserU::Open(const char* path) {
+  sessions.clear();
+  return openAndConvert<kReading<wchar_t>>(*this, path, &ksAssParserU::ConvertBufToAssMap);
+}
 
 long long ksAssParserU::DurationTime() { return lastEnd(sessions); }
 

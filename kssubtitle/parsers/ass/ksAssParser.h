@@ -16,9 +16,9 @@ struct KSSUBTITLE_API ASS_SESSION_ST {
   long long startTime = 0;  ///< Milliseconds.
   long long endTime = 0;    ///< Milliseconds; the event is still shown at this moment.
   ksString text;    ///< A line feed, then the text without its override tags; see RemoveSSATags().
-  ksString style;   ///< The style's name, without a leading '*'.
+  ksString style;   ///< The style after TrimLeft('*'); "Default" in any case becomes "Default".
   ksString name;    ///< The Name (Actor) column.
-  ksString effect;  ///< The Effect column.
+  ksString effect;  ///< The Effect column; empty if it begins as the text does or vice versa.
 };
 
 /// An event with wide text.
@@ -27,9 +27,9 @@ struct KSSUBTITLE_API ASS_SESSION_ST_U {
   long long startTime = 0;  ///< Milliseconds.
   long long endTime = 0;    ///< Milliseconds; the event is still shown at this moment.
   ksWString text;           ///< As ASS_SESSION_ST::text.
-  ksWString style;          ///< The style's name, without a leading '*'.
+  ksWString style;          ///< As ASS_SESSION_ST::style.
   ksWString name;           ///< The Name (Actor) column.
-  ksWString effect;         ///< The Effect column.
+  ksWString effect;         ///< As ASS_SESSION_ST::effect.
 };
 
 /// Reads ASS and SSA scripts of 8-bit text.
@@ -63,8 +63,8 @@ class KSSUBTITLE_API ksAssParser : public IParser {
   int GetInt(ksString& s, char sep);
   /// GetStr() read with `sscanf`'s "%f" under the host's locale; -1.0 if it is no number.
   double GetFloat(ksString& s, char sep);
-  /// The first position at or after `start` whose character is `c`; -1 if there is none. The last
-  /// argument is ignored.
+  /// The first position at or after `start` whose character is `c`; -1 if there is none. A negative
+  /// `start` counts as 0; the last argument is ignored.
   int FindChar(ksString s, char c, int start, int ignored);
   /// `s` without "{...}" and "<...>", and with the first "\N" (and every one at the very front)
   /// turned into a line feed. The recorded length counts stale characters behind the terminating
@@ -83,8 +83,8 @@ class KSSUBTITLE_API ksAssParser : public IParser {
   int marginTop = 0;              ///< The vertical margin, in pixels.
   int marginRight = 0;            ///< Pixels.
   int marginBottom = 0;           ///< The vertical margin, in pixels.
-  std::uint64_t colours[4] = {};  ///< 0xBBGGRR in the low bits; not read from the file.
-  std::uint8_t alphas[4] = {};    ///< The alpha of each colour.
+  std::uint64_t colours[4] = {};  ///< 0xAABBGGRR; not read from the file.
+  std::uint8_t alphas[4] = {};    ///< A v4+ style moves each colour's AA here.
   ksString fontName;              ///< The style's font.
   int charset = 0;                ///< The style's last number.
   int alignment = 0;              ///< As on a numeric keypad.
@@ -142,8 +142,8 @@ class KSSUBTITLE_API ksAssParserU : public IParser {
   int marginTop = 0;              ///< The vertical margin, in pixels.
   int marginRight = 0;            ///< Pixels.
   int marginBottom = 0;           ///< The vertical margin, in pixels.
-  std::uint64_t colours[4] = {};  ///< 0xBBGGRR in the low bits; not read from the file.
-  std::uint8_t alphas[4] = {};    ///< The alpha of each colour.
+  std::uint64_t colours[4] = {};  ///< 0xAABBGGRR; not read from the file.
+  std::uint8_t alphas[4] = {};    ///< A v4+ style moves each colour's AA here.
   ksWString fontName;             ///< The style's font.
   int charset = 0;                ///< The style's last number.
   int alignment = 0;              ///< As on a numeric keypad.

@@ -9,13 +9,13 @@
 namespace kssubtitle::internal {
 
 /// Removes spans of text with the result that deleteStr() has for one span after the other, stale
-/// characters behind the moved terminators included, in a time that grows about linearly.
+/// characters behind the moved terminators included.
 ///
 /// Moving the rest of a text of fixed length over a span of n characters leaves the text's last n
 /// characters, its NUL included, standing: what follows the span is then the rest and a copy of
-/// those n. So what is still to be searched is kept as a tape, from whose front spans are dropped
-/// and to whose back copies of the tail are added: as characters while there is room, which is
-/// enough for ordinary texts, and as segments that refer to them from then on.
+/// those n. A short span is therefore skipped, and its n characters are added to the end; only for
+/// a long one is the rest moved. The time is linear for ordinary texts, and for a text of `{}`
+/// pairs or of many `{` before one `}`; at worst it grows with the square of the length.
 template <typename Char>
 class SpanRemover {
  public:
@@ -27,26 +27,19 @@ class SpanRemover {
 
  private:
   void start(View text);
-  void keep(View characters) noexcept;
-  bool removeOnTape(Char opening, Char closing) noexcept;
-  void removeFromSegments(Char opening, Char closing);
-  bool passTo(Char opening) noexcept;
-  std::size_t spanTo(Char closing) noexcept;
-  std::size_t findClosing(View segment, Char closing) noexcept;
-  void repeatTail(std::size_t count);
-  void dropFront(std::size_t count);
+  void keepUpTo(const Char* end) noexcept;
+  const Char* findClosing(const Char* from, Char closing) noexcept;
+  void drop(std::size_t span) noexcept;
+  void moveRestOver(std::size_t span) noexcept;
+  void moveToFront() noexcept;
 
   std::vector<Char> result_;
   std::vector<Char> tape_;
   Char* kept_ = nullptr;  // where the result goes on
-  Char* head_ = nullptr;  // what is still to be searched on the tape
+  Char* head_ = nullptr;  // what is still to be searched: a part of the tape
   Char* tail_ = nullptr;
-  Char* limit_ = nullptr;    // how far the tail may grow
-  std::size_t allowed_ = 0;  // how many more removals
-  std::vector<View> segments_;
-  std::size_t front_ = 0;  // the segments before this one are done with
-  // The last long search: no closing character from `searchedFrom_` to `searchedTo_`, but perhaps
-  // one there.
+  Char* limit_ = nullptr;  // how far the tail may grow
+  // No closing character stands in this part of the tape.
   const Char* searchedFrom_ = nullptr;
   const Char* searchedTo_ = nullptr;
 };

@@ -3,8 +3,6 @@
 
 #include <algorithm>
 #include <cstdint>
-#include <cstdio>
-#include <cwchar>
 #include <string>
 
 #include "kssubtitle/parsers/ass/ksAssParser.h"
@@ -40,16 +38,6 @@ void applySsaRules(Parser& parser, int alphaLevel) noexcept {
 }
 
 }  // namespace
-
-double scanFloat(const std::string& token) {
-  float value = 0;
-  return std::sscanf(token.c_str(), "%f", &value) == 1 ? static_cast<double>(value) : -1.0;
-}
-
-double scanFloat(const std::wstring& token) {
-  float value = 0;
-  return std::swscanf(token.c_str(), L"%f", &value) == 1 ? static_cast<double>(value) : -1.0;
-}
 
 // Deliberate: the colour columns are not skipped, so that from `bold` on (`borderStyle` in SSA v4)
 // each member takes the column in its place: the primary colour's for `bold`, and so on.

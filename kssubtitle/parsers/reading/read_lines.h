@@ -7,6 +7,7 @@
 #include <memory>
 #include <string>
 #include <string_view>
+#include <type_traits>
 #include <utility>
 #include <vector>
 
@@ -26,7 +27,11 @@ struct ReadingRules {
   unsigned maxLines;  ///< How many lines that end in a line feed are accepted, empty ones included.
 };
 
-inline constexpr long kByteOrderMarkSize = 2;
+/// What SubRip files and scripts may have.
+inline constexpr unsigned kMaxLines = 20000;
+/// Their text stands behind the mark FF FE if it is wide.
+template <typename Char>
+inline constexpr long kTextStart = std::is_same_v<Char, wchar_t> ? 2 : 0;
 
 template <LastLine kLastLine, typename Source>
 bool readLine(Source& source, std::basic_string<typename Source::Char>& out) {
@@ -92,7 +97,8 @@ bool collectText(const char*, Stream& stream, std::FILE*&,
 }
 
 /// Text that is not UTF-16LE is read by the C library under the host's locale, from a stream opened
-/// anew: looking at the bytes has made the first one a byte stream for good.
+/// anew: looking at the bytes has made the first one a byte stream for good, and an orientation
+/// given to a stream that has a buffer already can keep glibc's fseek() from returning.
 template <ReadingRules kRules>
 bool collectText(const char* path, Stream& stream, std::FILE*& file,
                  std::vector<ksBasicString<wchar_t>>& lines) {
@@ -119,6 +125,15 @@ bool readLines(const char* path, std::FILE*& file, std::vector<ksBasicString<Cha
   std::fseek(file, kRules.start, SEEK_SET);
   Stream stream(file, &std::fclose);
   return collectText<kRules>(path, stream, file, lines);
+}
+
+/// Open() of the parsers, behind what each does first.
+template <ReadingRules kRules, typename Parser>
+bool openAndConvert(Parser& parser, const char* path, bool (Parser::*convert)()) {
+  if (!readLines<kRules>(path, parser.file, parser.lines)) return false;
+  (parser.*convert)();
+  parser.opened = true;
+  return true;
 }
 
 }  // namespace kssubtitle::internal

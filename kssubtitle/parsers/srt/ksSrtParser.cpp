@@ -16,7 +16,8 @@ namespace {
 
 using namespace kssubtitle::internal;
 
-constexpr unsigned kMaxLines = 20000;
+template <typename Char>
+constexpr ReadingRules kReading{LastLine::kKept, kTextStart<Char>, kMaxLines};
 
 /// What differs between the two widths, on purpose.
 template <typename Char>
@@ -24,7 +25,6 @@ struct SrtRules;
 
 template <>
 struct SrtRules<char> {
-  static constexpr ReadingRules kReading{LastLine::kKept, 0, kMaxLines};
   /// The arrow and the space behind it, whatever stands in the space's place.
   static constexpr std::size_t kArrowAndGap = 4;
   /// Whether both times are cut behind the separator at `q` of the end time.
@@ -36,7 +36,6 @@ struct SrtRules<char> {
 
 template <>
 struct SrtRules<wchar_t> {
-  static constexpr ReadingRules kReading{LastLine::kKept, kByteOrderMarkSize, kMaxLines};
   static constexpr std::size_t kArrowAndGap = 3;
   static bool cutsAt(std::size_t q, std::size_t startLength) noexcept { return startLength > q; }
 };
@@ -95,8 +94,8 @@ class SrtConverter {
     }
   }
 
-  /// Deliberate: a text line brings along every second line behind it, up to the next line that is
-  /// no text, and trims each once more.
+  /// Deliberate: a text line brings along every second line behind it, up to one that is no text,
+  /// whatever the lines between are, and trims each once more.
   void addText(std::size_t i) {
     auto& cue = SessionAccess::record(sessions_, key_);
     cue.start = start_;
@@ -143,15 +142,6 @@ class SrtConverter {
   long long end_ = 0;
 };
 
-template <typename Char, typename Parser>
-bool open(Parser& parser, const char* path) {
-  parser.sessions.clear();
-  if (!readLines<SrtRules<Char>::kReading>(path, parser.file, parser.lines)) return false;
-  parser.ConvertBufToSrtMap();
-  parser.opened = true;
-  return true;
-}
-
 template <typename Sessions>
 long long latestEnd(const Sessions& sessions) noexcept {
   long long latest = 0;
@@ -161,7 +151,10 @@ long long latestEnd(const Sessions& sessions) noexcept {
 
 }  // namespace
 
-bool ksSrtParser::Open(const char* path) { return open<char>(*this, path); }
+bool ksSrtParser::Open(const char* path) {
+  sessions.clear();
+  return openAndConvert<kReading<char>>(*this, path, &ksSrtParser::ConvertBufToSrtMap);
+}
 
 long long ksSrtParser::DurationTime() { return latestEnd(sessions); }
 
@@ -176,7 +169,10 @@ bool ksSrtParser::ConvertBufToSrtMap() {
   return true;
 }
 
-bool ksSrtParserU::Open(const char* path) { return open<wchar_t>(*this, path); }
+bool ksSrtParserU::Open(const char* path) {
+  sessions.clear();
+  return openAndConvert<kReading<wchar_t>>(*this, path, &ksSrtParserU::ConvertBufToSrtMap);
+}
 
 long long ksSrtParserU::DurationTime() { return latestEnd(sessions); }
 

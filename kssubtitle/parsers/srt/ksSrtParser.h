@@ -38,7 +38,8 @@ class KSSUBTITLE_API ksSrtParser : public IParser {
   SUBTITLE_ST_U GetSubTitleU(long long t) override;
 
   /// Appends the next line of `file` to `out`, without its line feed. False at the end of the file
-  /// or after a read error; `out` then holds a last line that has no line feed.
+  /// or after a read error, `out` then holding a last line that has no line feed (its last 128
+  /// characters twice, if its length is a multiple of 128), and at a line that begins with a NUL.
   /// Requires: `file` is open for reading, `out` is empty.
   bool ReadString(ksString& out);
   /// Adds the cues of `lines` to `sessions`, and trims the lines in place. Always true.
@@ -54,7 +55,7 @@ class KSSUBTITLE_API ksSrtParser : public IParser {
 /// host's locale behind two bytes that are skipped.
 ///
 /// Differs from ksSrtParser on unusual time lines only: the arrow needs no space behind it, and a
-/// start time that ends right behind one of its separators is cut there.
+/// start time is cut also where it ends right at the place of the end time's separator.
 class KSSUBTITLE_API ksSrtParserU : public IParser {
  public:
   bool Open(const char* path) override;

@@ -8,7 +8,6 @@
 #include <memory>
 #include <span>
 #include <string>
-#include <type_traits>
 
 #include "kssubtitle/parsers/field_reader.h"
 #include "kssubtitle/parsers/reading/read_lines.h"
@@ -28,7 +27,6 @@ struct IdxRules;
 
 template <>
 struct IdxRules<char> {
-  static const char* pathBytes(const char* path) noexcept { return path; }
   /// Keeps the extension, and loses what stands in front of it.
   static ksString subFilePath(const ksString& path) {
     return path.substr(path.find('.', 0), path.length()) + "sub";
@@ -46,10 +44,6 @@ struct IdxRules<char> {
 
 template <>
 struct IdxRules<wchar_t> {
-  /// The storage as it is, whose first zero byte ends the name.
-  static const char* pathBytes(const wchar_t* path) noexcept {
-    return reinterpret_cast<const char*>(path);
-  }
   static ksWString subFilePath(const ksWString& path) {
     return path.Left(path.find(L'.', 0) + 1) + L"sub";
   }
@@ -188,16 +182,6 @@ class IdxConverter {
   int entries_ = 0;
 };
 
-template <typename Char, typename Parser>
-bool open(Parser& parser, Char* path) {
-  parser.subFilePath = IdxRules<std::remove_const_t<Char>>::subFilePath(path);
-  const char* const bytes = IdxRules<std::remove_const_t<Char>>::pathBytes(path);
-  if (!readLines<kReading>(bytes, parser.file, parser.lines)) return false;
-  parser.ConvertBufToIdxMap();
-  parser.opened = true;
-  return true;
-}
-
 template <typename Char>
 ksBasicString<Char> takeTextOrThrow(ksBasicString<Char>& s, Char separator) {
   s.TrimLeft();
@@ -249,7 +233,10 @@ std::unique_ptr<unsigned char[]> readUnit(ProgramStreamPack& pack, std::FILE* st
 
 ksIdxParser::~ksIdxParser() = default;
 
-bool ksIdxParser::Open(const char* path) { return open(*this, path); }
+bool ksIdxParser::Open(const char* path) {
+  subFilePath = IdxRules<char>::subFilePath(path);
+  return openAndConvert<kReading>(*this, path, &ksIdxParser::ConvertBufToIdxMap);
+}
 
 bool ksIdxParser::ReadString(ksString& out) { return readStreamLine<LastLine::kLost>(file, out); }
 
@@ -280,7 +267,12 @@ unsigned char* ksIdxParser::GetPacket(long long t, int& size, int& ctrlOffset) {
 
 ksIdxParserU::~ksIdxParserU() = default;
 
-bool ksIdxParserU::Open(wchar_t* path) { return open(*this, path); }
+// Deliberate: the path's storage as it is, whose first zero byte ends the name.
+bool ksIdxParserU::Open(wchar_t* path) {
+  subFilePath = IdxRules<wchar_t>::subFilePath(path);
+  return openAndConvert<kReading>(*this, reinterpret_cast<const char*>(path),
+                                  &ksIdxParserU::ConvertBufToIdxMap);
+}
 
 bool ksIdxParserU::ReadString(ksWString& out) { return readStreamLine<LastLine::kLost>(file, out); }
 

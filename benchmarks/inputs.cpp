@@ -1,0 +1,161 @@
+// Generates the subtitle files that are measured.
+#include "benchmarks/inputs.h"
+
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+#include <random>
+#include <string_view>
+
+namespace bench {
+namespace {
+
+constexpr std::string_view kWords[] = {"a",  "and",  "before", "children", "for",   "harbour",
+                                       "he", "lamp", "light",  "never",    "night", "nobody",
+                                       "of", "said", "she",    "ship",     "the",   "where"};
+
+constexpr std::string_view kScriptHead =
+    "[Script Info]\nScriptType: v4.00+\nPlayResX: 1920\nPlayResY: 1080\n\n[V4+ Styles]\n"
+    "Style: Default,Sans,48,&H00FFFFFF,&H000000FF,&H00000000,&H80000000,0,0,0,0,100,100,0,0,1,2,1,"
+    "2,10,10,30,1\n\n[Events]\n"
+    "Format: Layer, Start, End, Style, Name, MarginL, MarginR, MarginV, Effect, Text\n";
+
+std::string padded(int value, std::size_t digits) {
+  const std::string text = std::to_string(value);
+  return std::string(digits - text.size(), '0') + text;
+}
+
+std::string wholeSeconds(int t) {
+  return padded(t / 3600000, 1) + ":" + padded(t / 60000 % 60, 2) + ":" + padded(t / 1000 % 60, 2);
+}
+
+std::string subRipTime(int t) { return "0" + wholeSeconds(t) + "," + padded(t % 1000, 3); }
+std::string scriptTime(int t) { return wholeSeconds(t) + "." + padded(t / 10 % 100, 2); }
+
+std::string eventLine(int start, int end, const std::string& text) {
+  return "Dialogue: 0," + scriptTime(start) + "," + scriptTime(end) + ",Default,,0,0,0,," + text +
+         "\n";
+}
+
+struct Range {
+  int least;
+  int most;
+};
+
+/// How the cues of a file follow each other, in milliseconds.
+struct Pace {
+  Range gap;  ///< Negative where cues overlap.
+  Range length;
+};
+
+constexpr Pace kSpeech{{50, 2500}, {1000, 5000}};
+constexpr Pace kOverlappingSpeech{{-500, 2500}, {1000, 5000}};
+constexpr Pace kSong{{-2000, -1500}, {2000, 2500}};  // four or five lines at once
+
+class Writer {
+ public:
+  std::string words(int length) {
+    std::string text;
+    while (text.size() < static_cast<std::size_t>(length)) (text += word()) += ' ';
+    text.resize(static_cast<std::size_t>(length));
+    text.back() = '.';
+    return text;
+  }
+
+  /// What a cue says; every seventh in two lines.
+  std::string speech(std::string_view lineBreak) {
+    std::string text = words(in({25, 51}));
+    if (++speeches_ % 7 == 0) (text += lineBreak) += words(in({25, 51}));
+    return text;
+  }
+
+  std::string styledSpeech() {
+    const std::string text = speech("\\N");
+    return in({0, 4}) == 0 ? "{\\i1}" + text + "{\\i0}" : text;
+  }
+
+  std::string syllables() {
+    std::string text = "{\\fad(200,200)}";
+    for (int count = in({16, 22}); count > 0; --count) {
+      ((text += "{\\k" + std::to_string(in({10, 60})) + "}") += word()) += ' ';
+    }
+    return text + ".";
+  }
+
+  template <typename Text>
+  std::string subRip(int cues, Text text) {
+    std::string file;
+    for (int cue = 1, end = 0; cue <= cues; ++cue) {
+      const int start = end + in(kSpeech.gap);
+      end = start + in(kSpeech.length);
+      file += std::to_string(cue) + "\n" + subRipTime(start) + " --> " + subRipTime(end) + "\n" +
+              text() + "\n\n";
+    }
+    return file;
+  }
+
+  template <typename Text>
+  std::string script(int events, const Pace& pace, Text text) {
+    std::string file(kScriptHead);
+    for (int event = 0, end = 2000; event < events; ++event) {
+      const int start = end + in(pace.gap);
+      end = start + in(pace.length);
+      file += eventLine(start, end, text());
+    }
+    return file;
+  }
+
+ private:
+  /// Not by a standard distribution: each standard library has its own.
+  int in(Range range) {
+    return range.least +
+           static_cast<int>(random_() % static_cast<unsigned>(range.most - range.least + 1));
+  }
+  std::string_view word() { return kWords[random_() % std::size(kWords)]; }
+
+  std::mt19937 random_{1};
+  int speeches_ = 0;
+};
+
+std::string utf16(std::string_view text) {
+  std::string result = "\xFF\xFE";
+  for (const char c : text) result += {c, '\0'};
+  return result;
+}
+
+std::string writeFile(const std::string& name, std::string_view content) {
+  std::filesystem::create_directories(INPUT_DIRECTORY);
+  const std::string path = INPUT_DIRECTORY "/" + name;
+  std::ofstream file(path, std::ios::binary);
+  file.exceptions(std::ios::failbit | std::ios::badbit);
+  file << content << std::flush;
+  return path;
+}
+
+Input write(const std::string& name, const std::string& title, const std::string& text) {
+  return {name, title + ", " + std::to_string((text.size() + 500) / 1000) + " KB",
+          writeFile(name, text), writeFile("wide-" + name, utf16(text))};
+}
+
+}  // namespace
+
+std::vector<Input> writeInputs() {
+  Writer writer;
+  const auto speech = [&] { return writer.speech("\n"); };
+  const auto styledSpeech = [&] { return writer.styledSpeech(); };
+  const auto syllables = [&] { return writer.syllables(); };
+  const auto longLine = [&] { return writer.words(1'000'000); };
+  return {
+      write("film.srt", "SubRip, 1,400 cues", writer.subRip(1400, speech)),
+      write("cap.srt", "SubRip, 4,826 cues", writer.subRip(4826, speech)),
+      write("film.ass", "ASS, 1,500 events", writer.script(1500, kOverlappingSpeech, styledSpeech)),
+      write("karaoke.ass", "ASS, 15,000 karaoke events", writer.script(15000, kSong, syllables)),
+      write("lines.srt", "SubRip, five long lines", writer.subRip(5, longLine)),
+      write("lines.ass", "ASS, five long lines", writer.script(5, kSpeech, longLine))};
+}
+
+Input writeEvent(const std::string& name, const std::string& text) {
+  return write(name + ".ass", name, std::string(kScriptHead) + eventLine(0, 1000, text));
+}
+
+}  // namespace bench
