@@ -125,10 +125,30 @@ void ksSessionMap<Record>::buildTable() const {
   isBuilt_ = false;
   table_.clear();
   table_.reserve(map_.size());
+  if (buildTableInOneWalk()) {
+    isBuilt_ = true;
+    return;
+  }
+  table_.clear();
   sweep(spansOf(map_), [this](long long begin, const Record* record) {
     if (table_.empty() || table_.back().record != record) table_.push_back({begin, record});
   });
   isBuilt_ = true;
+}
+
+/// The usual case: no record begins before another one with a lesser key has ended. False if one
+/// does.
+template <typename Record>
+bool ksSessionMap<Record>::buildTableInOneWalk() const {
+  long long latestEnd = -1;
+  for (const auto& [key, record] : map_) {
+    const long long begin = std::max(startOf(record), 0LL);
+    if (begin > endOf(record)) continue;  // never an answer
+    if (begin <= latestEnd) return false;
+    table_.push_back({begin, &record});
+    latestEnd = endOf(record);
+  }
+  return true;
 }
 
 template class ksSessionMap<SRC_SESSION_ST>;

@@ -115,6 +115,7 @@ class KSSUBTITLE_API ksSessionMap {
     return map_;
   }
   void buildTable() const;
+  bool buildTableInOneWalk() const;
   const Record* scan(long long t) const noexcept;
 
   Map map_;

@@ -63,10 +63,35 @@ int arrowIn(const ksBasicString<Char>& line) noexcept {
   return arrow == 0 ? -1 : static_cast<int>(arrow);
 }
 
+/// False if there is nothing to trim.
 template <typename Char>
-void trim(ksBasicString<Char>& line) {
-  if (line.getChar(0) == ' ') line.TrimLeft();
-  if (line.getChar(line.length() - 1) == ' ') line.TrimRight();
+bool trim(ksBasicString<Char>& line) {
+  const bool left = line.getChar(0) == ' ';
+  const bool right = line.getChar(line.length() - 1) == ' ';
+  if (left) line.TrimLeft();
+  if (right) line.TrimRight();
+  return left || right;
+}
+
+/// Reads a time of the form hh:mm:ss,mmm, which every reading of a time line agrees on; false in
+/// any other form.
+template <typename Char>
+bool readStrictTime(const Char* p, long long& time) noexcept {
+  constexpr char kForm[] = "00:00:00,000";
+  int fields[4] = {};
+  int* field = fields;
+  for (std::size_t i = 0; i + 1 < std::size(kForm); ++i) {
+    if (kForm[i] != '0') {
+      if (p[i] != kForm[i]) return false;
+      ++field;
+    } else if (p[i] >= '0' && p[i] <= '9') {
+      *field = *field * 10 + static_cast<int>(p[i] - '0');
+    } else {
+      return false;
+    }
+  }
+  time = milliseconds32(fields[0], fields[1], fields[2], fields[3]);
+  return true;
 }
 
 /// Turns lines into cues.
@@ -101,15 +126,30 @@ class SrtConverter {
     cue.start = start_;
     cue.end = end_;
     cue.text += static_cast<Char>('\n');
-    for (; i < lines_.size(); i += 2) {
-      ksBasicString<Char>& line = lines_[i];
-      trim(line);
-      if (line.isEmpty() || line.isNumeric() || arrowIn(line) > 0) return;
+    for (std::size_t j = i; j < lines_.size(); j += 2) {
+      ksBasicString<Char>& line = lines_[j];
+      const bool isKnown = !trim(line) && j == i;  // convertLine() has found that it is no other
+      if (line.isEmpty() || (!isKnown && !isText(line))) return;
       cue.text += line;
     }
   }
 
+  /// Whether a line that is not empty is a text line.
+  static bool isText(const ksBasicString<Char>& line) noexcept {
+    return !line.isNumeric() && arrowIn(line) <= 0;
+  }
+
   void readTimes(View<Char> line, std::size_t arrow) {
+    constexpr std::size_t kTimeLength = 12;
+    if (arrow == kTimeLength + 1 && line.size() == 2 * kTimeLength + 5 &&
+        line[kTimeLength] == ' ' && line[arrow + 3] == ' ' && readStrictTime(line.data(), start_) &&
+        readStrictTime(line.data() + arrow + 4, end_)) {
+      return;
+    }
+    readTimesLeniently(line, arrow);
+  }
+
+  void readTimesLeniently(View<Char> line, std::size_t arrow) {
     ksBasicString<Char> left(typename ksBasicString<Char>::String(line.substr(0, arrow)));
     ksBasicString<Char> right(
         typename ksBasicString<Char>::String(from(line, arrow + SrtRules<Char>::kArrowAndGap)));
