@@ -5,6 +5,7 @@
 #include <string_view>
 
 #include "kssubtitle/strings/decimal.h"
+#include "kssubtitle/strings/digit_form.h"
 #include "kssubtitle/strings/find_near.h"
 #include "kssubtitle/strings/trimming.h"
 #include "kssubtitle/strings/view.h"
@@ -58,6 +59,15 @@ class FieldReader {
     const View token(begin_, static_cast<std::size_t>(found - begin_));
     begin_ += token.size() + 1;
     return token;
+  }
+
+  /// Takes text of this form, as readForm() does; false, with nothing taken, if another one
+  /// follows.
+  template <std::size_t kSize>
+  bool take(const char (&form)[kSize], int (&fields)[4]) noexcept {
+    if (rest().size() < kSize - 1 || !readForm(form, begin_, fields)) return false;
+    begin_ += kSize - 1;
+    return true;
   }
 
   /// A column read by integerOf().

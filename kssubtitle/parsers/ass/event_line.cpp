@@ -26,11 +26,14 @@ int readLayer(FieldReader<Char>& reader, FormatLevel level) {
 
 template <typename Char>
 long long readTime(FieldReader<Char>& reader) {
-  const int hours = reader.integer(Char{':'});
-  const int minutes = reader.integer(Char{':'});
-  const int seconds = reader.integer(Char{'.'});
-  const int centiseconds = reader.integer(kComma<Char>);
-  return milliseconds32(hours, minutes, seconds, times10(centiseconds));
+  int fields[4];
+  if (!reader.take("0:00:00.00,", fields)) {  // the usual form, read at once
+    fields[0] = reader.integer(Char{':'});
+    fields[1] = reader.integer(Char{':'});
+    fields[2] = reader.integer(Char{'.'});
+    fields[3] = reader.integer(kComma<Char>);
+  }
+  return milliseconds32(fields[0], fields[1], fields[2], times10(fields[3]));
 }
 
 template <typename Char>

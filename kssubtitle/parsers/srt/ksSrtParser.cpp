@@ -10,6 +10,7 @@
 #include "kssubtitle/parsers/record_times.h"
 #include "kssubtitle/parsers/session_access.h"
 #include "kssubtitle/strings/decimal.h"
+#include "kssubtitle/strings/digit_form.h"
 #include "kssubtitle/strings/view.h"
 
 namespace {
@@ -77,19 +78,8 @@ bool trim(ksBasicString<Char>& line) {
 /// any other form.
 template <typename Char>
 bool readStrictTime(const Char* p, long long& time) noexcept {
-  constexpr char kForm[] = "00:00:00,000";
-  int fields[4] = {};
-  int* field = fields;
-  for (std::size_t i = 0; i + 1 < std::size(kForm); ++i) {
-    if (kForm[i] != '0') {
-      if (p[i] != kForm[i]) return false;
-      ++field;
-    } else if (p[i] >= '0' && p[i] <= '9') {
-      *field = *field * 10 + static_cast<int>(p[i] - '0');
-    } else {
-      return false;
-    }
-  }
+  int fields[4];
+  if (!readForm("00:00:00,000", p, fields)) return false;
   time = milliseconds32(fields[0], fields[1], fields[2], fields[3]);
   return true;
 }
