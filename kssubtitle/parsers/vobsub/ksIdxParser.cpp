@@ -102,7 +102,8 @@ std::uint32_t foldDigits(std::uint32_t v) noexcept {
 
 /// Never returns. A loop with a volatile access is one that no optimiser may leave out.
 [[noreturn]] void repeatForEver() noexcept {
-  for (;;) [[maybe_unused]] const volatile bool again = true;
+  volatile bool again = true;
+  for (;;) again = !again;
 }
 
 /// What stands behind `key` in `value`, or behind where it would stand if it began at -1.

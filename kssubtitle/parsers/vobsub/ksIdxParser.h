@@ -27,8 +27,9 @@ struct KSSUBTITLE_API SUB_SESSION_ST_U {
 /// Reads a VobSub index of 8-bit text and fetches its subpicture units. Decoding their bitmaps is
 /// the host's business.
 ///
-/// **Open() never returns** for an index with a line of spaces only or one that begins with ';':
-/// a host that opens files from strangers looks for such lines first.
+/// **Open() never returns** for an index with a line of spaces only, or one whose first character,
+/// behind spaces, is ';'. A host that opens files from strangers looks for such lines first, and
+/// for zero bytes, which hide what a line really begins with.
 ///
 /// An object must not be used by two threads at once; separate objects share nothing.
 class KSSUBTITLE_API ksIdxParser {
@@ -40,15 +41,16 @@ class KSSUBTITLE_API ksIdxParser {
   ksIdxParser& operator=(ksIdxParser&&) = default;
   virtual ~ksIdxParser();
 
-  /// Reads the index at `path` (not null) into `lines`, **adds** its entries to `sessions`, and
-  /// sets `subFilePath` to the text from the path's first '.' on, with "sub" behind it: "film.idx"
-  /// gives ".idxsub". False if the file cannot be opened, is empty (its stream then stays open in
-  /// `file`) or has more than 5000 lines ended by a line feed. A last line without one is lost.
+  /// Reads the index at `path` (not null, and no part of this object) into `lines`, **adds** its
+  /// entries to `sessions`, and sets `subFilePath` to the text from the path's first '.' on, with
+  /// "sub" behind it: "film.idx" gives ".idxsub". False if the file cannot be opened, is empty (its
+  /// stream then stays open in `file`) or has more than 5000 lines ended by a line feed. A last
+  /// line without one is lost.
   /// @throws std::out_of_range if the end of a "timestamp" or "custom colors" line is missing.
   bool Open(const char* path);
   /// Assigns the next line of `file`, without its line feed, to `out`. False at the end of the
-  /// file, where a last line without a line feed is dropped, and after a read error.
-  /// Requires: `file` is open for reading, `out` is empty.
+  /// file, where a last line without a line feed is dropped, for a line that begins with a NUL, and
+  /// after a read error at a line's start. Requires: `file` is open for reading.
   bool ReadString(ksString& out);
   /// Adds the entries of `lines` to `sessions`, and reads the palette and the colours. Always true;
   /// never returns for the lines named above.
@@ -71,8 +73,9 @@ class KSSUBTITLE_API ksIdxParser {
   /// `subFilePath`, in a buffer of `size` bytes that the caller releases with `delete[]`;
   /// `ctrlOffset` is the offset, in bytes, of its control sequence table. Null if the file cannot
   /// be opened or no unit of the first subpicture stream begins there; `size` and `ctrlOffset` are
-  /// then unchanged. Where the file ends inside the unit, its last payload fills the rest.
-  /// Deliberate: each call that opens the file leaves one stream open for good.
+  /// then unchanged. A time without an entry fetches the unit at the start of the file. A unit of
+  /// size 0 is a buffer that is not null. Where the file ends inside the unit, its last payload
+  /// fills the rest. Deliberate: each call that opens the file leaves one stream open for good.
   unsigned char* GetPacket(long long t, int& size, int& ctrlOffset);
 
   std::FILE* file = nullptr;    ///< Meaningful only while Open() runs.
