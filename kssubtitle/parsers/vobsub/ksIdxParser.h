@@ -15,7 +15,8 @@
 /// An entry of the index.
 struct KSSUBTITLE_API SUB_SESSION_ST {
   long long startTime = 0;  ///< Milliseconds.
-  long long filePos = 0;  ///< Offset, in bytes, of the subpicture's first pack in the ".sub" file.
+  long long filePos =
+      0;  ///< Offset, in bytes, of the first pack in the ".sub" file: the low 32 bits.
 };
 
 /// An entry of an index of wide text.
