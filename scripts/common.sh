@@ -10,6 +10,9 @@ fail() {
   exit 1
 }
 
+# Prints the comment that the calling script begins with.
+usage() { sed -n '/^#!/d; /^#/!q; s/^# \{0,1\}//p' "$0"; }
+
 as_root() {
   if [ "$(id -u)" = 0 ]; then
     "$@"

@@ -86,7 +86,7 @@ TEST_F(KssubTest, commands_print_answers) {
     std::string arguments, out;
   } cases[] = {
       {"at plain.srt 1000 -5", plainAnswers},
-      {"at wide.srt 0:1 -0:0.005", plainAnswers},
+      {"at wide.srt 0:1 -0:0,005", plainAnswers},
       {"at wide.srt 0:3", "duration: 0:00:03.000\n0:00:03.000: .*\n    \u00e9\n"},
       {"at script.ass 1:00:03",
        "duration: 1:00:03.000\n1:00:03.000: 1:00:01.500 --> 1:00:03.000\n    Hello, you\n    X\n"},
@@ -94,15 +94,16 @@ TEST_F(KssubTest, commands_print_answers) {
       {"list none.ass", "0 cues\n"},
       {"list overlap.srt",
        header + "0:00:02.000  0:00:03.000  first\n0:00:02.000  0:00:09.000  long\n"
-                "0:00:05.000  0:00:09.000  last\n3 cues, and 1 more in the file never shown\n"},
+                "0:00:05.000  0:00:09.000  last\n3 cues; 1 record of the file never shown .*\n"},
       {"list hostile.srt",
        header + "0:00:00.000  0:00:01.000  a\u241b\\[2Jb\ufffd\\|c\u2421\ufffd\n1 cue\n"},
       {"play plain.srt --from 0:0.9 --speed 2",
        "0:00:01.*  Hello \\| there\n0:00:02.*  nothing is shown\n0:00:02.*  Bye\n"
        "0:00:03.001  nothing is shown\n"},
-      {"play plain.srt --from 3001", ""},
+      {"--version", "kssub \\d+\\.\\d+\\.\\d+\n"},
   };
   for (const auto& [arguments, out] : cases) expectRun(arguments, out, "", 0);
+  expectRun("play plain.srt --from 3000", "", "kssub: plain.srt: nothing left to play, .*\n", 0);
 }
 
 TEST_F(KssubTest, odd_forms_are_noted_in_one_line_before_the_answers) {
@@ -110,24 +111,28 @@ TEST_F(KssubTest, odd_forms_are_noted_in_one_line_before_the_answers) {
   const struct {
     std::string name, content, note;
   } cases[] = {
-      {"crlf.srt", replaced(kPlain, "\n", "\r\n"), "CR LF line ends, so cue numbers"},
-      {"crlf.ass", replaced(kScript, "\n", "\r\n"), "CR LF line ends, .*script type"},
-      {"wide.srt", utf16(replaced(kPlain, "\n", "\r\n")), "CR LF line ends, so cue numbers"},
-      {"cr.ass", replaced(kScript, "\n", "\r"), "lone CRs, .*; .*last line is lost"},
-      {"mark.srt", "\xef\xbb\xbf" + kPlain, "UTF-8 mark"},
-      {"big.srt", "\xfe\xff" + kPlain, "big-endian mark"},
-      {"cut.ass", kScript + "Dialogue: lost", "last line is lost"},
+      {"crlf.srt", replaced(kPlain, "\n", "\r\n"), "its lines end in CR LF, .* one cue"},
+      {"mixed.srt", replaced(kPlain, "1\n", "1\r\n"), "some lines end in CR LF: .* no cue"},
+      {"crlf.ass", replaced(kScript, "\n", "\r\n"), "its lines end in CR LF, .*unknown type"},
+      {"mixed.ass", replaced(kScript, "X\n", "X\r\n"), "some lines end in CR LF: .*script type"},
+      {"wide.srt", utf16(replaced(kPlain, "\n", "\r\n")), "its lines end in CR LF, .* one cue"},
+      {"cr.ass", replaced(kScript, "\n", "\r"), "it holds lone CRs, .*; .*last line is lost"},
+      {"utf32.srt", std::string("\xff\xfe\0\0001\0\0\0", 8), "it begins with the mark of UTF-32"},
+      {"utf16.srt", utf16(replaced(kPlain, "\n", "\r\n")).substr(2), "it holds zero bytes"},
+      {"mark.srt", "\xef\xbb\xbf" + kPlain, "it begins with a UTF-8 mark"},
+      {"big.srt", "\xfe\xff" + kPlain, "it begins with a big-endian mark"},
+      {"cut.ass", kScript + "Dialogue: lost", "it does not .*last line is lost"},
       {"mark.ass", "\xef\xbb\xbf" + kScript, ""},
       {"cut.srt", kPlain + "x", ""},
       {"full.srt", tooManyLines.substr(1) + "x", ""},
   };
   for (const auto& [name, content, note] : cases) {
     write(name, content);
-    const std::string line = "kssub: " + name + ": note: .*" + note + ".*\n";
+    const std::string line = "kssub: " + name + ": note: " + note + ".*\n";
     expectRun("at " + name + " 0", "duration: .*\n0:00:00.000: [^]*", note.empty() ? "" : line, 0);
   }
   write("long.srt", tooManyLines);
-  expectRun("list long.srt", "", ".*: note: .*20000 lines.*\n.*: cannot open: too many lines\n", 1);
+  expectRun("list long.srt", "", "kssub: long.srt: cannot open: .* 20000 lines\n", 1);
 }
 
 TEST_F(KssubTest, failures_are_told_apart_by_exit_status) {
@@ -140,11 +145,23 @@ TEST_F(KssubTest, failures_are_told_apart_by_exit_status) {
   expectRun("play empty.srt", "", cannotOpen + "the file is empty\n", 1);
   expectRun("list dir.srt", "", cannotOpen + "not a regular file\n", 1);
   expectRun("list plain.srt >/dev/full", "", "kssub: cannot write the output\n", 1);
-  for (const char* arguments :
-       {"", "show plain.srt", "at plain.srt", "at plain.srt 1s", "at plain.srt 1:60.5",
-        "at plain.srt 1.5", "at plain.srt 0:0:0:1", "at plain.srt 99999999999999999999",
-        "play plain.srt --speed 0", "play plain.srt --speed nan", "play plain.srt --from soon"}) {
-    expectRun(arguments, "", "kssub: .*\n.*--help.*\n", 2);
+  expectRun("--help >/dev/full", "", "kssub: cannot write the output\n", 1);
+  const std::string notATime = "\"[^ ]*\" is not a time: .*1500 \\(milliseconds\\)";
+  const struct {
+    std::string command, arguments, reason;
+  } usageFailures[] = {{"", "", "A subcommand is required"},
+                       {"", "show plain.srt", "there is no subcommand or option \"show\""},
+                       {" list", "plain.srt --x a", "unexpected: \"--x\" \"a\""},
+                       {" at", "plain.srt", "TIME is required"},
+                       {" play", "plain.srt --from soon", notATime},
+                       {" play", "plain.srt --speed 0", "--speed: must be .*"},
+                       {" play", "plain.srt --speed nan", "--speed: must be .*"}};
+  for (const auto& [command, arguments, reason] : usageFailures) {
+    expectRun(command + " " + arguments, "",
+              "kssub: " + reason + "\nRun kssub" + command + " --help for its usage.\n", 2);
+  }
+  for (const std::string time : {"''", "1.5", "1:60.5", "0:0:0:1", "99999999999999999999"}) {
+    expectRun("at plain.srt 0 " + time, "", "kssub: " + notATime + "\n.*\n", 2);
   }
 }
 

@@ -73,7 +73,7 @@ TEST(Subpicture, broken_units_are_refused_within_their_bounds) {
     const char* reason;
   } cases[] = {{3, 54, "control sequences end"},
                {11, 0x7C, "past the end of its line"},
-               {17, 13, "backwards"},
+               {17, 13, "overlap"},
                {kFirstCommand, 8, "unknown"},
                {21, 1, "impossible size"},
                {kFirstCommand, 0xFF, "no display area"},
@@ -188,7 +188,7 @@ TEST_F(PictureTest, unfit_indexes_and_arguments_are_refused) {
                {"a.idx", std::string("\0\n;\n", 4), "zero bytes"},
                {"a.idx", "timestamp: 1\n", "cut short"},
                {"a.idx", "", "empty"},
-               {"a.idx", std::string(5001, '\n'), "too many lines"},
+               {"a.idx", std::string(5001, '\n'), "more than 5000 lines"},
                {"a.idx", good.substr(1, good.size() - 2), "last line is lost\n.*no picture"},
                {"b.idx", good, "b.sub: cannot open: No such file"},
                {"a.txt", good, "not .idx"}};

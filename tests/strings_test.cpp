@@ -105,6 +105,9 @@ TYPED_TEST(Strings, assembly_appendsReplacesAndThrows) {
   EXPECT_THROW(text.replace(3, 0, text), std::out_of_range);
   EXPECT_THROW((ksBasicString<TypeParam>(text.getData(), -1)), std::length_error);
   EXPECT_EQ(narrow(ksBasicString<TypeParam>(text.getData(), 1)), "a");
+  EXPECT_THROW(text.append(text.getData(), -1), std::length_error);
+  text.setchar(2, '!');
+  EXPECT_EQ(narrow(text += text.getData() + 1), "abb!");
   int length = 7;
   EXPECT_EQ(narrow(text.deepCopy(this->s("new"), nullptr, &length)), "new");
   EXPECT_EQ(length, 7);

@@ -2,6 +2,7 @@
 #include "kssubtitle/strings/ksBasicString.h"
 
 #include <algorithm>
+#include <stdexcept>
 
 #include "kssubtitle/strings/replacing.h"
 #include "kssubtitle/strings/trimming.h"
@@ -23,6 +24,11 @@ int positionOf(std::size_t found) noexcept {
   return static_cast<int>(std::min<std::size_t>(found, std::numeric_limits<int>::max()));
 }
 
+std::size_t countOf(int n) {
+  if (n < 0) throw std::length_error("ksBasicString: negative count");
+  return static_cast<std::size_t>(n);
+}
+
 template <typename Char>
 void lowerCase(Char* p, std::size_t n) noexcept {
   std::transform(p, p + n, p, [](Char c) { return WidthRules<Char>::toLower(c); });
@@ -40,7 +46,7 @@ bool equalNoCase(const Char* a, const Char* b, std::size_t n) noexcept {
 // ---- Construction and assignment ----
 
 template <typename Char>
-ksBasicString<Char>::ksBasicString(const Char* p, int n) : text_(p, static_cast<std::size_t>(n)) {}
+ksBasicString<Char>::ksBasicString(const Char* p, int n) : text_(p, countOf(n)) {}
 
 template <typename Char>
 ksBasicString<Char>::ksBasicString(const Char* p) : text_(p) {}
@@ -129,13 +135,13 @@ ksBasicString<Char>& ksBasicString<Char>::operator+=(Char c) {
 
 template <typename Char>
 ksBasicString<Char>& ksBasicString<Char>::append(const Char* p) {
-  text_.append(p);
+  text_ += String(p);  // `p` may point into this text, behind its recorded end included
   return *this;
 }
 
 template <typename Char>
 ksBasicString<Char>& ksBasicString<Char>::append(const Char* p, int n) {
-  text_.append(p, static_cast<std::size_t>(n));
+  text_.append(p, countOf(n));
   return *this;
 }
 

@@ -38,7 +38,7 @@ class KSSUBTITLE_API ksBasicString {
   /// The empty text.
   ksBasicString() = default;
   /// A copy of exactly `n` characters, NULs included.
-  /// @throws std::length_error or std::bad_alloc if `n` is negative.
+  /// @throws std::length_error if `n` is negative.
   ksBasicString(const Char* p, int n);
   /// A copy of the NUL-terminated text `p`.
   ksBasicString(const Char* p);

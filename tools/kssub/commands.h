@@ -17,7 +17,8 @@ void list(const std::string& path);
 
 /// Shows each cue while a clock, started at `from` and running `speed` times as fast as real time,
 /// passes it. Returns after the last one, or at SIGINT or SIGTERM, which it sends on to its own
-/// process when the terminal is as it was.
+/// process when the terminal is as it was. If the file ends before `from`, it says so on standard
+/// error.
 void play(const std::string& path, long long from, double speed);
 
 /// Writes the picture that the VobSub index at `index` shows near `time` as a PNG file.

@@ -57,16 +57,17 @@ Mark markOf(Bytes head) {
   const auto beginsWith = [head](std::initializer_list<unsigned char> mark) {
     return head.size() >= mark.size() && std::equal(mark.begin(), mark.end(), head.begin());
   };
+  if (beginsWith({0xFF, 0xFE, 0, 0})) return Mark::kUtf32LittleEndian;
   if (beginsWith({0xFF, 0xFE})) return Mark::kUtf16LittleEndian;
   if (beginsWith({0xFE, 0xFF})) return Mark::kUtf16BigEndian;
   return beginsWith({0xEF, 0xBB, 0xBF}) ? Mark::kUtf8 : Mark::kNone;
 }
 
-/// The mark alone does not tell: 8-bit text may stand behind it. UTF-16 text holds zero bytes in
-/// its digits and line feeds, 8-bit text holds none.
-bool holdsUtf16(Mark mark, Bytes head) {
+/// The mark of a wide file alone does not tell: 8-bit text may stand behind it. UTF-16 text holds
+/// zero bytes in its digits and line feeds, 8-bit text holds none.
+bool holdsZeroBytes(Bytes head) {
   const Bytes probe = head.subspan(0, std::min(head.size(), kProbeSize));
-  return mark == Mark::kUtf16LittleEndian && std::ranges::find(probe, 0) != probe.end();
+  return std::ranges::find(probe, 0) != probe.end();
 }
 
 class LineEndCounter {
@@ -80,6 +81,7 @@ class LineEndCounter {
     } else if (previous == '\r') {
       ++form.loneCrs;
     }
+    if (unit == 0) form.holdsZeros = true;
     previous = unit;
   }
 
@@ -103,26 +105,47 @@ void addUnits(LineEndCounter& counter, Bytes block, bool isUtf16) {
 
 unsigned long long mostLines(Format format) { return format == Format::kVobSub ? 5000 : 20000; }
 
+/// Why the text is misread as a whole, which voids every other remark; empty if nothing tells so.
+std::string misreadingOf(const FileForm& form) {
+  if (form.mark == Mark::kUtf32LittleEndian) {
+    return "it begins with the mark of UTF-32, but is read as UTF-16";
+  }
+  if (form.mark == Mark::kUtf16BigEndian) {
+    return "it begins with a big-endian mark, but is read as 8-bit text";
+  }
+  if (form.holdsZeros && !form.isWide) {
+    return "it holds zero bytes, as UTF-16 does, but is read as 8-bit text";
+  }
+  return {};
+}
+
+std::string effectOfCrLfs(const FileForm& form) {
+  const bool isSubRip = form.format == Format::kSubRip;
+  if (form.crLfs == form.lineFeeds) {
+    return isSubRip ? "its lines end in CR LF, so the whole file becomes one cue with the last "
+                      "cue's times"
+                    : "its lines end in CR LF, so texts end in CR and the script is read as one of "
+                      "unknown type";
+  }
+  return isSubRip ? "some lines end in CR LF: a number on such a line begins no cue"
+                  : "some lines end in CR LF: a text on such a line ends in CR, a script type is "
+                    "not recognised";
+}
+
 /// What in `form` is known to give odd answers, in one line; empty if there is nothing.
 std::string remarksOn(const FileForm& form) {
-  const bool isSubRip = form.format == Format::kSubRip;
   const bool isVobSub = form.format == Format::kVobSub;
-  std::string line;
+  std::string line = misreadingOf(form);
+  if (!line.empty()) return line;
   const auto remark = [&line](bool applies, std::string_view text) {
     if (applies) line.append(line.empty() ? "" : "; ").append(text);
   };
-  remark(form.crLfs > 0 && isSubRip, "it has CR LF line ends, so cue numbers are not recognised");
-  remark(form.crLfs > 0 && !isSubRip && !isVobSub,
-         "it has CR LF line ends, so texts end in CR and the script type is not recognised");
   remark(form.loneCrs > 0, "it holds lone CRs, which end no line");
-  remark(form.mark == Mark::kUtf8 && (isSubRip || isVobSub),
+  remark(form.crLfs > 0 && !isVobSub, effectOfCrLfs(form));
+  remark(form.mark == Mark::kUtf8 && form.format != Format::kAss,
          "it begins with a UTF-8 mark, so its first line is misread");
-  remark(form.mark == Mark::kUtf16BigEndian,
-         "it begins with a big-endian mark, but is read as 8-bit text");
-  remark(!form.endsInLineFeed && form.size > 0 && (isVobSub || form.format == Format::kAss),
+  remark(!form.endsInLineFeed && form.format != Format::kSubRip,
          "it does not end in a line feed, so its last line is lost");
-  remark(form.lineFeeds > mostLines(form.format),
-         "it has more than " + std::to_string(mostLines(form.format)) + " lines, so it is refused");
   return line;
 }
 
@@ -142,14 +165,14 @@ FileForm examine(const std::string& path) {
     const Bytes block(buffer.data(), count);
     if (form.size == 0) {
       form.mark = markOf(block);
-      isUtf16 = holdsUtf16(form.mark, block);
+      form.isWide = form.mark == Mark::kUtf16LittleEndian || form.mark == Mark::kUtf32LittleEndian;
+      isUtf16 = form.isWide && holdsZeroBytes(block);
     }
     form.size += count;
     addUnits(counter, block, isUtf16);
   }
   if (std::ferror(file.get()) != 0) throwSystemError(path, errno);
   counter.finish();
-  form.isWide = form.mark == Mark::kUtf16LittleEndian;
   return form;
 }
 
@@ -163,9 +186,11 @@ void printRemarks(const std::string& path, const FileForm& form) {
 
 std::string refusalOf(const FileForm& form) {
   if (form.size == 0) return "the file is empty";
-  if (form.lineFeeds > mostLines(form.format)) return "too many lines";
-  if (form.format != Format::kSubRip && form.format != Format::kAss) {
-    return "the extension is none of .srt, .ass and .ssa";
+  if (form.lineFeeds > mostLines(form.format)) {
+    return "it has more than " + std::to_string(mostLines(form.format)) + " lines";
+  }
+  if (form.format == Format::kUnknown) {
+    return "the extension is none of .srt, .ass and .ssa (in lower case)";
   }
   if (form.size == 1) return "the file is a single byte";
   return "it is refused";

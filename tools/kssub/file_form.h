@@ -13,7 +13,7 @@ class FileError : public std::runtime_error {
 };
 
 enum class Format { kUnknown, kSubRip, kAss, kVobSub };
-enum class Mark { kNone, kUtf8, kUtf16LittleEndian, kUtf16BigEndian };
+enum class Mark { kNone, kUtf8, kUtf16LittleEndian, kUtf16BigEndian, kUtf32LittleEndian };
 
 struct FileForm {
   Format format = Format::kUnknown;  ///< By the extension.
@@ -24,6 +24,7 @@ struct FileForm {
   unsigned long long crLfs = 0;
   unsigned long long loneCrs = 0;
   bool endsInLineFeed = false;
+  bool holdsZeros = false;  ///< A zero byte, or unit of UTF-16.
 };
 
 /// Reads the file at `path`. Throws FileError if that fails.

@@ -4,6 +4,7 @@
 #include <iostream>
 #include <set>
 #include <span>
+#include <utility>
 
 #include "kssubtitle/parsers/ass/ksAssParser.h"
 #include "kssubtitle/parsers/srt/ksSrtParser.h"
@@ -30,7 +31,9 @@ Cues recordsOf(const std::string& path) {
   Cues records;
   Parser parser;
   parser.Open(path.c_str());
-  for (const auto& [key, record] : parser.sessions) records.push_back(cueOfRecord(record));
+  for (const auto& [key, record] : std::as_const(parser.sessions)) {
+    records.push_back(cueOfRecord(record));
+  }
   return records;
 }
 
@@ -96,7 +99,10 @@ void printSummary(const Cues& cues, const Cues& records) {
   const auto hidden =
       std::ranges::count_if(records, [&](const Cue& record) { return !shown.contains(record); });
   std::cout << cues.size() << (cues.size() == 1 ? " cue" : " cues");
-  if (hidden > 0) std::cout << ", and " << hidden << " more in the file never shown";
+  if (hidden > 0) {
+    std::cout << "; " << hidden << (hidden == 1 ? " record" : " records")
+              << " of the file never shown (no valid times, or covered by others)";
+  }
   std::cout << '\n';
 }
 

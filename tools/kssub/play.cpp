@@ -9,6 +9,7 @@
 
 #include "tools/kssub/commands.h"
 #include "tools/kssub/subtitle_file.h"
+#include "tools/kssub/terminal_text.h"
 #include "tools/kssub/times.h"
 
 namespace kssub {
@@ -113,6 +114,11 @@ void follow(const MediaClock& clock, SubtitleFile& file, Display& display) {
 
 void play(const std::string& path, long long from, double speed) {
   SubtitleFile file(path);
+  if (from >= file.duration()) {
+    std::cerr << "kssub: " << terminalText(path.c_str())
+              << ": nothing left to play, the duration is " << formatTime(file.duration()) << '\n';
+    return;
+  }
   {
     const std::unique_ptr<Display> display = makeDisplay();
     follow(MediaClock(from, speed), file, *display);

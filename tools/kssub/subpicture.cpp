@@ -97,7 +97,7 @@ class ControlSequences {
 
   void readFrom(std::size_t offset) {
     for (std::size_t next = readOne(offset); next != offset; next = readOne(offset)) {
-      if (next < offset) throw BrokenUnit("its control sequences run backwards");
+      if (next < end) throw BrokenUnit("its control sequences overlap");
       offset = next;
     }
   }
@@ -114,6 +114,7 @@ class ControlSequences {
     const std::size_t next = reader.word();
     while (readCommand(reader, delay)) continue;
     if (current.opacity() >= shown.opacity()) shown = current;
+    end = reader.position();
     return next;
   }
 
@@ -150,6 +151,7 @@ class ControlSequences {
   }
 
   Bytes unit;
+  std::size_t end = 0;  // of the last one read
   Display current;
 };
 

@@ -46,8 +46,8 @@ std::vector<std::string_view> linesOf(std::string_view text) {
 }
 
 SubtitleFile::SubtitleFile(const std::string& path) : fileForm(examine(path)) {
-  printRemarks(path, fileForm);
   if (!manager.Open(path.c_str())) throw FileError(path, refusalOf(fileForm));
+  printRemarks(path, fileForm);
 }
 
 std::optional<Cue> SubtitleFile::cueAt(long long time) {

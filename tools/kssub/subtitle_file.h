@@ -1,10 +1,10 @@
 // An open subtitle file, without its text width.
 #pragma once
 
-#include <compare>
 #include <optional>
 #include <string>
 #include <string_view>
+#include <tuple>
 #include <vector>
 
 #include "kssubtitle/manager/ksSubtitleManager.h"
@@ -18,7 +18,10 @@ struct Cue {
   long long end;
   std::string text;  ///< Lines with a line feed between them.
 
-  auto operator<=>(const Cue&) const = default;
+  bool operator==(const Cue&) const = default;
+  bool operator<(const Cue& other) const {
+    return std::tie(start, end, text) < std::tie(other.start, other.end, other.text);
+  }
 };
 
 /// A cue from the text that the library keeps for it, which begins with a line feed.

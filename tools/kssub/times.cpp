@@ -19,7 +19,7 @@ std::optional<long long> parseNumber(std::string_view digits) {
   return value;
 }
 
-/// One to three digits behind the decimal point.
+/// One to three digits behind the decimal separator.
 std::optional<long long> parseFraction(std::string_view digits) {
   if (digits.empty() || digits.size() > 3) return std::nullopt;
   return parseNumber(std::string(digits).append(3 - digits.size(), '0'));
@@ -41,10 +41,10 @@ std::optional<long long> parseClock(std::string_view text) {
 
 std::optional<long long> parseMagnitude(std::string_view text) {
   if (text.find(':') == std::string_view::npos) return parseNumber(text);
-  const std::size_t point = text.find('.');
-  const std::optional<long long> seconds = parseClock(text.substr(0, point));
+  const std::size_t separator = text.find_first_of(".,");
+  const std::optional<long long> seconds = parseClock(text.substr(0, separator));
   const std::optional<long long> fraction =
-      point == std::string_view::npos ? 0 : parseFraction(text.substr(point + 1));
+      separator == std::string_view::npos ? 0 : parseFraction(text.substr(separator + 1));
   if (!seconds || !fraction) return std::nullopt;
   return *seconds * 1000 + *fraction;
 }

@@ -7,7 +7,7 @@
 
 namespace kssub {
 
-/// Milliseconds of "1500", "1:02.5" or "1:02:03.456", each with an optional '-'; nothing if `text`
+/// Milliseconds of "1500", "1:02.5" or "1:02:03,456", each with an optional '-'; nothing if `text`
 /// is none of these. Only the first field may exceed 59.
 std::optional<long long> parseTime(std::string_view text);
 

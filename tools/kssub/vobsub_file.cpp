@@ -10,6 +10,7 @@
 #include <stdexcept>
 #include <string_view>
 #include <system_error>
+#include <utility>
 
 #include "tools/kssub/file_form.h"
 
@@ -51,12 +52,12 @@ VobSubFile::VobSubFile(const std::string& path)
     : subPath(std::filesystem::path(path).replace_extension(".sub").string()) {
   const FileForm form = examine(path);
   if (form.format != Format::kVobSub) throw FileError(path, "the extension is not .idx");
-  printRemarks(path, form);
   requireSafeLines(path);
   openParser(parser, path, form);
+  printRemarks(path, form);
   requireReadable(subPath);
   parser.subFilePath = subPath.c_str();
-  for (const auto& [key, entry] : parser.sessions) indexEntries.push_back(entry);
+  for (const auto& [key, entry] : std::as_const(parser.sessions)) indexEntries.push_back(entry);
 }
 
 Palette VobSubFile::palette() const {
@@ -109,7 +110,8 @@ VobSubFile::Unit VobSubFile::fetch(long long time) {
   return {unit.get(), unit.get() + size};
 }
 
-/// The reader fills up a unit that the file cuts short.
+/// The reader fills up a unit that the file cuts short. This finds a plain cut; a pack that is
+/// missing among those of other streams goes unnoticed.
 void VobSubFile::requireWhole(long long position, std::size_t unitSize) const {
   constexpr std::size_t kHeader = 24;  // at least, of a pack
   constexpr std::size_t kMostPayload = 2048 - kHeader;
