@@ -14,59 +14,59 @@ namespace {
 using kssubtitle::internal::endOf;
 using kssubtitle::internal::startOf;
 
-/// A record from the first moment of it that can be asked for.
+/// A record that can be an answer, and the place of its key.
 template <typename Record>
-struct Span {
-  long long begin;
-  long long end;
-  std::size_t order;  // of its key
+struct Candidate {
   const Record* record;
+  std::size_t order;
+
+  /// The first moment of it that can be asked for.
+  long long begin() const noexcept { return std::max(startOf(*record), 0LL); }
+  long long end() const noexcept { return endOf(*record); }
 };
 
 template <typename Record>
 struct LesserOrder {
-  bool operator()(const Span<Record>& a, const Span<Record>& b) const noexcept {
+  bool operator()(const Candidate<Record>& a, const Candidate<Record>& b) const noexcept {
     return a.order < b.order;
   }
 };
 
-/// The spans that can be answers, in the order of their begins.
+/// The candidates in the order of their begins.
 template <typename Record>
-std::vector<Span<Record>> spansOf(const std::map<int, Record>& map) {
-  std::vector<Span<Record>> spans;
-  spans.reserve(map.size());
+std::vector<Candidate<Record>> candidatesOf(const std::map<int, Record>& map) {
+  std::vector<Candidate<Record>> all;
+  all.reserve(map.size());
   for (const auto& [key, record] : map) {
-    const long long begin = std::max(startOf(record), 0LL);
-    if (begin <= endOf(record)) spans.push_back({begin, endOf(record), spans.size(), &record});
+    const Candidate<Record> candidate{&record, all.size()};
+    if (candidate.begin() <= candidate.end()) all.push_back(candidate);
   }
-  const auto earlier = [](const auto& a, const auto& b) { return a.begin < b.begin; };
-  if (!std::is_sorted(spans.begin(), spans.end(), earlier)) {
-    std::sort(spans.begin(), spans.end(), earlier);
-  }
-  return spans;
+  const auto earlier = [](const auto& a, const auto& b) { return a.begin() < b.begin(); };
+  if (!std::is_sorted(all.begin(), all.end(), earlier)) std::sort(all.begin(), all.end(), earlier);
+  return all;
 }
 
 /// Hands each moment at which the answer changes, in ascending order, to `add`.
 template <typename Record, typename Add>
-void sweep(const std::vector<Span<Record>>& spans, Add add) {
+void sweep(const std::vector<Candidate<Record>>& candidates, Add add) {
   constexpr long long kNever = std::numeric_limits<long long>::max();
-  std::priority_queue<Span<Record>, std::vector<Span<Record>>, LesserOrder<Record>> active;
-  auto next = spans.begin();
+  std::priority_queue<Candidate<Record>, std::vector<Candidate<Record>>, LesserOrder<Record>>
+      active;
+  auto next = candidates.begin();
   long long now = 0;
-  while (next != spans.end() || !active.empty()) {
-    if (active.empty()) now = next->begin;
-    for (; next != spans.end() && next->begin <= now; ++next) active.push(*next);
-    const Span<Record>& answer = active.top();
-    add(now, answer.record);
-    const long long last = answer.end;
-    if (next != spans.end() && next->begin <= last) {
-      now = next->begin;
+  while (next != candidates.end() || !active.empty()) {
+    if (active.empty()) now = next->begin();
+    for (; next != candidates.end() && next->begin() <= now; ++next) active.push(*next);
+    add(now, active.top().record);
+    const long long last = active.top().end();
+    if (next != candidates.end() && next->begin() <= last) {
+      now = next->begin();
     } else if (last == kNever) {
       return;
     } else {
       now = last + 1;
     }
-    while (!active.empty() && active.top().end < now) active.pop();
+    while (!active.empty() && active.top().end() < now) active.pop();
   }
 }
 
@@ -130,7 +130,7 @@ void ksSessionMap<Record>::buildTable() const {
     return;
   }
   table_.clear();
-  sweep(spansOf(map_), [this](long long begin, const Record* record) {
+  sweep(candidatesOf(map_), [this](long long begin, const Record* record) {
     if (table_.empty() || table_.back().record != record) table_.push_back({begin, record});
   });
   isBuilt_ = true;

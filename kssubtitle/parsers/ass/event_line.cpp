@@ -36,18 +36,23 @@ long long readTime(FieldReader<Char>& reader) {
   return milliseconds32(fields[0], fields[1], fields[2], times10(fields[3]));
 }
 
+/// Assigns without a text in between.
 template <typename Char>
-ksBasicString<Char> styleName(std::basic_string_view<Char> column) {
-  using Text = ksBasicString<Char>;
+void assign(ksBasicString<Char>& text, std::basic_string_view<Char> column) {
+  text.clear();
+  text.append(column.data(), static_cast<int>(column.size()));
+}
+
+template <typename Char>
+void assignStyle(ksBasicString<Char>& style, std::basic_string_view<Char> column) {
   constexpr int kLength = 7;
   constexpr Char kDefault[] = {'D', 'e', 'f', 'a', 'u', 'l', 't', 0};
-  Text name{std::basic_string<Char>(column)};
-  name.TrimLeft(Char{'*'});
-  if (name.length() == kLength && name != kDefault &&
-      Text::compareNoCase(name.getData(), kDefault, kLength) == 0) {
-    name = kDefault;
+  assign(style, column);
+  if (style.getChar(0) == '*') style.TrimLeft(Char{'*'});
+  if (style.length() == kLength && style != kDefault &&
+      ksBasicString<Char>::compareNoCase(style.getData(), kDefault, kLength) == 0) {
+    style = kDefault;
   }
-  return name;
 }
 
 /// Deliberate: an effect that begins as the text does, or the other way round, is none.
@@ -63,15 +68,14 @@ std::basic_string_view<Char> effectBeside(std::basic_string_view<Char> effect,
 template <typename Char, typename Event>
 void readEventLine(FieldReader<Char>& reader, FormatLevel level, OverrideTagRemover<Char>& tags,
                    Event& event) {
-  using String = std::basic_string<Char>;
   event.layer = readLayer(reader, level);
   event.startTime = readTime(reader);
   event.endTime = readTime(reader);
-  event.style = styleName(reader.text(kComma<Char>));
-  event.name = String(reader.text(kComma<Char>));
+  assignStyle(event.style, reader.text(kComma<Char>));
+  assign(event.name, reader.text(kComma<Char>));
   for (int margin = 0; margin < 3; ++margin) reader.text(kComma<Char>);
   const auto effect = reader.text(kComma<Char>);
-  event.effect = String(effectBeside(effect, reader.rest()));
+  assign(event.effect, effectBeside(effect, reader.rest()));
   const auto text = tags.clean(reader.rest());
   event.text += Char{'\n'};
   event.text.append(text.data(), static_cast<int>(text.size()));
