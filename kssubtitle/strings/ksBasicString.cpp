@@ -187,6 +187,7 @@ int ksBasicString<Char>::find(const ksBasicString& s, int start) const noexcept 
 // Deliberate: the start position plays no part.
 template <typename Char>
 int ksBasicString<Char>::findNoCase(const ksBasicString& s, int) const noexcept {
+  if (s.text_.size() > text_.size()) return kNotFound;
   const int last = length() - s.length();
   for (int p = 0; p <= last; ++p) {
     if (equalNoCase(getData() + p, s.getData(), s.text_.size())) return p;
@@ -203,6 +204,7 @@ int ksBasicString<Char>::findlast(const ksBasicString& set, int start) const noe
 
 template <typename Char>
 int ksBasicString<Char>::findlastNoCase(const ksBasicString& s, int start) const noexcept {
+  if (s.text_.size() > text_.size()) return kNotFound;
   if (start < 1 || start >= length()) start = length() - 1;
   for (int p = start + 1 - s.length(); p >= 0; --p) {
     if (equalNoCase(getData() + p, s.getData(), s.text_.size())) return p;
@@ -230,7 +232,7 @@ int ksBasicString<Char>::CompareNoCase(const Char* s) const noexcept {
 
 template <typename Char>
 bool ksBasicString<Char>::isEqualNoCase(const ksBasicString& a, const ksBasicString& b) noexcept {
-  return a.length() == b.length() && equalNoCase(a.getData(), b.getData(), a.text_.size());
+  return a.text_.size() == b.text_.size() && equalNoCase(a.getData(), b.getData(), a.text_.size());
 }
 
 template <typename Char>

@@ -46,8 +46,8 @@ template <typename Char>
 void SpanRemover<Char>::start(View text) {
   const std::size_t size = text.size() + 1;
   if (result_.size() < size + kBlock) {
+    tape_.resize(2 * size + kBlock);  // first: either may throw
     result_.resize(size + kBlock);
-    tape_.resize(2 * size + kBlock);
   }
   std::char_traits<Char>::copy(tape_.data(), text.data(), size);
   kept_ = result_.data();
