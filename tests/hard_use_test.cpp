@@ -1,0 +1,306 @@
+// Memory that runs out, thousands of files, threads, and files that change under the reader.
+#include <malloc.h>
+#include <unistd.h>
+
+#include <atomic>
+#include <clocale>
+#include <cstdlib>
+#include <functional>
+#include <new>
+#include <optional>
+#include <thread>
+#include <tuple>
+
+#include "support.h"
+
+namespace {
+
+std::atomic<long> liveBytes = 0;
+thread_local long allocationsUntilFailure = 0;
+thread_local std::function<void()> beforeNextOpen[3];
+thread_local std::size_t opens = 0;
+
+}  // namespace
+
+// All memory of the library comes from here.
+void* operator new(std::size_t size) {
+  if (allocationsUntilFailure > 0 && --allocationsUntilFailure == 0) throw std::bad_alloc();
+  void* const memory = std::malloc(size);
+  if (memory == nullptr) throw std::bad_alloc();
+  liveBytes.fetch_add(static_cast<long>(malloc_usable_size(memory)), std::memory_order_relaxed);
+  return memory;
+}
+
+void operator delete(void* memory) noexcept {
+  liveBytes.fetch_sub(static_cast<long>(malloc_usable_size(memory)), std::memory_order_relaxed);
+  std::free(memory);
+}
+
+void operator delete(void* memory, std::size_t) noexcept { operator delete(memory); }
+
+// The linker leads the library's calls of fopen() here, so that a file can change just before one.
+extern "C" std::FILE* __real_fopen(const char* path, const char* mode);
+extern "C" std::FILE* __wrap_fopen(const char* path, const char* mode) {
+  if (opens < std::size(beforeNextOpen) && beforeNextOpen[opens]) beforeNextOpen[opens]();
+  ++opens;
+  return __real_fopen(path, mode);
+}
+
+namespace {
+
+constexpr char kSrt[] =
+    "1\n00:00:01,000 --> 00:00:02,000\nA first line that no small text holds\nand one more\n\n"
+    "2\n00:00:02,500 --> 00:00:03,000\nBye\n";
+constexpr char kAss[] =
+    "ScriptType: v4.00+\nStyle: Default,A font of a long "
+    "name,20.5,&HFFFFFF,&H0,&H0,&H0,-1,0,0,0,1.5,"
+    "2,0,0,1,2,3,2,10,10,10,1\nDialogue: 0,0:00:01.00,0:00:03.00,Default,A speaker,0,0,0,Effect,"
+    "{\\b1}Hello, <i>world\\Nfrom a line that no small text holds\n"
+    "Dialogue: 1,0:00:02.00,0:00:02.50,Default,,0,0,0,,short\n";
+
+std::ptrdiff_t openDescriptors() {
+  return std::distance(std::filesystem::directory_iterator("/proc/self/fd"), {});
+}
+
+/// A host's work: opens a file and asks every question of it; returns the answers.
+struct Player {
+  std::string use(const std::string& path) {
+    std::string all = manager.Open(path.c_str()) ? "opened" : "refused";
+    for (long long t = 0; t <= manager.DurationTime() + 500; t += 500) {
+      all += "; " + describe(manager.GetSubTitle(t)) + "; " + describe(manager.GetSubTitleU(t));
+    }
+    return all;
+  }
+  ksSubtitleManager manager;
+};
+
+/// The same for an index; closes the stream that its packet leaves open.
+struct PicturePlayer {
+  ~PicturePlayer() { close(firstStream); }
+  std::string use(const std::string& path) {
+    std::string all = parser.Open(path.c_str()) ? "opened" : "refused";
+    close(firstStream);
+    parser.subFilePath = (path.substr(0, path.rfind('.')) + ".sub").c_str();
+    close(firstStream = dup(STDOUT_FILENO));
+    int size = 0;
+    int controlOffset = 0;
+    const std::unique_ptr<unsigned char[]> unit(parser.GetPacket(1000, size, controlOffset));
+    return all + std::to_string(parser.GetFilePos(1000)) + (unit ? "unit" : "no unit");
+  }
+  ksIdxParser parser;
+  int firstStream = -1;
+};
+
+/// Every operation on texts that takes memory.
+template <typename Char>
+struct TextUser {
+  std::string use(const std::string& path) {
+    ksBasicString<Char> s(wide<Char>(path));
+    (s += s) += ksBasicString<Char>(1234567890);
+    s.replaceChars(wide<Char>("/").c_str(), wide<Char>(" a much longer separator ").c_str());
+    s.append(s.Left(40).getData(), 30);
+    ksBasicString<Char> copy = s + s.substr(1, 60) + s.getData();
+    copy.replace(2, 3, s);
+    return narrow(s) + narrow(copy);
+  }
+};
+
+class HardUse : public testing::Test {
+ protected:
+  HardUse() {
+    opens = 0;
+    std::string sub(4096, '\0');
+    const unsigned char pack[] = {
+        0, 0, 1, 0xBA, 0x44, 0,    4,    0,    4, 1,    0, 0, 3, 0xF8,  // pack header
+        0, 0, 1, 0xBD, 7,    0xE6, 0x81, 0x80, 5, 0x21, 0, 1, 0, 1,    0x20, 0, 20, 0, 16};
+    std::copy(std::begin(pack), std::end(pack), sub.begin());
+    dir.write("film.sub", sub);
+  }
+
+  void expectUseSurvivesAnyFailure(auto makeUser, const std::string& path) {
+    const std::string expected = makeUser()->use(path);
+    bool failed = true;
+    long n = 1;
+    for (; failed; ++n) {
+      const std::ptrdiff_t descriptors = openDescriptors();
+      const long bytes = liveBytes;
+      {
+        decltype(makeUser()) user;
+        std::string answers;
+        allocationsUntilFailure = n;
+        try {
+          user = makeUser();
+          answers = user->use(path);
+          failed = false;
+        } catch (const std::bad_alloc&) {
+        }
+        allocationsUntilFailure = 0;
+        EXPECT_EQ(user ? user->use(path) : expected, expected) << path << ", allocation " << n;
+      }
+      EXPECT_EQ(liveBytes, bytes) << path << ", allocation " << n;
+      EXPECT_EQ(openDescriptors(), descriptors) << path << ", allocation " << n;
+    }
+    EXPECT_GT(n, 10);
+  }
+
+  std::vector<std::string> files() const {
+    return {dir.write("narrow.srt", kSrt),
+            dir.write("wide.srt", Width<wchar_t>::encode(kSrt)),
+            dir.write("locale.srt", "\xFF\xFE" + std::string(kSrt)),
+            dir.write("narrow.ass", kAss),
+            dir.write("wide.ssa", Width<wchar_t>::encode(kAss)),
+            dir.write("long.srt", std::string(20001, '\n')),
+            dir.write("one.srt", "x"),
+            dir.path("missing.ass")};
+  }
+
+  TempDir dir;
+};
+
+TEST_F(HardUse, memoryThatRunsOut_leavesUsableObjectsAndNoLeaks) {
+  for (const std::string& path : files()) {
+    expectUseSurvivesAnyFailure([] { return std::make_unique<Player>(); }, path);
+  }
+  const std::string index =
+      dir.write("film.idx",
+                "palette: 000001, ffffff\ntimestamp: 00:00:09:000, filepos: 0\n"
+                "timestamp: 00:00:01:000, filepos: 000000000\n");
+  expectUseSurvivesAnyFailure([] { return std::make_unique<PicturePlayer>(); }, index);
+  EXPECT_EQ(PicturePlayer().use(index), "opened0unit");
+  expectUseSurvivesAnyFailure([] { return std::make_unique<TextUser<char>>(); }, "/a/b/c");
+  expectUseSurvivesAnyFailure([] { return std::make_unique<TextUser<wchar_t>>(); }, "/a/b/c");
+}
+
+TEST_F(HardUse, tenThousandFiles_takeNoMoreThanTheFirstOnes) {
+  Player player;
+  const std::vector<std::string> paths = files();
+  std::ptrdiff_t descriptors = 0;
+  long bytes = 0;
+  for (std::size_t i = 0; i < 10000; ++i) {
+    if (i == 2 * paths.size())
+      std::tie(descriptors, bytes) = std::pair(openDescriptors(), +liveBytes);
+    player.use(paths[i % paths.size()]);
+  }
+  EXPECT_EQ(openDescriptors(), descriptors);
+  EXPECT_EQ(liveBytes, bytes);
+}
+
+TEST_F(HardUse, threadsWithAnObjectEach_getTheirOwnAnswers) {
+  const std::vector<std::string> paths = files();
+  std::vector<std::string> expected;
+  for (const std::string& path : paths) expected.push_back(Player().use(path));
+  for (const std::size_t threads : {2U, 8U}) {
+    std::atomic<int> differences = 0;
+    std::vector<std::jthread> running;
+    for (std::size_t first = 0; first < threads; ++first) {
+      running.emplace_back([&, first] {
+        Player player;
+        for (std::size_t i = first; i < first + 50; ++i) {
+          differences += player.use(paths[i % paths.size()]) != expected[i % paths.size()];
+        }
+      });
+    }
+    running.clear();
+    EXPECT_EQ(differences, 0);
+  }
+}
+
+// The manager looks at the mark, then the parser opens the file, and for wide text that is not
+// UTF-16 once more; only the last of these does not look whether the file is empty.
+TEST_F(HardUse, filesThatChangeBetweenTwoOpens_areReadAsTheyAre) {
+  const std::string path = dir.path("file.srt");
+  const auto replaceBy = [&](const char* target) {
+    std::filesystem::remove(path);
+    std::filesystem::create_symlink(target, path);
+  };
+  const struct {
+    const char* name;
+    std::function<void()> change;
+    const char *atSecondOpen, *atThirdOpen;
+    int streamsLeft;
+  } cases[] = {
+      {"vanishes", [&] { std::filesystem::remove(path); }, "refused", "refused", 0},
+      {"is a link to itself", [&] { replaceBy("file.srt"); }, "refused", "refused", 0},
+      {"is empty", [&] { std::filesystem::resize_file(path, 0); }, "refused", "opened", 1},
+      {"is a device", [&] { replaceBy("/dev/zero"); }, "refused", "opened", 1},
+      {"cannot be read", [&] { replaceBy("/proc/self/mem"); }, "refused", "opened", 1},
+      {"is cut", [&] { std::filesystem::resize_file(path, 3); }, "opened", "opened", 0},
+      {"is of another width", [&] { dir.write("file.srt", "1\n0\0x"); }, "opened", "opened", 0},
+      {"is too long", [&] { dir.write("file.srt", std::string(30000, '\n')); }, "refused",
+       "refused", 0},
+  };
+  const std::string contents[] = {kSrt, Width<wchar_t>::encode(kSrt),
+                                  std::string("\xFF\xFE") + kSrt};
+  for (const auto& [name, change, atSecondOpen, atThirdOpen, streamsLeft] : cases) {
+    for (std::size_t i = 0; i < 2 * std::size(contents); ++i) {
+      const std::size_t open = 1 + i % 2;
+      SCOPED_TRACE(name + std::string(" before open ") + std::to_string(open) + contents[i / 2]);
+      std::filesystem::remove(path);
+      dir.write("file.srt", contents[i / 2]);
+      Player player;
+      const std::ptrdiff_t descriptors = openDescriptors();
+      beforeNextOpen[open] = change;
+      opens = 0;
+      const std::string answers = player.use(path);
+      beforeNextOpen[open] = nullptr;
+      if (opens <= open) continue;
+      EXPECT_TRUE(answers.starts_with(open == 1 ? atSecondOpen : atThirdOpen)) << answers;
+      EXPECT_EQ(openDescriptors() - descriptors, open == 1 ? streamsLeft : 0);
+      std::filesystem::remove(path);
+      dir.write("file.srt", kSrt);
+      EXPECT_EQ(player.use(path), Player().use(path));
+    }
+  }
+}
+
+// The decimal point of style columns and the case of 'I' in keys are the locale's.
+TEST_F(HardUse, locales_changeNoTimes) {
+  const std::vector<std::string> paths = files();
+  const std::string capitals = "DIALOGUE: 0,0:00:01.00,0:00:02.00,,,0,0,0,,x\n";
+  std::vector<std::string> expected;
+  for (const std::string& path : paths) expected.push_back(Player().use(path));
+  const auto expectDifferences = [&](auto parser, auto encode, double fontSize,
+                                     std::size_t events) {
+    parser.Open(dir.write("style.ass", encode(kAss)).c_str());
+    EXPECT_EQ(parser.fontSize, fontSize);
+    parser.Open(dir.write("capitals.ass", encode(capitals)).c_str());
+    EXPECT_EQ(parser.sessions.size(), events);
+  };
+  const std::string before = std::setlocale(LC_ALL, nullptr);
+  const std::tuple<const char*, double, std::size_t> locales[] = {{"C", 20.5, 1},
+                                                                  {"C.UTF-8", 20.5, 1},
+                                                                  {"de_DE.UTF-8", 20, 1},
+                                                                  {"tr_TR.UTF-8", 20, 0},
+                                                                  {"tr_TR.ISO-8859-9", 20, 0}};
+  for (const auto& [name, fontSize, events] : locales) {
+    SCOPED_TRACE(name);
+    ASSERT_NE(std::setlocale(LC_ALL, name), nullptr);
+    for (std::size_t i = 0; i < paths.size(); ++i) EXPECT_EQ(Player().use(paths[i]), expected[i]);
+    expectDifferences(ksAssParser(), Width<char>::encode, fontSize, events);
+    expectDifferences(ksAssParserU(), Width<wchar_t>::encode, fontSize, events);
+  }
+  std::setlocale(LC_ALL, before.c_str());
+}
+
+TEST_F(HardUse, endlessFilesAndPathsAtTheSystemsLimit_endWithAnAnswer) {
+  Player player;
+  std::filesystem::create_symlink("/dev/zero", dir.path("zero.srt"));
+  EXPECT_EQ(player.use(dir.path("zero.srt")), "refused; nothing; nothing; nothing; nothing");
+  const std::string holes = dir.write("holes.ass", kAss);
+  std::filesystem::resize_file(holes, 2147483647);
+  EXPECT_TRUE(player.use(holes).starts_with("opened; nothing; nothing; nothing; nothing; 1000-"));
+  const std::string name = "/film.srt";
+  const std::string index = "/film.idx";
+  for (const std::size_t length : {4095U, 4096U, 100000U}) {
+    std::string directory = dir.path("");
+    while (directory.size() + name.size() < length - 1) directory += "/.";
+    directory.resize(length - name.size(), '/');
+    dir.write("film.srt", kSrt);
+    dir.write("film.idx", "timestamp: 00:00:09:000, filepos: 0\n");
+    EXPECT_EQ(player.manager.Open((directory + name).c_str()), length < 4096);
+    EXPECT_EQ(PicturePlayer().use(directory + index),
+              length < 4096 ? "opened0unit" : "refused0no unit");
+  }
+}
+
+}  // namespace
