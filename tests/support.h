@@ -88,13 +88,11 @@ class TempDir {
   std::filesystem::path path_;
 };
 
-/// "start-end text" of an answer or a SubRip cue, line feeds as '|'; "nothing" for no answer.
+/// "start-end text" of an answer or a SubRip cue; "nothing" for no answer.
 template <typename Answer>
 std::string describe(const Answer& answer) {
   if (answer.start == -1 && answer.end == -1 && answer.text.isEmpty()) return "nothing";
-  std::string text = shown(answer.text);
-  for (char& c : text) c = c == '\n' ? '|' : c;
-  return std::to_string(answer.start) + "-" + std::to_string(answer.end) + " " + text;
+  return std::to_string(answer.start) + "-" + std::to_string(answer.end) + " " + shown(answer.text);
 }
 
 /// All texts of up to `longest` characters from `alphabet`.
@@ -104,4 +102,15 @@ inline std::vector<std::string> allTexts(std::string_view alphabet, std::size_t 
     for (const char c : alphabet) texts.push_back(texts[i] + c);
   }
   return texts;
+}
+
+/// A pack whose payload begins behind `headerDataLength` bytes of PES header data.
+inline std::string pack(int headerDataLength, char subStream, std::string_view payload) {
+  using namespace std::string_literals;
+  std::string bytes = "\0\0\1\xBA"s + std::string(10, 'h') + "\0\0\1\xBD"s + "ll\x81\x80"s;
+  bytes += static_cast<char>(headerDataLength);
+  bytes += std::string(static_cast<std::size_t>(headerDataLength), '\x21');
+  (bytes += subStream) += payload;
+  bytes.resize(2048, '\xFF');
+  return bytes;
 }

@@ -1,0 +1,514 @@
+// Puts every row of docs/behaviour.md to the library, in both widths.
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <chrono>
+#include <csignal>
+#include <functional>
+#include <map>
+#include <memory>
+#include <sstream>
+#include <stdexcept>
+#include <thread>
+#include <utility>
+
+#include "behaviour_rows.h"
+#include "support.h"
+
+namespace {
+
+using namespace behaviour;
+
+// ---- What can be asked ----
+
+using Answers = std::map<std::string, std::function<std::string()>>;
+
+std::string answer(const Answers& answers, const Call& call) {
+  const auto found = answers.find(call.text(0));
+  if (found == answers.end()) throw Mistake("no such call: " + call.text(0));
+  return found->second();
+}
+
+/// The text, stale characters included: those above U+00FF in UTF-8, all others as bytes.
+template <typename Char>
+std::string str(const ksBasicString<Char>& text) {
+  std::string bytes;
+  for (int i = 0; i < text.length(); ++i) {
+    const auto c = static_cast<unsigned>(text[i]);
+    const auto add = [&bytes](unsigned byte) { bytes += static_cast<char>(byte); };
+    const bool isWide = std::is_same_v<Char, wchar_t> && c > 0xFF;
+    if (isWide) add(c > 0xFFFF ? 0xF0 | c >> 18 : 0xE0 | c >> 12);
+    if (isWide && c > 0xFFFF) add(0x80 | (c >> 12 & 0x3F));
+    if (isWide) add(0x80 | (c >> 6 & 0x3F));
+    add(isWide ? 0x80 | (c & 0x3F) : c);
+  }
+  return bytes;
+}
+std::string str(bool value) { return value ? "true" : "false"; }
+template <std::integral Number>
+std::string str(Number value) {
+  return std::to_string(value);
+}
+
+template <typename Char>
+class Texts {
+ public:
+  using Text = ksBasicString<Char>;
+
+  void give(const std::string& content) { text_ = wide<Char>(content); }
+
+  std::string ask(const Call& call) {
+    Text& t = text_;
+    const auto s = [&](std::size_t i) { return Text(wide<Char>(call.text(i))); };
+    const auto n = [&](std::size_t i) { return static_cast<int>(call.number(i)); };
+    const auto c = [&](std::size_t i) { return s(i)[0]; };
+    const bool hasArgument = call.words.size() > 1;
+    const std::map<std::string, std::function<void()>> changes = {
+        {"setchar", [&] { t.setchar(n(1), c(2)); }},
+        {"copy", [&] { t = Text(t); }},
+        {"fromInt", [&] { t = Text(n(1)); }},
+        {"fromPart", [&] { t = Text(t.getData(), n(1)); }},
+        {"addInt", [&] { t = t + n(1) += n(1); }},
+        {"append", [&] { t.append(s(1), n(2)); }},
+        {"replace", [&] { t.replace(n(1), n(2), s(3)); }},
+        {"MakeLower", [&] { t.MakeLower(); }},
+        {"TrimLeft", [&] { hasArgument ? t.TrimLeft(c(1)) : t.TrimLeft(); }},
+        {"TrimRight", [&] { hasArgument ? t.TrimRight(c(1)) : t.TrimRight(); }},
+        {"removeSpaces", [&] { t.removeSpaces(); }},
+        {"clearSpaces", [&] { t.clearSpaces(); }},
+        {"removeQuo", [&] { t.removeQuo(); }},
+        {"removeLastChar", [&] { t.removeLastChar(); }},
+        {"deleteStr", [&] { EXPECT_EQ(t.deleteStr(n(1), n(2)), t.length()); }},
+        {"replaceChars", [&] { t.replaceChars(s(1), s(2)); }},
+        {"inflate", [&] { t.inflate(n(1), s(2), call.text(3) == "front"); }},
+    };
+    if (const auto found = changes.find(call.text(0)); found != changes.end()) {
+      found->second();
+      return str(t);
+    }
+    return answer(
+        {
+            {"shown", [&] { return str(Text(t.getData())); }},
+            {"length", [&] { return str(t.length()); }},
+            {"Left", [&] { return str(t.Left(n(1))); }},
+            {"Right", [&] { return str(t.Right(n(1))); }},
+            {"substr", [&] { return str(t.substr(n(1), n(2))); }},
+            {"getChar", [&] { return str(int{t.getChar(n(1))}); }},
+            {"find", [&] { return str(t.find(s(1), n(2))); }},
+            {"findChar", [&] { return str(t.find(c(1), n(2))); }},
+            {"findNoCase", [&] { return str(t.findNoCase(s(1), n(2))); }},
+            {"findlast", [&] { return str(t.findlast(s(1), n(2))); }},
+            {"findlastNoCase", [&] { return str(t.findlastNoCase(s(1), n(2))); }},
+            {"CompareNoCase",
+             [&] { return str(std::clamp(t.CompareNoCase(s(1).getData()), -1, 1)); }},
+            {"compareNoCase", [&] { return str(Text::compareNoCase(t, s(1), n(2))); }},
+            {"isEqualNoCase", [&] { return str(Text::isEqualNoCase(t, s(1))); }},
+            {"isLess", [&] { return str(t < s(1)); }},
+            {"isNumeric", [&] { return str(t.isNumeric()); }},
+            {"int", [&] { return str(static_cast<int>(t)); }},
+            {"match",
+             [&] { return matched(s(1), call.words.size() > 2, s(call.words.size() - 1)); }},
+            {"matchIntoItself", [&] { return intoItself(s(1), s(2)); }},
+            {"split", [&] { return bracketed(t.split(s(1))); }},
+        },
+        call);
+  }
+
+ private:
+  static std::string bracketed(const std::map<int, Text>& pieces) {
+    std::string all;
+    for (const auto& [key, piece] : pieces) all += str(key) + "[" + str(piece) + "]";
+    return all;
+  }
+
+  std::string intoItself(const Text& pattern, const Text& replacement) {
+    const int result = text_.match(pattern, &text_, true, replacement);
+    return str(result) + " " + str(text_);
+  }
+
+  std::string matched(const Text& pattern, bool cut, const Text& replacement) {
+    Text before = wide<Char>("old");
+    Text alone = text_;
+    const int result = text_.match(pattern, &before, cut, replacement);
+    EXPECT_EQ(alone.match(pattern, nullptr, cut, replacement), result);
+    EXPECT_EQ(alone, text_);
+    return str(result) + " [" + str(before) + "][" + str(text_) + "]";
+  }
+
+  Text text_;
+};
+
+// ---- Files ----
+
+std::string hex(unsigned long long value) {
+  std::ostringstream out;
+  out << std::hex << value;
+  return out.str();
+}
+
+template <typename... Values>
+std::string spaced(const Values&... values) {
+  std::ostringstream out;
+  const char* gap = "";
+  ((out << gap << values, gap = " "), ...);
+  return out.str();
+}
+
+std::string hexOfEach(const auto& values) {
+  std::string all;
+  for (const auto value : values) all += (all.empty() ? "" : " ") + hex(value);
+  return all;
+}
+
+/// How many files the process has open.
+std::ptrdiff_t openFiles() {
+  const std::filesystem::directory_iterator descriptors("/proc/self/fd");
+  return std::distance(begin(descriptors), end(descriptors));
+}
+
+void writeFile(const std::string& name, std::string_view content) {
+  std::ofstream(name, std::ios::binary) << content;
+}
+
+template <typename Record>
+std::string recordOf(const Record& r) {
+  if constexpr (requires { r.filePos; }) {
+    return str(r.startTime) + " at " + str(r.filePos);
+  } else if constexpr (requires { r.layer; }) {
+    return str(r.layer) + " " + str(r.startTime) + "-" + str(r.endTime) + " [" + str(r.style) +
+           "][" + str(r.name) + "][" + str(r.effect) + "]" + shown(r.text);
+  } else {
+    return describe(r);
+  }
+}
+
+/// Whether the conversion of this line alone is still running after a while.
+template <typename Parser, typename Text>
+bool runsForEver(const Text& line) {
+  const pid_t child = fork();
+  if (child == 0) {
+    Parser parser;
+    parser.lines.emplace_back(line);
+    parser.ConvertBufToIdxMap();
+    _exit(0);
+  }
+  int status = 0;
+  for (int i = 0; i < 30; ++i) {
+    if (waitpid(child, &status, WNOHANG) == child) return false;
+    std::this_thread::sleep_for(std::chrono::milliseconds(10));
+  }
+  kill(child, SIGKILL);
+  waitpid(child, &status, 0);
+  return true;
+}
+
+/// What the subtitle parsers and the manager are asked alike.
+template <typename Char>
+Answers hostAnswers(auto& host, const Call& call) {
+  return {
+      {"IsOpen", [&] { return str(host.IsOpen()); }},
+      {"DurationTime", [&] { return str(host.DurationTime()); }},
+      {"at", [&] { return describe(Width<Char>::ask(host, call.number(1))); }},
+      {"other", [&] { return describe(Width<Char>::askOther(host, call.number(1))); }},
+  };
+}
+
+/// One parser, and the file that it was given last.
+template <typename Char, typename Parser>
+class File {
+ public:
+  void give(const std::string& content) {
+    giveBytes(Width<Char>::encode(content).substr(kIsIndex ? Width<Char>::encode("").size() : 0));
+  }
+
+  std::string ask(const Call& call) {
+    Answers all = fileAnswers();
+    if constexpr (kIsIndex) {
+      all.merge(indexAnswers(call));
+    } else {
+      all.merge(hostAnswers<Char>(parser_, call));
+    }
+    if constexpr (!kIsSubRip) all.merge(fieldAnswers(call));
+    if constexpr (!kIsSubRip && !kIsIndex) all.merge(scriptAnswers(call));
+    return answer(all, call);
+  }
+
+ protected:
+  void giveBytes(const std::string& bytes) {
+    writeFile("f", bytes);
+    isUtf16_ = bytes.find('\0') != bytes.npos;
+    hasOpened_ = open();
+  }
+
+  Parser parser_;
+
+ private:
+  using Text = ksBasicString<Char>;
+  static constexpr bool kIsNarrow = std::is_same_v<Char, char>;
+  static constexpr bool kIsSubRip = std::is_same_v<Parser, typename Width<Char>::Srt>;
+  static constexpr bool kIsIndex = requires(Parser parser) { parser.subFilePath; };
+
+  bool open(const char* path = "f") {
+    if constexpr (kIsIndex && !kIsNarrow) {
+      std::wstring widePath = wide<wchar_t>(path);
+      return parser_.Open(widePath.data());
+    } else {
+      return parser_.Open(path);
+    }
+  }
+
+  Answers fileAnswers() {
+    return {
+        {"Open", [this] { return str(hasOpened_); }},
+        {"again", [this] { return str(open()); }},
+        {"opened", [this] { return str(parser_.opened); }},
+        {"lines", [this] { return lines(); }},
+        {"sessions", [this] { return sessions(); }},
+        {"count", [this] { return str(parser_.sessions.size()); }},
+        {"streams", [this] { return str(openFiles() - openBefore_); }},
+    };
+  }
+
+  Answers fieldAnswers(const Call& call) {
+    return {
+        {"text", [&] { return str(text_ = wide<Char>(call.text(1)).c_str()); }},
+        {"rest", [this] { return str(text_); }},
+        {"GetStr", [&] { return str(parser_.GetStr(text_, static_cast<Char>(call.text(1)[0]))); }},
+        {"GetInt", [&] { return str(parser_.GetInt(text_, static_cast<Char>(call.text(1)[0]))); }},
+    };
+  }
+
+  Answers scriptAnswers(const Call& call) {
+    return {
+        {"GetFloat", [&] { return spaced(parser_.GetFloat(text_, call.text(1)[0])); }},
+        {"FindChar",
+         [&] { return str(findChar(call.text(1)[0], static_cast<int>(call.number(2)))); }},
+        {"RemoveSSATags", [&] { return str(withoutTags(wide<Char>(call.text(1)))); }},
+        {"script",
+         [this] { return spaced(parser_.playResX, parser_.playResY, str(parser_.collisions)); }},
+        {"style", [this] { return style(); }},
+        {"colour", [&] { return setColour(call); }},
+        {"colours",
+         [this] { return hexOfEach(parser_.colours) + "; " + hexOfEach(parser_.alphas); }},
+    };
+  }
+
+  Answers indexAnswers(const Call& call) {
+    using Time = std::conditional_t<kIsNarrow, long long, int>;
+    const auto time = [&call] { return static_cast<Time>(call.number(1)); };
+    return {
+        {"entry", [&] { return setEntry(call); }},
+        {"GetFilePos", [&, time] { return str(parser_.GetFilePos(time())); }},
+        {"GetPacket", [&, time] { return packet(time()); }},
+        {"palette", [this] { return hexOfEach(parser_.palette); }},
+        {"colours",
+         [this] {
+           return spaced(str(parser_.useCustomColors), parser_.trIdx,
+                         hexOfEach(parser_.customColors));
+         }},
+        {"OpenPath", [&] { return str(open(call.text(1).c_str())); }},
+        {"subFilePath", [this] { return str(parser_.subFilePath); }},
+        {"convert",
+         [&] {
+           return runsForEver<Parser>(wide<Char>(call.text(1))) ? "never returns" : "returns";
+         }},
+    };
+  }
+
+  std::string setColour(const Call& call) {
+    const auto index = static_cast<std::size_t>(call.number(1)) % std::size(parser_.colours);
+    parser_.colours[index] = numberOf<std::uint64_t>(call.text(2), 16);
+    return "";
+  }
+
+  std::string setEntry(const Call& call) {
+    parser_.sessions[static_cast<int>(call.number(1))] = {call.number(2), call.number(3)};
+    return "";
+  }
+
+  static std::string joined(const std::vector<Text>& lines) {
+    std::string all;
+    for (const Text& line : lines) all += "[" + str(line) + "]";
+    return all;
+  }
+
+  /// The lines, which ReadString() must find as well.
+  std::string lines() {
+    Parser reader;
+    reader.file = std::fopen("f", "rb");
+    if (reader.file == nullptr) throw Mistake("no file given");
+    const std::unique_ptr<std::FILE, int (*)(std::FILE*)> closer(reader.file, &std::fclose);
+    if (!kIsNarrow && !isUtf16_) std::fwide(reader.file, 1);
+    std::fseek(reader.file, kIsNarrow || kIsIndex ? 0 : 2, SEEK_SET);
+    for (bool more = true; more;) {
+      Text line;
+      more = reader.ReadString(line);
+      if (!line.isEmpty()) reader.lines.push_back(line);
+    }
+    EXPECT_EQ(joined(reader.lines), joined(parser_.lines));
+    return joined(parser_.lines);
+  }
+
+  std::string sessions() const {
+    std::string all;
+    for (const auto& [key, record] : parser_.sessions) {
+      all += (all.empty() ? "" : "; ") + str(key) + ": " + recordOf(record);
+    }
+    return all;
+  }
+
+  std::string style() const {
+    return spaced(str(parser_.fontName), parser_.fontSize, parser_.bold, parser_.italic,
+                  parser_.fontScaleX, parser_.fontScaleY, parser_.fontSpacing, parser_.fontAngle,
+                  parser_.borderStyle, parser_.outlineWidth, parser_.shadowDepth, parser_.alignment,
+                  parser_.marginLeft, parser_.marginRight, parser_.marginTop, parser_.marginBottom,
+                  parser_.charset);
+  }
+
+  int findChar(char c, int start) {
+    if constexpr (kIsNarrow) {
+      return parser_.FindChar(text_, c, start, 0);
+    } else {
+      return parser_.FindChar(text_, c, start);
+    }
+  }
+
+  Text withoutTags(const Text& text) {
+    if constexpr (kIsNarrow) {
+      return parser_.RemoveSSATags(text, 0);
+    } else {
+      return parser_.RemoveSSATags(text);
+    }
+  }
+
+  std::string packet(auto time) {
+    int size = -1;
+    int ctrlOffset = -1;
+    const std::unique_ptr<unsigned char[]> bytes(parser_.GetPacket(time, size, ctrlOffset));
+    if (bytes) return str(ctrlOffset) + ": " + std::string(bytes.get(), bytes.get() + size);
+    return size + ctrlOffset == -2 ? "null" : "null with a size";
+  }
+
+  Text text_;
+  std::ptrdiff_t openBefore_ = openFiles();
+  bool isUtf16_ = false;
+  bool hasOpened_ = false;
+};
+
+/// A file of exactly these bytes.
+template <typename Parser>
+class Bytes : public File<wchar_t, Parser> {
+ public:
+  void give(const std::string& bytes) { this->giveBytes(bytes); }
+};
+
+/// Packs of a ".sub" file, each "HEADER-DATA-LENGTH SUB-STREAM PAYLOAD", and an index of one entry.
+template <typename Char, typename Parser>
+class Packs : public File<Char, Parser> {
+ public:
+  void give(const std::string& description) {
+    const Words parts = split(description, " ");
+    const std::size_t fields = parts.at(0).size() + parts.at(1).size() + 2;
+    stream_ += pack(numberOf<int>(parts[0]), numberOf<char>(parts[1], 16),
+                    std::string_view(description).substr(fields));
+    writeFile("film.sub", stream_);
+    this->parser_.subFilePath = wide<Char>("film.sub");
+    this->parser_.sessions[0] = {1000, 0};
+  }
+
+ private:
+  std::string stream_;
+};
+
+/// Files, each "NAME CONTENT", or "NAME/" for a directory.
+template <typename Char>
+class Manager {
+ public:
+  void give(const std::string& file) {
+    const std::size_t nameEnd = file.find(' ');
+    if (file.ends_with('/')) {
+      std::filesystem::create_directory(file);
+    } else {
+      writeFile(file.substr(0, nameEnd), Width<Char>::encode(file.substr(nameEnd + 1)));
+    }
+  }
+
+  std::string ask(const Call& call) {
+    Answers all = hostAnswers<Char>(manager_, call);
+    all["Open"] = [&] {
+      const std::string& path = call.text(1);
+      return str(manager_.Open(path == "null" ? nullptr : path.c_str()));
+    };
+    return answer(all, call);
+  }
+
+ private:
+  ksSubtitleManager manager_;
+};
+
+// ---- The rows ----
+
+/// The answer of a new object to the last of the calls in `ask`.
+template <typename Object>
+std::string put(const Words& given, const std::string& ask) try {
+  const TempDir dir;
+  const std::filesystem::path before = std::filesystem::current_path();
+  const std::shared_ptr<void> goingBack(nullptr, [&](auto) { current_path(before); });
+  current_path(std::filesystem::path(dir.path("")));
+  Object object;
+  std::string last;
+  for (const std::string& content : given) object.give(content);
+  for (const std::string& call : split(inside(ask), "; ")) last = object.ask(Call(call));
+  return last;
+} catch (const std::out_of_range&) {
+  return "throws out_of_range";
+} catch (const std::length_error&) {
+  return "throws length_error";
+} catch (int value) {
+  return "throws int " + str(value);
+} catch (const Mistake& mistake) {
+  return std::string("a mistake in the row: ") + mistake.what();
+}
+
+template <typename Char>
+std::string answerOf(const std::string& subject, const Words& given, const std::string& ask) {
+  using Index = std::conditional_t<std::is_same_v<Char, char>, ksIdxParser, ksIdxParserU>;
+  const std::map<std::string, std::string (*)(const Words&, const std::string&)> subjects = {
+      {"Texts", put<Texts<Char>>},
+      {"SubRip", put<File<Char, typename Width<Char>::Srt>>},
+      {"ASS and SSA", put<File<Char, typename Width<Char>::Ass>>},
+      {"Bytes of wide files", put<Bytes<ksSrtParserU>>},
+      {"Bytes of wide indexes", put<Bytes<ksIdxParserU>>},
+      {"VobSub indexes", put<File<Char, Index>>},
+      {"VobSub units", put<Packs<Char, Index>>},
+      {"Manager", put<Manager<Char>>},
+  };
+  const auto found = subjects.find(subject);
+  if (found == subjects.end()) throw Mistake("no such subject: " + subject);
+  return found->second(given, ask);
+}
+
+template <typename Char>
+class Behaviour : public testing::Test {};
+
+TYPED_TEST_SUITE(Behaviour, Widths);
+
+TYPED_TEST(Behaviour, isThatOfEveryRow) {
+  const std::vector<Row> rows = RowReader().read();
+  ASSERT_FALSE(rows.empty());
+  for (const Row& row : rows) {
+    SCOPED_TRACE("docs/behaviour.md:" + str(row.line));
+    const Words& answers = row.answers[std::is_same_v<TypeParam, wchar_t>];
+    ASSERT_EQ(answers.size(), row.givens.size() * row.asks.size());
+    ASSERT_FALSE(answers.empty());
+    auto expected = answers.begin();
+    for (const Words& given : row.givens) {
+      for (const std::string& ask : row.asks) {
+        EXPECT_EQ(answerOf<TypeParam>(row.subject, given, ask), *expected++) << ask;
+      }
+    }
+  }
+}
+
+}  // namespace
