@@ -25,14 +25,18 @@ struct KSSUBTITLE_API SUBTITLE_ST_U {
 ///
 /// A parser object must not be used by two threads at once; separate objects share nothing. Nothing
 /// throws on bad input; allocation failures pass through, and leave the object usable and
-/// destructible.
+/// destructible. An answer is a copy that belongs to the caller; paths are not kept.
 class KSSUBTITLE_API IParser {
  public:
+  /// @{
+  /// The interface holds nothing; a parser's copies are deep, but for the stream in its `file`.
   IParser() = default;
   IParser(const IParser&) = default;
   IParser(IParser&&) = default;
   IParser& operator=(const IParser&) = default;
   IParser& operator=(IParser&&) = default;
+  /// @}
+  /// Releases the records and lines, but closes no stream.
   virtual ~IParser();
 
   /// Replaces what the parser holds by the content of the file at `path` (a NUL-terminated string

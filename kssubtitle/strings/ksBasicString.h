@@ -31,6 +31,7 @@
 template <typename Char>
 class KSSUBTITLE_API ksBasicString {
  public:
+  /// The standard string of the same width.
   using String = std::basic_string<Char>;
 
   // ---- Construction and assignment ----
@@ -42,16 +43,23 @@ class KSSUBTITLE_API ksBasicString {
   ksBasicString(const Char* p, int n);
   /// A copy of the NUL-terminated text `p`.
   ksBasicString(const Char* p);
+  /// A copy of `s`, NULs included.
   ksBasicString(const String& s);
+  /// Takes over the text of `s`.
   ksBasicString(String&& s) noexcept : text_(std::move(s)) {}
   /// The decimal text of `v`. Always empty in `ksWString`.
   ksBasicString(int v);
+  /// A copy up to the recorded length.
   ksBasicString(const ksBasicString&) = default;
+  /// Takes over the text of `s` up to its recorded length.
   ksBasicString(ksBasicString&& s) noexcept : text_(std::move(s.text_)) { terminate(); }
   virtual ~ksBasicString() = default;
 
+  /// Assigns the NUL-terminated text `p`, which may be a part of this text.
   ksBasicString& operator=(const Char* p);
+  /// Assigns a copy up to the recorded length.
   ksBasicString& operator=(const ksBasicString&) = default;
+  /// Takes over the text of `s` up to its recorded length.
   ksBasicString& operator=(ksBasicString&& s) noexcept {
     text_ = std::move(s.text_);
     terminate();
@@ -66,10 +74,13 @@ class KSSUBTITLE_API ksBasicString {
   int length() const noexcept {
     return static_cast<int>(std::min<std::size_t>(text_.size(), std::numeric_limits<int>::max()));
   }
+  /// Whether the length is 0.
   bool isEmpty() noexcept { return text_.empty(); }
+  /// Whether the length is 0.
   bool isEmpty() const noexcept { return text_.empty(); }
   /// The NUL-terminated text; never null.
   const Char* getData() const noexcept { return text_.c_str(); }
+  /// As getData().
   operator const Char*() const noexcept { return text_.c_str(); }
   /// The number at the start of the text; 0 if there is none. The two widths read it differently.
   operator int() const noexcept;
@@ -82,30 +93,43 @@ class KSSUBTITLE_API ksBasicString {
   /// At length() it overwrites the terminating NUL while the length stays: getData() then shows
   /// `c` as one more character, until the next change; copies and moves do not take it along.
   void setchar(int i, Char c);
+  /// Empties the text.
   void erase() noexcept { text_.clear(); }
+  /// Empties the text.
   void clear() noexcept { text_.clear(); }
 
   // ---- Comparison (exact) ----
 
+  /// Whether all of the text, stale characters included, equals the NUL-terminated text `p`.
   bool operator==(const Char* p) const noexcept;
+  /// The opposite of operator==().
   bool operator!=(const Char* p) const noexcept { return !(*this == p); }
+  /// Whether lengths and characters are equal, stale characters included.
   bool operator==(const ksBasicString& s) const noexcept { return text_ == s.text_; }
+  /// The opposite of operator==().
   bool operator!=(const ksBasicString& s) const noexcept { return text_ != s.text_; }
   /// Lexicographic; a proper prefix is the smaller. Bytes compare unsigned, wide characters signed.
   bool operator<(const ksBasicString& s) const noexcept { return text_ < s.text_; }
+  /// The order of operator<().
   bool operator>(const ksBasicString& s) const noexcept { return text_ > s.text_; }
 
   // ---- Concatenation ----
 
+  /// This text and `s` behind it.
   ksBasicString operator+(const ksBasicString& s) const;
+  /// This text and the NUL-terminated text `p` behind it.
   ksBasicString operator+(const Char* p) const;
   /// With the decimal text of `v`; with nothing in `ksWString`.
   ksBasicString operator+(int v) const;
+  /// Appends `s`, which may be this text.
   ksBasicString& operator+=(const ksBasicString& s);
+  /// Appends the NUL-terminated text `p`, which may be a part of this text.
   ksBasicString& operator+=(const Char* p);
   /// Appends the decimal text of `v`; nothing in `ksWString`.
   ksBasicString& operator+=(int v);
+  /// Appends one character.
   ksBasicString& operator+=(Char c);
+  /// Appends the NUL-terminated text `p`, which may be a part of this text.
   ksBasicString& append(const Char* p);
   /// Appends exactly `n` characters of `p`.
   /// @throws std::length_error if `n` is negative.

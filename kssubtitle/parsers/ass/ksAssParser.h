@@ -49,14 +49,16 @@ class KSSUBTITLE_API ksAssParser : public IParser {
   SUBTITLE_ST_U GetSubTitleU(long long t) override;
 
   /// Assigns the next line of `file`, without its line feed, to `out`. False at the end of the
-  /// file, where a last line without a line feed is dropped, and after a read error.
+  /// file, where a last line without a line feed is dropped and `out` stays as it was, and with
+  /// `out` empty for a line that begins with a NUL and after a read error at a line's start.
   /// Requires: `file` is open for reading, `out` is empty.
   bool ReadString(ksString& out);
   /// Turns `lines` into `sessions` and the script's state. Always true.
   bool ConvertBufToAssMap();
 
   /// Takes the text in front of the first `sep` off the front of `s`, both included, after
-  /// TrimLeft(). Without a `sep` returns all of `s` and leaves it in place.
+  /// TrimLeft(), and returns it. Without a `sep` returns all of `s`, which may be empty, and leaves
+  /// it in place.
   ksString GetStr(ksString& s, char sep);
   /// GetStr() read as a decimal number, cut to 32 bits; -1 if it is none, and for hexadecimal
   /// numbers ("&H...").

@@ -37,9 +37,10 @@ class KSSUBTITLE_API ksSrtParser : public IParser {
   /// Always nothing: the text is 8-bit.
   SUBTITLE_ST_U GetSubTitleU(long long t) override;
 
-  /// Appends the next line of `file` to `out`, without its line feed. False at the end of the file
-  /// or after a read error, `out` then holding a last line that has no line feed (its last 128
-  /// characters twice, if its length is a multiple of 128), and at a line that begins with a NUL.
+  /// Appends the next line of `file` to `out`, without its line feed. False at the end of the file,
+  /// `out` then holding a last line that has no line feed (its last 128 characters twice, if its
+  /// length is a multiple of 128), and with `out` empty for a line that begins with a NUL and after
+  /// a read error at a line's start.
   /// Requires: `file` is open for reading, `out` is empty.
   bool ReadString(ksString& out);
   /// Adds the cues of `lines` to `sessions`, and trims the lines in place. Always true.

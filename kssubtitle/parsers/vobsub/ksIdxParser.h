@@ -35,11 +35,15 @@ struct KSSUBTITLE_API SUB_SESSION_ST_U {
 /// An object must not be used by two threads at once; separate objects share nothing.
 class KSSUBTITLE_API ksIdxParser {
  public:
+  /// @{
+  /// Copies are deep, but for the stream in `file`.
   ksIdxParser() = default;
   ksIdxParser(const ksIdxParser&) = default;
   ksIdxParser(ksIdxParser&&) = default;
   ksIdxParser& operator=(const ksIdxParser&) = default;
   ksIdxParser& operator=(ksIdxParser&&) = default;
+  /// @}
+  /// Releases the entries and lines, but closes no stream.
   virtual ~ksIdxParser();
 
   /// Reads the index at `path` (not null, and no part of this object) into `lines`, **adds** its
@@ -50,33 +54,35 @@ class KSSUBTITLE_API ksIdxParser {
   /// @throws std::out_of_range if the end of a "timestamp" or "custom colors" line is missing.
   bool Open(const char* path);
   /// Assigns the next line of `file`, without its line feed, to `out`. False at the end of the
-  /// file, where a last line without a line feed is dropped, for a line that begins with a NUL, and
-  /// after a read error at a line's start. Requires: `file` is open for reading.
+  /// file, where a last line without a line feed is dropped and `out` stays as it was, and with
+  /// `out` empty for a line that begins with a NUL and after a read error at a line's start.
+  /// Requires: `file` is open for reading.
   bool ReadString(ksString& out);
   /// Adds the entries of `lines` to `sessions`, and reads the palette and the colours. Always true;
   /// never returns for the lines named above.
   /// @throws std::out_of_range as Open().
   bool ConvertBufToIdxMap();
   /// Takes the text in front of the first `sep` off the front of `s`, both included, after
-  /// TrimLeft(). Without a `sep` returns all of `s` and leaves it in place.
+  /// TrimLeft(), and returns it. Without a `sep` returns all of `s` and leaves it in place.
   /// @throws int 1 if nothing is left of `s` after TrimLeft().
   ksString GetStr(ksString& s, char sep);
   /// GetStr() read as a decimal number, cut to 32 bits; -1 if it is none, and for hexadecimal
   /// numbers ("&H...").
   /// @throws int as GetStr().
   int GetInt(ksString& s, char sep);
-  /// The file position of the first entry, in key order, that starts within 499 ms of `t`; 0 if
-  /// there is none or `t` < 1. Deliberate: counts the keys up from 0 and adds an empty entry for
-  /// each that is missing, so that `sessions` grows to its greatest key at most, and times up to
-  /// 499 ms find the empty entries.
+  /// The file position of the first entry, in key order, that starts within 499 ms of `t`
+  /// milliseconds; 0 if there is none or `t` < 1. Deliberate: counts the keys up from 0 and adds an
+  /// empty entry for each that is missing, so that `sessions` grows to its greatest key at most,
+  /// and times up to 499 ms find the empty entries.
   long long GetFilePos(long long t);
   /// The raw subpicture unit (its own two size bytes first) that starts at GetFilePos(`t`) in
-  /// `subFilePath`, in a buffer of `size` bytes that the caller releases with `delete[]`;
-  /// `ctrlOffset` is the offset, in bytes, of its control sequence table. Null if the file cannot
-  /// be opened or no unit of the first subpicture stream begins there; `size` and `ctrlOffset` are
-  /// then unchanged. A time without an entry fetches the unit at the start of the file. A unit of
-  /// size 0 is a buffer that is not null. Where the file ends inside the unit, its last payload
-  /// fills the rest. Deliberate: each call that opens the file leaves one stream open for good.
+  /// `subFilePath`, a program stream (ISO/IEC 13818-1) of packs of 2048 bytes. The unit is a buffer
+  /// of `size` bytes that the caller releases with `delete[]`; `ctrlOffset` is the offset, in
+  /// bytes, of its control sequence table. Null if the file cannot be opened or no unit of the
+  /// first subpicture stream begins there; `size` and `ctrlOffset` are then unchanged. A time
+  /// without an entry fetches the unit at the start of the file. A unit of size 0 is a buffer that
+  /// is not null. Where the file ends inside the unit, its last payload fills the rest. Deliberate:
+  /// each call that opens the file leaves one stream open for good.
   unsigned char* GetPacket(long long t, int& size, int& ctrlOffset);
 
   std::FILE* file = nullptr;    ///< Meaningful only while Open() runs.
@@ -100,11 +106,15 @@ class KSSUBTITLE_API ksIdxParser {
 /// times, the palette and the colours, but no subpicture units.
 class KSSUBTITLE_API ksIdxParserU {
  public:
+  /// @{
+  /// Copies are deep, but for the stream in `file`.
   ksIdxParserU() = default;
   ksIdxParserU(const ksIdxParserU&) = default;
   ksIdxParserU(ksIdxParserU&&) = default;
   ksIdxParserU& operator=(const ksIdxParserU&) = default;
   ksIdxParserU& operator=(ksIdxParserU&&) = default;
+  /// @}
+  /// Releases the entries and lines, but closes no stream.
   virtual ~ksIdxParserU();
 
   /// As ksIdxParser::Open(), but opens the file whose name is the **bytes** of `path` up to the
