@@ -42,7 +42,7 @@ class KSSUBTITLE_API ksSubtitleManager {
   SUBTITLE_ST_U GetSubTitleU(long long t);
 
  private:
-  IParser* current();
+  KSSUBTITLE_LOCAL IParser* current();
 
   int currentKey = 0;  // key in `parsers` of the parser in use; 0: none
   [[maybe_unused]] bool reservedFlag = false;

@@ -27,6 +27,8 @@ struct SessionAccess;
 template <typename Record>
 class KSSUBTITLE_API ksSessionMap {
  public:
+  /// @{
+  /// The types of this map.
   using Map = std::map<int, Record>;
   using key_type = typename Map::key_type;
   using mapped_type = typename Map::mapped_type;
@@ -36,7 +38,11 @@ class KSSUBTITLE_API ksSessionMap {
   using const_iterator = typename Map::const_iterator;
   using reverse_iterator = typename Map::reverse_iterator;
   using const_reverse_iterator = typename Map::const_reverse_iterator;
+  /// @}
 
+  /// @{
+  /// Copies hold copies of the records; moves leave the source empty, and references to its records
+  /// lead into the new map.
   ksSessionMap() = default;
   ksSessionMap(std::initializer_list<value_type> records) : map_(records) {}
   ksSessionMap(const ksSessionMap& other) : map_(other.map_) {}
@@ -47,12 +53,15 @@ class KSSUBTITLE_API ksSessionMap {
   ksSessionMap& operator=(const ksSessionMap& other);
   ksSessionMap& operator=(ksSessionMap&& other) noexcept;
   ~ksSessionMap() = default;
+  /// @}
 
-  /// The record with the greatest key that covers `t`, both its ends included; null if none does or
-  /// `t` is negative. Valid until the next change of the map.
+  /// The record with the greatest key that covers `t` milliseconds, both its ends included; null if
+  /// none does or `t` is negative. Belongs to the map, and is valid until its next change.
   /// @throws std::bad_alloc only if the table is not built yet.
   const Record* covering(long long t) const;
 
+  /// @{
+  /// As in `std::map`, for a host that only reads.
   const_iterator begin() const noexcept { return map_.begin(); }
   const_iterator end() const noexcept { return map_.end(); }
   const_iterator cbegin() const noexcept { return map_.begin(); }
@@ -62,13 +71,17 @@ class KSSUBTITLE_API ksSessionMap {
   const_iterator find(int key) const { return map_.find(key); }
   const_iterator lower_bound(int key) const { return map_.lower_bound(key); }
   const_iterator upper_bound(int key) const { return map_.upper_bound(key); }
-  /// @throws std::out_of_range if there is no such key.
+  /// The record of `key`.
+  /// @throws std::out_of_range if there is none.
   const Record& at(int key) const { return map_.at(key); }
   size_type count(int key) const { return map_.count(key); }
   bool contains(int key) const { return map_.contains(key); }
   size_type size() const noexcept { return map_.size(); }
   bool empty() const noexcept { return map_.empty(); }
+  /// @}
 
+  /// @{
+  /// As in `std::map`; leaves the map without its table until clear(), as said above.
   iterator begin() noexcept { return shared().begin(); }
   iterator end() noexcept { return shared().end(); }
   reverse_iterator rbegin() noexcept { return shared().rbegin(); }
@@ -76,8 +89,10 @@ class KSSUBTITLE_API ksSessionMap {
   iterator find(int key) { return shared().find(key); }
   iterator lower_bound(int key) { return shared().lower_bound(key); }
   iterator upper_bound(int key) { return shared().upper_bound(key); }
-  /// @throws std::out_of_range if there is no such key.
+  /// The record of `key`, through which it may be changed.
+  /// @throws std::out_of_range if there is none.
   Record& at(int key) { return shared().at(key); }
+  /// The record of `key`, through which it may be changed; a new one if there is none.
   Record& operator[](int key) { return shared()[key]; }
   std::pair<iterator, bool> insert(const value_type& record) { return shared().insert(record); }
   template <typename... Arguments>
@@ -96,9 +111,11 @@ class KSSUBTITLE_API ksSessionMap {
   iterator erase(iterator position) { return shared().erase(position); }
   iterator erase(const_iterator position) { return shared().erase(position); }
   iterator erase(const_iterator first, const_iterator last) { return shared().erase(first, last); }
+  /// @}
   /// Removes every record, and with them every reference that was handed out.
   void clear() noexcept;
 
+  /// Whether both maps hold the same keys and equal records. Requires: records can be compared.
   friend bool operator==(const ksSessionMap& a, const ksSessionMap& b) { return a.map_ == b.map_; }
 
  private:
@@ -114,9 +131,9 @@ class KSSUBTITLE_API ksSessionMap {
     isShared_ = true;
     return map_;
   }
-  void buildTable() const;
-  bool buildTableInOneWalk() const;
-  const Record* scan(long long t) const noexcept;
+  KSSUBTITLE_LOCAL void buildTable() const;
+  KSSUBTITLE_LOCAL bool buildTableInOneWalk() const;
+  KSSUBTITLE_LOCAL const Record* scan(long long t) const noexcept;
 
   Map map_;
   bool isShared_ = false;  // the host may hold a reference through which it changes a record
