@@ -161,12 +161,6 @@ std::string hexOfEach(const auto& values) {
   return all;
 }
 
-/// How many files the process has open.
-std::ptrdiff_t openFiles() {
-  const std::filesystem::directory_iterator descriptors("/proc/self/fd");
-  return std::distance(begin(descriptors), end(descriptors));
-}
-
 void writeFile(const std::string& name, std::string_view content) {
   std::ofstream(name, std::ios::binary) << content;
 }
@@ -266,7 +260,7 @@ class File {
         {"lines", [this] { return lines(); }},
         {"sessions", [this] { return sessions(); }},
         {"count", [this] { return str(parser_.sessions.size()); }},
-        {"streams", [this] { return str(openFiles() - openBefore_); }},
+        {"streams", [this] { return str(openDescriptors() - openBefore_); }},
     };
   }
 
@@ -391,7 +385,7 @@ class File {
   }
 
   Text text_;
-  std::ptrdiff_t openBefore_ = openFiles();
+  std::ptrdiff_t openBefore_ = openDescriptors();
   bool isUtf16_ = false;
   bool hasOpened_ = false;
 };

@@ -52,15 +52,10 @@ constexpr char kSrt[] =
     "1\n00:00:01,000 --> 00:00:02,000\nA first line that no small text holds\nand one more\n\n"
     "2\n00:00:02,500 --> 00:00:03,000\nBye\n";
 constexpr char kAss[] =
-    "ScriptType: v4.00+\nStyle: Default,A font of a long "
-    "name,20.5,&HFFFFFF,&H0,&H0,&H0,-1,0,0,0,1.5,"
-    "2,0,0,1,2,3,2,10,10,10,1\nDialogue: 0,0:00:01.00,0:00:03.00,Default,A speaker,0,0,0,Effect,"
+    "ScriptType: v4.00+\nStyle: Default,A font of a long name,20.5,-1,0\n"
+    "Dialogue: 0,0:00:01.00,0:00:03.00,Default,A speaker,0,0,0,Effect,"
     "{\\b1}Hello, <i>world\\Nfrom a line that no small text holds\n"
     "Dialogue: 1,0:00:02.00,0:00:02.50,Default,,0,0,0,,short\n";
-
-std::ptrdiff_t openDescriptors() {
-  return std::distance(std::filesystem::directory_iterator("/proc/self/fd"), {});
-}
 
 /// A host's work: opens a file and asks every question of it; returns the answers.
 struct Player {
@@ -109,12 +104,7 @@ class HardUse : public testing::Test {
  protected:
   HardUse() {
     opens = 0;
-    std::string sub(4096, '\0');
-    const unsigned char pack[] = {
-        0, 0, 1, 0xBA, 0x44, 0,    4,    0,    4, 1,    0, 0, 3, 0xF8,  // pack header
-        0, 0, 1, 0xBD, 7,    0xE6, 0x81, 0x80, 5, 0x21, 0, 1, 0, 1,    0x20, 0, 20, 0, 16};
-    std::copy(std::begin(pack), std::end(pack), sub.begin());
-    dir.write("film.sub", sub);
+    dir.write("film.sub", pack(5, ' ', "..unit"));
   }
 
   void expectUseSurvivesAnyFailure(auto makeUser, const std::string& path) {

@@ -5,6 +5,7 @@
 
 #include <filesystem>
 #include <fstream>
+#include <iterator>
 #include <ostream>
 #include <string>
 #include <string_view>
@@ -87,6 +88,11 @@ class TempDir {
  private:
   std::filesystem::path path_;
 };
+
+/// How many descriptors the process has in use.
+inline std::ptrdiff_t openDescriptors() {
+  return std::distance(std::filesystem::directory_iterator("/proc/self/fd"), {});
+}
 
 /// "start-end text" of an answer or a SubRip cue; "nothing" for no answer.
 template <typename Answer>
