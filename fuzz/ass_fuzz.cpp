@@ -1,28 +1,10 @@
 // ASS and SSA files of any content, and each of their lines as the text of an event.
 #include <sstream>
 
+#include "fuzz/override_model.h"
 #include "fuzz/support.h"
 
 namespace {
-
-/// The text without its override tags, taken out one after the other.
-std::string withoutTags(std::string text) {
-  for (const auto& [opening, closing] : {std::pair{'{', '}'}, std::pair{'<', '>'}}) {
-    std::size_t open = 0;
-    for (std::size_t allowed = text.size(); allowed > 0; --allowed) {
-      open = text.find(opening, open);
-      const std::size_t close = text.find(closing, open);
-      if (open == text.npos || close == text.npos) break;
-      for (std::size_t to = open, from = close + 1; from <= text.size(); ++to, ++from) {
-        text[to] = from == text.size() ? '\0' : text[from];
-      }
-    }
-  }
-  for (std::size_t at = 0; at == 0 && (at = text.find("\\N")) != text.npos;) {
-    text.replace(at, 2, "\n");
-  }
-  return text;
-}
 
 /// Makes a script whose events have the lines of `text` as their texts.
 template <typename Char>
@@ -36,7 +18,7 @@ void checkTexts(std::string_view text) {
     line.resize(std::min(line.size(), kLongestLine));
     parser.lines.push_back(wide<Char>("Dialogue: 0,0:00:01.00,0:00:02.00,s,n,0,0,0,," + line));
     line.resize(line.find_last_not_of(' ') + 1);
-    expected.push_back("\n" + withoutTags(line));
+    expected.push_back("\n" + naiveOverrideRemoval(line));
   }
   parser.ConvertBufToAssMap();
   int key = 0;
