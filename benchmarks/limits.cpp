@@ -7,7 +7,6 @@
 #include <cstdio>
 #include <fstream>
 #include <functional>
-#include <memory>
 #include <string>
 
 #include "benchmarks/memory.h"

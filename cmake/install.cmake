@@ -34,6 +34,9 @@ configure_file(cmake/kssubtitle.pc.in ${PROJECT_BINARY_DIR}/kssubtitle.pc @ONLY)
 install(FILES ${PROJECT_BINARY_DIR}/kssubtitle.pc
   DESTINATION ${pkgconfig_files} COMPONENT Development)
 
+install(FILES CHANGELOG.md docs/behaviour.md docs/limits.md docs/limits.svg
+  DESTINATION ${CMAKE_INSTALL_DOCDIR} COMPONENT Development)
+
 if(KSSUBTITLE_BUILD_TOOLS)
   kssubtitle_path_from("\$ORIGIN" ${CMAKE_INSTALL_BINDIR} ${CMAKE_INSTALL_LIBDIR} rpath)
   set_target_properties(kssub PROPERTIES INSTALL_RPATH "${rpath}")

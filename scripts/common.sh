@@ -13,6 +13,22 @@ fail() {
 # Prints the comment that the calling script begins with.
 usage() { sed -n '/^#!/d; /^#/!q; s/^# \{0,1\}//p' "$0"; }
 
+# Ends the calling script unless its arguments are none or one of the options that it has, and prints
+# its use for --help.
+#   accept "$*" [OPTION]
+accept() {
+  case "$1" in
+    "" | "${2:-}") ;;
+    --help)
+      usage
+      exit
+      ;;
+    *)
+      fail "unknown arguments: $1 (see scripts/$(basename "$0") --help)"
+      ;;
+  esac
+}
+
 as_root() {
   if [ "$(id -u)" = 0 ]; then
     "$@"

@@ -44,8 +44,8 @@ class KSSUBTITLE_API ksSubtitleManager {
  private:
   KSSUBTITLE_LOCAL IParser* current();
 
-  int currentKey = 0;  // key in `parsers` of the parser in use; 0: none
-  [[maybe_unused]] bool reservedFlag = false;
+  int currentKey = 0;                          // key in `parsers` of the parser in use; 0: none
+  [[maybe_unused]] bool reservedFlag = false;  // these two keep their place in the layout
   bool isUnicode = false;
   [[maybe_unused]] int reservedInteger = 0;
   std::unique_ptr<ksAssParser> assParser;

@@ -11,14 +11,14 @@
 struct KSSUBTITLE_API SUBTITLE_ST {
   long long start = -1;  ///< First moment of the cue; -1 when nothing is shown.
   long long end = -1;    ///< Last moment of the cue, itself included; -1 when nothing is shown.
-  ksString text;         ///< Begins with a line feed; empty when nothing is shown.
+  ksString text;         ///< Begins with a line feed; empty also in a record without text.
 };
 
 /// SUBTITLE_ST with wide text.
 struct KSSUBTITLE_API SUBTITLE_ST_U {
   long long start = -1;  ///< First moment of the cue; -1 when nothing is shown.
   long long end = -1;    ///< Last moment of the cue, itself included; -1 when nothing is shown.
-  ksWString text;        ///< Begins with a line feed; empty when nothing is shown.
+  ksWString text;        ///< Begins with a line feed; empty also in a record without text.
 };
 
 /// Reads one subtitle file whole and then answers from memory.

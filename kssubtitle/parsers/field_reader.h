@@ -4,8 +4,8 @@
 #include <string>
 #include <string_view>
 
+#include "kssubtitle/parsers/digit_form.h"
 #include "kssubtitle/strings/decimal.h"
-#include "kssubtitle/strings/digit_form.h"
 #include "kssubtitle/strings/find_near.h"
 #include "kssubtitle/strings/trimming.h"
 #include "kssubtitle/strings/view.h"

@@ -137,7 +137,9 @@ function(test_packages)
 share/man/man1/kssub.1.gz" "libc6.*libpng16.*libstdc")
   require_package(libkssubtitle-dev
     "(${libdir}/cmake/kssubtitle/kssubtitleConfig[^;]*.cmake;)+${libdir}/libkssubtitle.so;\
-${libdir}/pkgconfig/kssubtitle.pc" "^${runtime} \\(= ${version}\\)\n$")
+${libdir}/pkgconfig/kssubtitle.pc;share/doc/kssubtitle/CHANGELOG.md;\
+share/doc/kssubtitle/behaviour.md;share/doc/kssubtitle/limits.md;share/doc/kssubtitle/limits.svg"
+    "^${runtime} \\(= ${version}\\)\n$")
   file(GLOB package ${work}/${runtime}_*.deb)
   run(dpkg-deb --info ${package} shlibs triggers)
   require("${output}" MATCHES "libkssubtitle ${major} ${runtime} .*activate-noawait ldconfig")

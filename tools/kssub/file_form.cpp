@@ -192,6 +192,7 @@ std::string refusalOf(const FileForm& form) {
   if (form.format == Format::kUnknown) {
     return "the extension is none of .srt, .ass and .ssa (in lower case)";
   }
+  if (form.format == Format::kVobSub) return "it is a VobSub index, for kssub picture";
   if (form.size == 1) return "the file is a single byte";
   return "it is refused";
 }

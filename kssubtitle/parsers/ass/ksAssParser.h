@@ -37,6 +37,10 @@ struct KSSUBTITLE_API ASS_SESSION_ST_U {
 /// Every "Dialogue" line becomes an event, malformed or not; a column that is no number reads as
 /// -1. Script information and the last Style line of the file are kept in the members below for a
 /// renderer; no answer depends on them. A last line without a line feed is lost.
+///
+/// Deliberate: the colour columns of a Style line are not skipped. In an ordinary script, which has
+/// four of them, only `fontName` and `fontSize` are what their names say: every member behind them
+/// holds a column that stands further in front.
 class KSSUBTITLE_API ksAssParser : public IParser {
  public:
   bool Open(const char* path) override;
@@ -53,7 +57,8 @@ class KSSUBTITLE_API ksAssParser : public IParser {
   /// `out` empty for a line that begins with a NUL and after a read error at a line's start.
   /// Requires: `file` is open for reading, `out` is empty.
   bool ReadString(ksString& out);
-  /// Turns `lines` into `sessions` and the script's state. Always true.
+  /// Turns `lines` into `sessions` and the script's state. Always true. Texts are appended to those
+  /// of records that are there already.
   bool ConvertBufToAssMap();
 
   /// Takes the text in front of the first `sep` off the front of `s`, both included, after
@@ -117,7 +122,8 @@ class KSSUBTITLE_API ksAssParserU : public IParser {
   /// As ksAssParser::ReadString(). A stream with wide orientation is read with `fgetws` under the
   /// host's locale, any other as UTF-16LE.
   bool ReadString(ksWString& out);
-  /// Turns `lines` into `sessions` and the script's state. Always true.
+  /// Turns `lines` into `sessions` and the script's state. Always true. Texts are appended to those
+  /// of records that are there already.
   bool ConvertBufToAssMap();
 
   /// As ksAssParser::GetStr().

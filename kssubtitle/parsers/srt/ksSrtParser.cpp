@@ -10,7 +10,7 @@
 #include "kssubtitle/parsers/record_times.h"
 #include "kssubtitle/parsers/session_access.h"
 #include "kssubtitle/strings/decimal.h"
-#include "kssubtitle/strings/digit_form.h"
+#include "kssubtitle/parsers/digit_form.h"
 #include "kssubtitle/strings/view.h"
 
 namespace {

@@ -26,7 +26,9 @@ struct KSSUBTITLE_API SRC_SESSION_ST_U {
 ///
 /// Not a strict reader: each line is a number line, a time line or a text line by its look alone,
 /// and blank lines play no part. Lines must end in LF: with CR LF no number line is recognised.
-/// Digits beyond the third of the milliseconds are not read, and times wrap at 32 bits.
+/// Digits beyond the third of the milliseconds are not read, and times wrap at 32 bits. The places
+/// of the end time's separators cut the start time as well, so that the two must have fields of the
+/// same lengths.
 class KSSUBTITLE_API ksSrtParser : public IParser {
  public:
   bool Open(const char* path) override;

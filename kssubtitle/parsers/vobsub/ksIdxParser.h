@@ -51,7 +51,8 @@ class KSSUBTITLE_API ksIdxParser {
   /// "sub" behind it: "film.idx" gives ".idxsub". False if the file cannot be opened, is empty (its
   /// stream then stays open in `file`) or has more than 5000 lines ended by a line feed. A last
   /// line without one is lost.
-  /// @throws std::out_of_range if the end of a "timestamp" or "custom colors" line is missing.
+  /// @throws std::out_of_range if a "timestamp" or "custom colors" line has no "filepos:", "tridx:"
+  /// or "colors:" and is too short for its place.
   bool Open(const char* path);
   /// Assigns the next line of `file`, without its line feed, to `out`. False at the end of the
   /// file, where a last line without a line feed is dropped and `out` stays as it was, and with
@@ -73,7 +74,7 @@ class KSSUBTITLE_API ksIdxParser {
   /// The file position of the first entry, in key order, that starts within 499 ms of `t`
   /// milliseconds; 0 if there is none or `t` < 1. Deliberate: counts the keys up from 0 and adds an
   /// empty entry for each that is missing, so that `sessions` grows to its greatest key at most,
-  /// and times up to 499 ms find the empty entries.
+  /// and times up to 499 ms find the empty entries. Requires: no key is negative.
   long long GetFilePos(long long t);
   /// The raw subpicture unit (its own two size bytes first) that starts at GetFilePos(`t`) in
   /// `subFilePath`, a program stream (ISO/IEC 13818-1) of packs of 2048 bytes. The unit is a buffer
