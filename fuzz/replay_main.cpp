@@ -1,14 +1,35 @@
-// Runs a fuzz target on every file in the directories that are its arguments.
+// Runs a fuzz target on every file in the directories that are its arguments, and on inputs a few
+// bytes away from it: the same ones each time.
 #include <cstdint>
 #include <cstdio>
 #include <filesystem>
 #include <fstream>
+#include <random>
 #include <sstream>
 #include <string>
+#include <string_view>
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size);
 
 namespace {
+
+void run(const std::string& input) {
+  LLVMFuzzerTestOneInput(reinterpret_cast<const std::uint8_t*>(input.data()), input.size());
+}
+
+void runVariants(const std::string& input) {
+  using namespace std::string_view_literals;
+  constexpr std::string_view kLikely = "\0\n\r \"*,-./0123456789:;<>AN\\abx{}\x80\xFF"sv;
+  std::mt19937 random(20261122);
+  for (int i = 0; i < 100; ++i) {
+    std::string variant = input;
+    for (auto changes = 1 + random() % 4; changes > 0; --changes) {
+      const std::size_t at = random() % variant.size();
+      variant.replace(at, random() % 2, 1, kLikely[random() % kLikely.size()]);
+    }
+    run(variant);
+  }
+}
 
 void replay(const std::filesystem::path& path) {
   std::ifstream file(path, std::ios::binary);
@@ -17,7 +38,8 @@ void replay(const std::filesystem::path& path) {
   const std::string input = content.str();
   std::printf("%s\n", path.c_str());
   std::fflush(stdout);
-  LLVMFuzzerTestOneInput(reinterpret_cast<const std::uint8_t*>(input.data()), input.size());
+  run(input);
+  if (!input.empty()) runVariants(input);
 }
 
 }  // namespace

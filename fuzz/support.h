@@ -109,7 +109,7 @@ void checkParser(const Input& input, Convert convert) {
   const std::string path = dir.write("file", file);
   Parser expected;
   expected.lines = streamLines<Char, Parser>(path, file, sizeof(Char) > 1 ? 2 : 0);
-  (expected.*convert)();
+  check((expected.*convert)(), "every conversion succeeds");
   Parser parser;
   for (int i = 0; i < 2; ++i) {
     check(parser.Open(path.c_str()) == !file.empty(), "all files but the empty one are opened");

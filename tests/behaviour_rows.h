@@ -1,14 +1,13 @@
 // Reads the tables of docs/behaviour.md.
 #pragma once
 
-#include <charconv>
+#include <cstdlib>
 #include <fstream>
 #include <map>
 #include <regex>
 #include <stdexcept>
 #include <string>
 #include <string_view>
-#include <system_error>
 #include <utility>
 #include <vector>
 
@@ -32,14 +31,10 @@ inline Words split(std::string_view text, std::string_view separator) {
 }
 
 /// The number that all of `text` is.
-template <typename Number>
-Number numberOf(std::string_view text, int base = 10) {
-  Number value = 0;
-  const char* const end = text.data() + text.size();
-  if (const auto [rest, error] = std::from_chars(text.data(), end, value, base);
-      text.empty() || rest != end || error != std::errc()) {
-    throw Mistake("no number: " + std::string(text));
-  }
+inline long long numberOf(const std::string& text, int base = 10) {
+  char* end = nullptr;
+  const long long value = std::strtoll(text.c_str(), &end, base);
+  if (text.empty() || *end != '\0') throw Mistake("no number: " + text);
   return value;
 }
 
@@ -55,7 +50,7 @@ inline char takeCharacter(std::string_view& span) {
   const char c = take(1)[0];
   if (c != '\\') return c;
   const std::string name = take(1);
-  if (name == "x") return static_cast<char>(numberOf<unsigned char>(take(2), 16));
+  if (name == "x") return static_cast<char>(numberOf(take(2), 16));
   constexpr std::string_view kNames = "nrt0\\";
   const std::size_t known = name.empty() ? kNames.npos : kNames.find(name);
   if (known == kNames.npos) throw Mistake("unknown escape");
@@ -70,9 +65,9 @@ inline std::string decoded(std::string_view span) {
     std::size_t count = 1;
     if (span.starts_with(kTimes)) {
       span.remove_prefix(kTimes.size());
-      const std::string_view digits = span.substr(0, span.find_first_not_of("0123456789"));
+      const std::string digits(span.substr(0, span.find_first_not_of("0123456789")));
       span.remove_prefix(digits.size());
-      count = numberOf<std::size_t>(digits);
+      count = static_cast<std::size_t>(numberOf(digits));
     }
     text.append(count, c);
   }
@@ -111,7 +106,7 @@ struct Call {
     if (i >= words.size()) throw Mistake("no argument " + std::to_string(i));
     return words[i];
   }
-  long long number(std::size_t i) const { return numberOf<long long>(text(i)); }
+  long long number(std::size_t i) const { return numberOf(text(i)); }
 
   Words words;
 };
@@ -143,31 +138,31 @@ class RowReader {
   }
 
  private:
-  void readLine(std::string text) {
+  void readLine(const std::string& text) {
     static const std::regex definition("- `([A-Z]+)` is `([^`]+)`.*");
     if (text.starts_with("## ")) subject_ = text.substr(3, text.find(':') - 3);
-    if (std::smatch name; std::regex_match(text, name, definition)) names_[name[1]] = name[2];
-    if (text.find('|') != text.npos) return readTableLine(text);
-    if (linesOfTable_ == 1 || linesOfTable_ == 2) throw Mistake("a table without rows");
-    linesOfTable_ = 0;
+    if (std::smatch name; std::regex_match(text, name, definition)) {
+      names_[name[1]] = expanded(name[2]);
+    }
+    if (text == "| Behaviour | Given | Ask | Answer | Wide |" ||
+        text == "| --- | --- | --- | --- | --- |") {
+      awaitsRow_ = true;
+    } else if (text.find('|') != text.npos) {
+      addRow(split(expanded(text), "|"));
+      awaitsRow_ = false;
+    } else if (awaitsRow_) {
+      throw Mistake("a table without rows");
+    }
   }
 
-  void readTableLine(std::string text) {
-    switch (linesOfTable_++) {
-      case 0:
-        if (text != "| Behaviour | Given | Ask | Answer | Wide |") throw Mistake("another head");
-        break;
-      case 1:
-        if (text != "| --- | --- | --- | --- | --- |") throw Mistake("no rule");
-        break;
-      default:
-        for (const auto& [name, content] : names_) {
-          for (std::size_t at = 0; (at = text.find(name, at)) != text.npos; at += content.size()) {
-            text.replace(at, name.size(), content);
-          }
-        }
-        addRow(split(text, "|"));
+  /// `text` with the names that are defined so far written out.
+  std::string expanded(std::string text) const {
+    for (const auto& [name, content] : names_) {
+      for (std::size_t at = 0; (at = text.find(name, at)) != text.npos; at += content.size()) {
+        text.replace(at, name.size(), content);
+      }
     }
+    return text;
   }
 
   void addRow(const Words& cells) {
@@ -191,7 +186,7 @@ class RowReader {
   }
 
   int line_ = 0;
-  int linesOfTable_ = 0;
+  bool awaitsRow_ = false;
   std::string subject_;
   std::map<std::string, std::string> names_;
   std::vector<Row> rows_;

@@ -3,14 +3,12 @@
 #include <unistd.h>
 
 #include <algorithm>
-#include <chrono>
 #include <csignal>
 #include <functional>
 #include <map>
 #include <memory>
 #include <sstream>
 #include <stdexcept>
-#include <thread>
 #include <utility>
 
 #include "behaviour_rows.h"
@@ -30,20 +28,16 @@ std::string answer(const Answers& answers, const Call& call) {
   return found->second();
 }
 
-/// The text, stale characters included: those above U+00FF in UTF-8, all others as bytes.
+/// The text, stale characters included: those above FF by their numbers, all others as bytes.
 template <typename Char>
 std::string str(const ksBasicString<Char>& text) {
-  std::string bytes;
+  std::ostringstream out;
+  out << std::hex << std::uppercase;
   for (int i = 0; i < text.length(); ++i) {
-    const auto c = static_cast<unsigned>(text[i]);
-    const auto add = [&bytes](unsigned byte) { bytes += static_cast<char>(byte); };
-    const bool isWide = std::is_same_v<Char, wchar_t> && c > 0xFF;
-    if (isWide) add(c > 0xFFFF ? 0xF0 | c >> 18 : 0xE0 | c >> 12);
-    if (isWide && c > 0xFFFF) add(0x80 | (c >> 12 & 0x3F));
-    if (isWide) add(0x80 | (c >> 6 & 0x3F));
-    add(isWide ? 0x80 | (c & 0x3F) : c);
+    const long c = static_cast<std::make_unsigned_t<Char>>(text[i]);
+    c > 0xFF ? out << "U+" << c : out << static_cast<char>(c);
   }
-  return bytes;
+  return out.str();
 }
 std::string str(bool value) { return value ? "true" : "false"; }
 template <std::integral Number>
@@ -64,31 +58,25 @@ class Texts {
     const auto n = [&](std::size_t i) { return static_cast<int>(call.number(i)); };
     const auto c = [&](std::size_t i) { return s(i)[0]; };
     const bool hasArgument = call.words.size() > 1;
-    const std::map<std::string, std::function<void()>> changes = {
-        {"setchar", [&] { t.setchar(n(1), c(2)); }},
-        {"copy", [&] { t = Text(t); }},
-        {"fromInt", [&] { t = Text(n(1)); }},
-        {"fromPart", [&] { t = Text(t.getData(), n(1)); }},
-        {"addInt", [&] { t = t + n(1) += n(1); }},
-        {"append", [&] { t.append(s(1), n(2)); }},
-        {"replace", [&] { t.replace(n(1), n(2), s(3)); }},
-        {"MakeLower", [&] { t.MakeLower(); }},
-        {"TrimLeft", [&] { hasArgument ? t.TrimLeft(c(1)) : t.TrimLeft(); }},
-        {"TrimRight", [&] { hasArgument ? t.TrimRight(c(1)) : t.TrimRight(); }},
-        {"removeSpaces", [&] { t.removeSpaces(); }},
-        {"clearSpaces", [&] { t.clearSpaces(); }},
-        {"removeQuo", [&] { t.removeQuo(); }},
-        {"removeLastChar", [&] { t.removeLastChar(); }},
-        {"deleteStr", [&] { EXPECT_EQ(t.deleteStr(n(1), n(2)), t.length()); }},
-        {"replaceChars", [&] { t.replaceChars(s(1), s(2)); }},
-        {"inflate", [&] { t.inflate(n(1), s(2), call.text(3) == "front"); }},
-    };
-    if (const auto found = changes.find(call.text(0)); found != changes.end()) {
-      found->second();
-      return str(t);
-    }
     return answer(
         {
+            {"setchar", [&] { return t.setchar(n(1), c(2)), str(t); }},
+            {"copy", [&] { return str(t = Text(t)); }},
+            {"fromInt", [&] { return str(t = Text(n(1))); }},
+            {"fromPart", [&] { return str(t = Text(t.getData(), n(1))); }},
+            {"addInt", [&] { return str(t = t + n(1) += n(1)); }},
+            {"append", [&] { return str(t.append(s(1), n(2))); }},
+            {"replace", [&] { return str(t.replace(n(1), n(2), s(3))); }},
+            {"MakeLower", [&] { return str(t.MakeLower()); }},
+            {"TrimLeft", [&] { return hasArgument ? t.TrimLeft(c(1)) : t.TrimLeft(), str(t); }},
+            {"TrimRight", [&] { return hasArgument ? t.TrimRight(c(1)) : t.TrimRight(), str(t); }},
+            {"removeSpaces", [&] { return t.removeSpaces(), str(t); }},
+            {"clearSpaces", [&] { return t.clearSpaces(), str(t); }},
+            {"removeQuo", [&] { return t.removeQuo(), str(t); }},
+            {"removeLastChar", [&] { return t.removeLastChar(), str(t); }},
+            {"deleteStr", [&] { return withoutPart(n(1), n(2)); }},
+            {"replaceChars", [&] { return t.replaceChars(s(1), s(2)), str(t); }},
+            {"inflate", [&] { return t.inflate(n(1), s(2), call.text(3) == "front"), str(t); }},
             {"shown", [&] { return str(Text(t.getData())); }},
             {"length", [&] { return str(t.length()); }},
             {"Left", [&] { return str(t.Left(n(1))); }},
@@ -122,6 +110,11 @@ class Texts {
     return all;
   }
 
+  std::string withoutPart(int start, int count) {
+    EXPECT_EQ(text_.deleteStr(start, count), text_.length());
+    return str(text_);
+  }
+
   std::string intoItself(const Text& pattern, const Text& replacement) {
     const int result = text_.match(pattern, &text_, true, replacement);
     return str(result) + " " + str(text_);
@@ -141,12 +134,6 @@ class Texts {
 
 // ---- Files ----
 
-std::string hex(unsigned long long value) {
-  std::ostringstream out;
-  out << std::hex << value;
-  return out.str();
-}
-
 template <typename... Values>
 std::string spaced(const Values&... values) {
   std::ostringstream out;
@@ -156,9 +143,10 @@ std::string spaced(const Values&... values) {
 }
 
 std::string hexOfEach(const auto& values) {
-  std::string all;
-  for (const auto value : values) all += (all.empty() ? "" : " ") + hex(value);
-  return all;
+  std::ostringstream out;
+  const char* gap = "";
+  for (const std::uint64_t value : values) out << std::exchange(gap, " ") << std::hex << value;
+  return out.str();
 }
 
 void writeFile(const std::string& name, std::string_view content) {
@@ -177,24 +165,21 @@ std::string recordOf(const Record& r) {
   }
 }
 
-/// Whether the conversion of this line alone is still running after a while.
+/// What becomes of the conversion of this line alone.
 template <typename Parser, typename Text>
-bool runsForEver(const Text& line) {
+std::string conversionOf(const Text& line) {
   const pid_t child = fork();
   if (child == 0) {
+    ualarm(300000, 0);
     Parser parser;
     parser.lines.emplace_back(line);
     parser.ConvertBufToIdxMap();
     _exit(0);
   }
   int status = 0;
-  for (int i = 0; i < 30; ++i) {
-    if (waitpid(child, &status, WNOHANG) == child) return false;
-    std::this_thread::sleep_for(std::chrono::milliseconds(10));
-  }
-  kill(child, SIGKILL);
   waitpid(child, &status, 0);
-  return true;
+  if (status == 0) return "returns";
+  return WIFSIGNALED(status) && WTERMSIG(status) == SIGALRM ? "never returns" : "fails";
 }
 
 /// What the subtitle parsers and the manager are asked alike.
@@ -208,12 +193,16 @@ Answers hostAnswers(auto& host, const Call& call) {
   };
 }
 
-/// One parser, and the file that it was given last.
-template <typename Char, typename Parser>
+/// One parser, and the file that it was given last, encoded for its width or byte by byte.
+template <typename Char, typename Parser, bool kIsEncoded = true>
 class File {
  public:
   void give(const std::string& content) {
-    giveBytes(Width<Char>::encode(content).substr(kIsIndex ? Width<Char>::encode("").size() : 0));
+    const std::size_t mark = kIsIndex ? Width<Char>::encode("").size() : 0;
+    const std::string bytes = kIsEncoded ? Width<Char>::encode(content).substr(mark) : content;
+    writeFile("f", bytes);
+    isUtf16_ = bytes.find('\0') != bytes.npos;
+    hasOpened_ = open();
   }
 
   std::string ask(const Call& call) {
@@ -229,12 +218,6 @@ class File {
   }
 
  protected:
-  void giveBytes(const std::string& bytes) {
-    writeFile("f", bytes);
-    isUtf16_ = bytes.find('\0') != bytes.npos;
-    hasOpened_ = open();
-  }
-
   Parser parser_;
 
  private:
@@ -258,7 +241,8 @@ class File {
         {"again", [this] { return str(open()); }},
         {"opened", [this] { return str(parser_.opened); }},
         {"lines", [this] { return lines(); }},
-        {"sessions", [this] { return sessions(); }},
+        {"sessions",
+         [this] { return joined(parser_.sessions, [](const auto& r) { return recordOf(r); }); }},
         {"count", [this] { return str(parser_.sessions.size()); }},
         {"streams", [this] { return str(openDescriptors() - openBefore_); }},
     };
@@ -303,16 +287,13 @@ class File {
          }},
         {"OpenPath", [&] { return str(open(call.text(1).c_str())); }},
         {"subFilePath", [this] { return str(parser_.subFilePath); }},
-        {"convert",
-         [&] {
-           return runsForEver<Parser>(wide<Char>(call.text(1))) ? "never returns" : "returns";
-         }},
+        {"convert", [&] { return conversionOf<Parser>(wide<Char>(call.text(1))); }},
     };
   }
 
   std::string setColour(const Call& call) {
     const auto index = static_cast<std::size_t>(call.number(1)) % std::size(parser_.colours);
-    parser_.colours[index] = numberOf<std::uint64_t>(call.text(2), 16);
+    parser_.colours[index] = static_cast<std::uint64_t>(numberOf(call.text(2), 16));
     return "";
   }
 
@@ -321,7 +302,7 @@ class File {
     return "";
   }
 
-  static std::string joined(const std::vector<Text>& lines) {
+  static std::string bracketed(const std::vector<Text>& lines) {
     std::string all;
     for (const Text& line : lines) all += "[" + str(line) + "]";
     return all;
@@ -340,16 +321,8 @@ class File {
       more = reader.ReadString(line);
       if (!line.isEmpty()) reader.lines.push_back(line);
     }
-    EXPECT_EQ(joined(reader.lines), joined(parser_.lines));
-    return joined(parser_.lines);
-  }
-
-  std::string sessions() const {
-    std::string all;
-    for (const auto& [key, record] : parser_.sessions) {
-      all += (all.empty() ? "" : "; ") + str(key) + ": " + recordOf(record);
-    }
-    return all;
+    EXPECT_EQ(bracketed(reader.lines), bracketed(parser_.lines));
+    return bracketed(parser_.lines);
   }
 
   std::string style() const {
@@ -390,13 +363,6 @@ class File {
   bool hasOpened_ = false;
 };
 
-/// A file of exactly these bytes.
-template <typename Parser>
-class Bytes : public File<wchar_t, Parser> {
- public:
-  void give(const std::string& bytes) { this->giveBytes(bytes); }
-};
-
 /// Packs of a ".sub" file, each "HEADER-DATA-LENGTH SUB-STREAM PAYLOAD", and an index of one entry.
 template <typename Char, typename Parser>
 class Packs : public File<Char, Parser> {
@@ -404,7 +370,7 @@ class Packs : public File<Char, Parser> {
   void give(const std::string& description) {
     const Words parts = split(description, " ");
     const std::size_t fields = parts.at(0).size() + parts.at(1).size() + 2;
-    stream_ += pack(numberOf<int>(parts[0]), numberOf<char>(parts[1], 16),
+    stream_ += pack(static_cast<int>(numberOf(parts[0])), static_cast<char>(numberOf(parts[1], 16)),
                     std::string_view(description).substr(fields));
     writeFile("film.sub", stream_);
     this->parser_.subFilePath = wide<Char>("film.sub");
@@ -446,10 +412,7 @@ class Manager {
 /// The answer of a new object to the last of the calls in `ask`.
 template <typename Object>
 std::string put(const Words& given, const std::string& ask) try {
-  const TempDir dir;
-  const std::filesystem::path before = std::filesystem::current_path();
-  const std::shared_ptr<void> goingBack(nullptr, [&](auto) { current_path(before); });
-  current_path(std::filesystem::path(dir.path("")));
+  const WorkingDir dir;
   Object object;
   std::string last;
   for (const std::string& content : given) object.give(content);
@@ -472,8 +435,8 @@ std::string answerOf(const std::string& subject, const Words& given, const std::
       {"Texts", put<Texts<Char>>},
       {"SubRip", put<File<Char, typename Width<Char>::Srt>>},
       {"ASS and SSA", put<File<Char, typename Width<Char>::Ass>>},
-      {"Bytes of wide files", put<Bytes<ksSrtParserU>>},
-      {"Bytes of wide indexes", put<Bytes<ksIdxParserU>>},
+      {"Bytes of wide files", put<File<wchar_t, ksSrtParserU, false>>},
+      {"Bytes of wide indexes", put<File<wchar_t, ksIdxParserU, false>>},
       {"VobSub indexes", put<File<Char, Index>>},
       {"VobSub units", put<Packs<Char, Index>>},
       {"Manager", put<Manager<Char>>},

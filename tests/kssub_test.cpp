@@ -1,18 +1,10 @@
 // Runs the host program as a user does, on files of its own.
-#include <gtest/gtest.h>
 #include <pty.h>
-#include <sys/wait.h>
-#include <unistd.h>
 
 #include <csignal>
-#include <cstdio>
-#include <cstdlib>
-#include <filesystem>
-#include <fstream>
 #include <regex>
-#include <sstream>
-#include <string>
-#include <string_view>
+
+#include "support.h"
 
 namespace {
 
@@ -31,53 +23,31 @@ std::string replaced(const std::string& text, const char* pattern, const char* b
   return std::regex_replace(text, std::regex(pattern), by);
 }
 
-std::string utf16(std::string_view text) {
-  std::string units = "\xff\xfe";
-  for (const char c : text) units.append({c, '\0'});
-  return units;
-}
+std::string utf16(std::string_view text) { return Width<wchar_t>::encode(text); }
 
 class KssubTest : public testing::Test {
  protected:
-  void SetUp() override {
-    std::string name = testing::TempDir() + "kssub_XXXXXX";
-    ASSERT_NE(mkdtemp(name.data()), nullptr);
-    directory = name;
-    write("plain.srt", kPlain);
-  }
-  void TearDown() override { std::filesystem::remove_all(directory); }
+  KssubTest() { directory.write("plain.srt", kPlain); }
 
-  void write(const std::string& name, const std::string& content) {
-    std::ofstream(directory / name, std::ios::binary) << content;
-  }
-
-  /// Runs the program in `directory`; `out` and `err` are patterns of all that it prints.
+  /// `out` and `err` are patterns of all that the program prints.
   void expectRun(const std::string& arguments, const std::string& out, const std::string& err,
-                 int status) {
+                 int status) const {
     SCOPED_TRACE(arguments);
-    const std::string command =
-        "cd " + directory.string() + " && " KSSUB_PATH " " + arguments + " 2>err";
-    std::FILE* pipe = popen(command.c_str(), "r");
-    ASSERT_NE(pipe, nullptr);
-    std::string printed;
-    for (int c = std::fgetc(pipe); c != EOF; c = std::fgetc(pipe)) printed += static_cast<char>(c);
-    EXPECT_EQ(WEXITSTATUS(pclose(pipe)), status);
-    std::ostringstream errors;
-    errors << std::ifstream(directory / "err").rdbuf();
-    EXPECT_TRUE(std::regex_match(printed, std::regex(out))) << printed << "is not\n" << out;
-    EXPECT_TRUE(std::regex_match(errors.str(), std::regex(err))) << errors.str() << "is not\n"
-                                                                 << err;
+    const Outcome run("cd " + directory.path("") + "; " KSSUB_PATH " " + arguments);
+    EXPECT_EQ(run.status, status);
+    EXPECT_TRUE(std::regex_match(run.out, std::regex(out))) << run.out << "is not\n" << out;
+    EXPECT_TRUE(std::regex_match(run.err, std::regex(err))) << run.err << "is not\n" << err;
   }
 
-  std::filesystem::path directory;
+  TempDir directory;
 };
 
 TEST_F(KssubTest, commands_print_answers) {
-  write("wide.srt", utf16(replaced(kPlain, "Bye", "\xe9")));
-  write("overlap.srt", kOverlap);
-  write("script.ass", kScript);
-  write("none.ass", "ScriptType: v4.00+\n");
-  write("hostile.srt", kHostile);
+  directory.write("wide.srt", utf16(replaced(kPlain, "Bye", "\xe9")));
+  directory.write("overlap.srt", kOverlap);
+  directory.write("script.ass", kScript);
+  directory.write("none.ass", "ScriptType: v4.00+\n");
+  directory.write("hostile.srt", kHostile);
   const std::string plainAnswers =
       "duration: 0:00:03.000\n0:00:01.000: 0:00:01.000 --> 0:00:02.000\n    Hello\n    there\n"
       "-0:00:00.005: nothing is shown\n";
@@ -127,18 +97,18 @@ TEST_F(KssubTest, odd_forms_are_noted_in_one_line_before_the_answers) {
       {"full.srt", tooManyLines.substr(1) + "x", ""},
   };
   for (const auto& [name, content, note] : cases) {
-    write(name, content);
+    directory.write(name, content);
     const std::string line = "kssub: " + name + ": note: " + note + ".*\n";
     expectRun("at " + name + " 0", "duration: .*\n0:00:00.000: [^]*", note.empty() ? "" : line, 0);
   }
-  write("long.srt", tooManyLines);
+  directory.write("long.srt", tooManyLines);
   expectRun("list long.srt", "", "kssub: long.srt: cannot open: .* 20000 lines\n", 1);
 }
 
 TEST_F(KssubTest, failures_are_told_apart_by_exit_status) {
-  write("plain.txt", kPlain);
-  write("empty.srt", "");
-  std::filesystem::create_directory(directory / "dir.srt");
+  directory.write("plain.txt", kPlain);
+  directory.write("empty.srt", "");
+  std::filesystem::create_directory(directory.path("dir.srt"));
   const std::string cannotOpen = "kssub: .*: cannot open: ";
   expectRun("at missing.srt 0", "", cannotOpen + "No such file or directory\n", 1);
   expectRun("list plain.txt", "", cannotOpen + "the extension is none .*\n", 1);
@@ -166,7 +136,7 @@ TEST_F(KssubTest, failures_are_told_apart_by_exit_status) {
 }
 
 TEST_F(KssubTest, play_restores_the_terminal_when_interrupted) {
-  const std::string file = (directory / "plain.srt").string();
+  const std::string file = directory.path("plain.srt");
   int terminal = -1;
   const pid_t child = forkpty(&terminal, nullptr, nullptr, nullptr);
   if (child == 0) {

@@ -1,11 +1,8 @@
 // Subpictures: the decoder on a unit written by hand, and the command that writes them as PNG
 // files.
 #include <png.h>
-#include <sys/wait.h>
 
 #include <algorithm>
-#include <cstdio>
-#include <iterator>
 #include <regex>
 
 #include "support.h"
@@ -102,12 +99,8 @@ TEST(Subpicture, broken_units_are_refused_within_their_bounds) {
 }
 
 /// The only pack of a unit.
-std::string pack(const Bytes& unit) {
-  Bytes bytes = {0, 0, 1,    0xBA, 0,    0,    0,    0, 0,    0, 0, 0, 0, 0,   0,
-                 0, 1, 0xBD, 7,    0xEC, 0x81, 0x80, 5, 0x21, 0, 1, 0, 1, 0x20};
-  bytes.insert(bytes.end(), unit.begin(), unit.end());
-  bytes.resize(2048, 0xFF);
-  return {bytes.begin(), bytes.end()};
+std::string packOf(const Bytes& unit) {
+  return pack(5, ' ', std::string(unit.begin(), unit.end()));
 }
 
 class PictureTest : public testing::Test {
@@ -116,13 +109,10 @@ class PictureTest : public testing::Test {
   void expectRun(const std::string& arguments, const char* output, int status,
                  const std::string& limit = "ulimit -Sn 20") const {
     SCOPED_TRACE(arguments);
-    const std::string command = "cd " + directory.path("") + "; " + limit + "; timeout 60 " +
-                                KSSUB_PATH " picture " + arguments + " 2>&1";
-    std::FILE* pipe = popen(command.c_str(), "r");
-    std::string printed;
-    for (int c = std::fgetc(pipe); c != EOF; c = std::fgetc(pipe)) printed += static_cast<char>(c);
-    EXPECT_EQ(WEXITSTATUS(pclose(pipe)), status);
-    EXPECT_TRUE(std::regex_search(printed, std::regex(output))) << printed << "has no " << output;
+    const Outcome run("cd " + directory.path("") + "; " + limit +
+                      "; timeout 60 " KSSUB_PATH " picture " + arguments + " 2>&1");
+    EXPECT_EQ(run.status, status);
+    EXPECT_TRUE(std::regex_search(run.out, std::regex(output))) << run.out << "has no " << output;
   }
   Rgba readPixel(const char* name, int x, int y) const {
     png_image png{};
@@ -132,9 +122,6 @@ class PictureTest : public testing::Test {
     Bytes rgba(std::max<std::size_t>(PNG_IMAGE_SIZE(png), 3600));
     png_image_finish_read(&png, nullptr, rgba.data(), 0, nullptr);
     return pixelAt(rgba, 300, x, y);
-  }
-  auto fileCount(const char* name) const {
-    return std::distance(std::filesystem::directory_iterator(directory.path(name)), {});
   }
 
   TempDir directory;
@@ -147,8 +134,8 @@ std::string entry(const std::string& time, const std::string& position) {
 }
 
 TEST_F(PictureTest, pictures_become_png_files) {
-  directory.write("a.sub", pack(changed(kColors, 0x53)) + pack(kUnit) + pack(changed(3, 54)) +
-                               pack(changed(0, 0x80)));
+  directory.write("a.sub", packOf(changed(kColors, 0x53)) + packOf(kUnit) + packOf(changed(3, 54)) +
+                               packOf(changed(0, 0x80)));
   directory.write("a.idx", kPalette + entry("00:00:00:000", "800") + entry("00:00:00:300", "0") +
                                entry("01:00:00:000", "1000") + entry("01:00:01:000", "1800") +
                                entry("01:00:02:000", "1801"));
@@ -161,12 +148,12 @@ TEST_F(PictureTest, pictures_become_png_files) {
   expectRun("a.idx 500000 none.png", "a.idx: no picture is shown near 0:08:20.000", 1);
   expectRun("a.idx 0 .", ".: cannot write: not a regular file", 1);
   expectRun("a.idx 0 none.png", "cannot write: File too large", 1, "trap '' XFSZ; ulimit -f 0");
-  EXPECT_EQ(fileCount(""), 3);
+  EXPECT_EQ(countFiles(directory.path("")), 3);
 
   expectRun("a.idx --all new/all",
             "1:00:01.000 .* ends inside it\n[^]*1:00:02.000 .* at byte 6145 [^]*3 of 5 pictures",
             1);
-  EXPECT_EQ(fileCount("new/all"), 2);
+  EXPECT_EQ(countFiles(directory.path("new/all")), 2);
   EXPECT_EQ(readPixel("new/all/0001_00-00-00.000.png", 18, 2), (Rgba{0x44, 0x44, 0x44, 0xFF}));
   EXPECT_EQ(readPixel("new/all/0002_00-00-00.300.png", 18, 2), (Rgba{0x55, 0x55, 0x55, 0xFF}));
 
@@ -174,12 +161,12 @@ TEST_F(PictureTest, pictures_become_png_files) {
   for (int i = 0; i < 30; ++i) many += entry("00:00:01:000", "0");
   directory.write("a.idx", many);
   expectRun("a.idx --all many", "0030_00-00-01.000.png: ", 0);
-  EXPECT_EQ(fileCount("many"), 30);
+  EXPECT_EQ(countFiles(directory.path("many")), 30);
 }
 
 TEST_F(PictureTest, unfit_indexes_and_arguments_are_refused) {
   const std::string good = entry("00:00:01:000", "0");
-  for (const char* name : {"a.sub", "a.srt"}) directory.write(name, pack(kUnit));
+  for (const char* name : {"a.sub", "a.srt"}) directory.write(name, packOf(kUnit));
   const struct {
     std::string name, content;
     const char* reason;

@@ -8,15 +8,6 @@
 
 namespace {
 
-/// "key start-end text" of every cue, separated by "; ".
-std::string joined(const auto& cues) {
-  std::string all;
-  for (const auto& [key, cue] : cues) {
-    all += (all.empty() ? "" : "; ") + std::to_string(key) + " " + describe(cue);
-  }
-  return all;
-}
-
 template <typename Char>
 class Srt : public testing::Test {};
 
@@ -101,7 +92,9 @@ TYPED_TEST(Srt, conversion_matchesItsNaiveForm) {
     parser.lines = lines;
     parser.ConvertBufToSrtMap();
     const NaiveSrt<TypeParam> naive(lines);
-    EXPECT_EQ(joined(parser.sessions), joined(naive.cues)) << testing::PrintToString(lines);
+    const auto describeCue = [](const auto& cue) { return describe(cue); };
+    EXPECT_EQ(joined(parser.sessions, describeCue), joined(naive.cues, describeCue))
+        << testing::PrintToString(lines);
   };
   const auto line = [](std::string_view bytes) {
     return ksBasicString<TypeParam>(wide<TypeParam>(bytes));

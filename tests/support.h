@@ -1,8 +1,11 @@
-// What the tests of both text widths share.
+// What the tests share.
 #pragma once
 
 #include <gtest/gtest.h>
+#include <sys/wait.h>
+#include <unistd.h>
 
+#include <cstdio>
 #include <filesystem>
 #include <fstream>
 #include <iterator>
@@ -89,9 +92,41 @@ class TempDir {
   std::filesystem::path path_;
 };
 
+/// The same, and the working directory while it exists.
+class WorkingDir : public TempDir {
+ public:
+  WorkingDir() { current_path(std::filesystem::path(path(""))); }
+  ~WorkingDir() { current_path(before_); }
+
+ private:
+  std::filesystem::path before_ = std::filesystem::current_path();
+};
+
+/// What a command of the shell prints, and its exit status.
+struct Outcome {
+  explicit Outcome(const std::string& command) {
+    const TempDir dir;
+    std::FILE* const pipe = popen(("{ " + command + "; } 2>" + dir.path("err")).c_str(), "r");
+    for (int c = std::fgetc(pipe); c != EOF; c = std::fgetc(pipe)) out += static_cast<char>(c);
+    status = WEXITSTATUS(pclose(pipe));
+    std::getline(std::ifstream(dir.path("err")), err, '\0');
+  }
+  std::string out, err;
+  int status;
+};
+
+inline std::ptrdiff_t countFiles(const std::string& directory) {
+  return std::distance(std::filesystem::directory_iterator(directory), {});
+}
+
 /// How many descriptors the process has in use.
-inline std::ptrdiff_t openDescriptors() {
-  return std::distance(std::filesystem::directory_iterator("/proc/self/fd"), {});
+inline std::ptrdiff_t openDescriptors() { return countFiles("/proc/self/fd"); }
+
+/// The descriptor that the next stream gets: the least one that is free.
+inline int nextDescriptor() {
+  const int next = dup(STDOUT_FILENO);
+  close(next);
+  return next;
 }
 
 /// "start-end text" of an answer or a SubRip cue; "nothing" for no answer.
@@ -99,6 +134,15 @@ template <typename Answer>
 std::string describe(const Answer& answer) {
   if (answer.start == -1 && answer.end == -1 && answer.text.isEmpty()) return "nothing";
   return std::to_string(answer.start) + "-" + std::to_string(answer.end) + " " + shown(answer.text);
+}
+
+/// "KEY: RECORD" of every record, separated by "; ".
+std::string joined(const auto& records, auto describeRecord) {
+  std::string all;
+  for (const auto& [key, record] : records) {
+    all += (all.empty() ? "" : "; ") + std::to_string(key) + ": " + describeRecord(record);
+  }
+  return all;
 }
 
 /// All texts of up to `longest` characters from `alphabet`.

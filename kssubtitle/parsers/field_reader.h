@@ -20,9 +20,7 @@ double scanFloat(const std::wstring& token);
 /// A decimal column; -1 if it is no number. Deliberate: hexadecimal ones ("&H...") never are.
 template <typename Char>
 int integerOf(std::basic_string_view<Char> token) {
-  const bool isHexadecimal =
-      token.size() >= 2 && token[0] == '&' && WidthRules<Char>::toLower(token[1]) == 'h';
-  return isHexadecimal ? -1 : scanDecimal(token).value_or(-1);
+  return scanDecimal(token).value_or(-1);
 }
 
 /// Takes columns off the front of a line without shifting it; trimming rewrites the line's

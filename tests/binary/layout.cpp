@@ -92,17 +92,13 @@ std::ptrdiff_t slotOf(Member member) {
   return offset / static_cast<std::ptrdiff_t>(sizeof(void*));
 }
 
-template <typename Parser>
-class Slots : public testing::Test {};
-using Parsers = testing::Types<IParser, ksSrtParser, ksSrtParserU, ksAssParser, ksAssParserU>;
-TYPED_TEST_SUITE(Slots, Parsers);
-
-TYPED_TEST(Slots, are_those_of_the_interface) {
-  EXPECT_EQ(slotOf(&TypeParam::Open), 2);  // behind the two forms of the destructor
-  EXPECT_EQ(slotOf(&TypeParam::IsOpen), 3);
-  EXPECT_EQ(slotOf(&TypeParam::DurationTime), 4);
-  EXPECT_EQ(slotOf(&TypeParam::GetSubTitle), 5);
-  EXPECT_EQ(slotOf(&TypeParam::GetSubTitleU), 6);
+// The parsers override these members, and so keep the slots.
+TEST(Slots, are_those_of_the_interface) {
+  EXPECT_EQ(slotOf(&IParser::Open), 2);  // behind the two forms of the destructor
+  EXPECT_EQ(slotOf(&IParser::IsOpen), 3);
+  EXPECT_EQ(slotOf(&IParser::DurationTime), 4);
+  EXPECT_EQ(slotOf(&IParser::GetSubTitle), 5);
+  EXPECT_EQ(slotOf(&IParser::GetSubTitleU), 6);
 }
 
 }  // namespace

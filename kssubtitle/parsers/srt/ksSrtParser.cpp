@@ -6,11 +6,11 @@
 #include <string>
 #include <string_view>
 
+#include "kssubtitle/parsers/digit_form.h"
 #include "kssubtitle/parsers/reading/read_lines.h"
 #include "kssubtitle/parsers/record_times.h"
 #include "kssubtitle/parsers/session_access.h"
 #include "kssubtitle/strings/decimal.h"
-#include "kssubtitle/parsers/digit_form.h"
 #include "kssubtitle/strings/view.h"
 
 namespace {

@@ -101,10 +101,12 @@ std::uint32_t foldDigits(std::uint32_t v) noexcept {
 }
 
 /// Never returns. A loop with a volatile access is one that no optimiser may leave out.
+// GCOVR_EXCL_START: a process that gets here does not live to write its counters
 [[noreturn]] void repeatForEver() noexcept {
   volatile bool again = true;
   for (;;) again = !again;
 }
+// GCOVR_EXCL_STOP
 
 /// What stands behind `key` in `value`, or behind where it would stand if it began at -1.
 template <typename Char>
