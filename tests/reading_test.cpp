@@ -64,6 +64,30 @@ TEST(StreamReading, aReadErrorEndsTheLine) {
   std::fclose(srt.file);
 }
 
+// Two bytes in front of them make the pairs lie across the ends of blocks.
+TEST(WideReading, surrogatePairs_areJoinedAcrossBlocks) {
+  const TempDir dir;
+  std::string units(
+      "\xFF\xFE"
+      "a\0",
+      4);
+  std::wstring text = L"a";
+  for (int i = 0; i < 20000; ++i) {
+    units += std::string("\x3D\xD8\0\xDE", 4);
+    text += L'\U0001F600';
+  }
+  ksSrtParserU parser;
+  for (const char* const end : {"", "?"}) {
+    ASSERT_TRUE(parser.Open(dir.write("x", units + end).c_str()));
+    EXPECT_TRUE(parser.lines.at(0) == text);
+  }
+  // A lone surrogate in the last place of a block that is the last one.
+  units.assign("\xFF\xFE");
+  for (int i = 1; i < 32768; ++i) units += std::string("a\0", 2);
+  ASSERT_TRUE(parser.Open(dir.write("x", units + "\x3D\xD8").c_str()));
+  EXPECT_EQ(parser.lines.at(0).length(), 32768 + 128);  // whole pieces: the last one comes twice
+}
+
 TEST(WideReading, lettersOfThe8BitTextBehindTheMarkAreTheLocales) {
   const TempDir dir;
   ksSrtParserU parser;
