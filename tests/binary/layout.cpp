@@ -5,82 +5,60 @@
 
 #include "tests/support.h"
 
-// Members behind a virtual table: conditionally supported, and right with both compilers.
-#pragma GCC diagnostic ignored "-Winvalid-offsetof"
-
 namespace {
 
-// ---- Records ----
+using Offsets = std::vector<std::ptrdiff_t>;
 
-template <typename Cue>
-consteval bool isCue() {
-  return sizeof(Cue) == 56 && offsetof(Cue, start) == 0 && offsetof(Cue, end) == 8 &&
-         offsetof(Cue, text) == 16;
+/// Where the members stand, and behind them the size of the whole.
+template <typename Class, typename... Member>
+Offsets layout(Member Class::*... members) {
+  const Class object;
+  const auto at = [&object](const auto& member) {
+    return reinterpret_cast<const char*>(&member) - reinterpret_cast<const char*>(&object);
+  };
+  return {at(object.*members)..., sizeof(Class)};
 }
-static_assert(isCue<SUBTITLE_ST>() && isCue<SUBTITLE_ST_U>());
-static_assert(isCue<SRC_SESSION_ST>() && isCue<SRC_SESSION_ST_U>());
 
-template <typename Event>
-consteval bool isEvent() {
-  return sizeof(Event) == 184 && offsetof(Event, layer) == 0 && offsetof(Event, startTime) == 8 &&
-         offsetof(Event, endTime) == 16 && offsetof(Event, text) == 24 &&
-         offsetof(Event, style) == 64 && offsetof(Event, name) == 104 &&
-         offsetof(Event, effect) == 144;
+template <typename Char>
+class Layout : public testing::Test {};
+TYPED_TEST_SUITE(Layout, Widths);
+
+TYPED_TEST(Layout, isTheOneThatHostsAreCompiledAgainst) {
+  constexpr bool kNarrow = std::is_same_v<TypeParam, char>;
+  using Cue = std::conditional_t<kNarrow, SUBTITLE_ST, SUBTITLE_ST_U>;
+  using SrtCue = std::conditional_t<kNarrow, SRC_SESSION_ST, SRC_SESSION_ST_U>;
+  using Event = std::conditional_t<kNarrow, ASS_SESSION_ST, ASS_SESSION_ST_U>;
+  using Entry = std::conditional_t<kNarrow, SUB_SESSION_ST, SUB_SESSION_ST_U>;
+  using Srt = typename Width<TypeParam>::Srt;
+  using A = typename Width<TypeParam>::Ass;
+  using Idx = std::conditional_t<kNarrow, ksIdxParser, ksIdxParserU>;
+  EXPECT_EQ(layout(&Cue::start, &Cue::end, &Cue::text), Offsets({0, 8, 16, 56}));
+  EXPECT_EQ(layout(&SrtCue::start, &SrtCue::end, &SrtCue::text), Offsets({0, 8, 16, 56}));
+  EXPECT_EQ(layout(&Event::layer, &Event::startTime, &Event::endTime, &Event::text, &Event::style,
+                   &Event::name, &Event::effect),
+            Offsets({0, 8, 16, 24, 64, 104, 144, 184}));
+  EXPECT_EQ(layout(&Entry::startTime, &Entry::filePos), Offsets({0, 8, 16}));
+  EXPECT_EQ(layout(&Srt::file, &Srt::lines, &Srt::sessions, &Srt::opened),
+            Offsets({8, 16, 40, 120, 128}));
+  EXPECT_EQ(layout(&A::file, &A::lines, &A::sessions, &A::opened, &A::collisions, &A::playResX,
+                   &A::playResY, &A::marginLeft, &A::marginTop, &A::marginRight, &A::marginBottom,
+                   &A::colours, &A::alphas, &A::fontName, &A::charset, &A::alignment,
+                   &A::borderStyle, &A::fontSize, &A::fontScaleX, &A::fontScaleY, &A::fontSpacing,
+                   &A::fontAngle, &A::outlineWidth, &A::shadowDepth, &A::bold, &A::italic),
+            Offsets({8,   16,  40,  120, 128, 168, 172, 176, 180, 184, 188, 192, 224, 232,
+                     272, 276, 280, 288, 296, 304, 312, 320, 328, 336, 344, 345, 352}));
+  EXPECT_EQ(layout(&Idx::file, &Idx::lines, &Idx::sessions, &Idx::opened, &Idx::subFilePath,
+                   &Idx::useCustomColors, &Idx::trIdx, &Idx::palette, &Idx::customColors,
+                   &Idx::spare1, &Idx::spare2),
+            Offsets({8, 16, 40, 88, 96, 136, 140, 144, 208, 224, 264, 304}));
 }
-static_assert(isEvent<ASS_SESSION_ST>() && isEvent<ASS_SESSION_ST_U>());
 
-template <typename Entry>
-consteval bool isEntry() {
-  return sizeof(Entry) == 16 && offsetof(Entry, startTime) == 0 && offsetof(Entry, filePos) == 8;
-}
-static_assert(isEntry<SUB_SESSION_ST>() && isEntry<SUB_SESSION_ST_U>());
-
-// ---- Classes ----
-
-template <typename Class>
-consteval bool hasSize(std::size_t size) {
-  return sizeof(Class) == size && std::has_virtual_destructor_v<Class>;
-}
-static_assert(hasSize<ksString>(40) && hasSize<ksWString>(40));
-static_assert(hasSize<IParser>(8) && hasSize<ksSubtitleManager>(104));
-static_assert(hasSize<ksSrtParser>(128) && hasSize<ksSrtParserU>(128));
-static_assert(hasSize<ksAssParser>(352) && hasSize<ksAssParserU>(352));
-static_assert(hasSize<ksIdxParser>(304) && hasSize<ksIdxParserU>(304));
-
-template <typename Parser>
-consteval bool beginsWithLinesAndSessions() {
-  return offsetof(Parser, file) == 8 && offsetof(Parser, lines) == 16 &&
-         offsetof(Parser, sessions) == 40;
-}
-static_assert(beginsWithLinesAndSessions<ksSrtParser>() && offsetof(ksSrtParser, opened) == 120);
-static_assert(beginsWithLinesAndSessions<ksSrtParserU>() && offsetof(ksSrtParserU, opened) == 120);
-
-template <typename Ass>
-consteval bool isAssParser() {
-  return beginsWithLinesAndSessions<Ass>() && offsetof(Ass, opened) == 120 &&
-         offsetof(Ass, collisions) == 128 && offsetof(Ass, playResX) == 168 &&
-         offsetof(Ass, playResY) == 172 && offsetof(Ass, marginLeft) == 176 &&
-         offsetof(Ass, marginTop) == 180 && offsetof(Ass, marginRight) == 184 &&
-         offsetof(Ass, marginBottom) == 188 && offsetof(Ass, colours) == 192 &&
-         offsetof(Ass, alphas) == 224 && offsetof(Ass, fontName) == 232 &&
-         offsetof(Ass, charset) == 272 && offsetof(Ass, alignment) == 276 &&
-         offsetof(Ass, borderStyle) == 280 && offsetof(Ass, fontSize) == 288 &&
-         offsetof(Ass, fontScaleX) == 296 && offsetof(Ass, fontScaleY) == 304 &&
-         offsetof(Ass, fontSpacing) == 312 && offsetof(Ass, fontAngle) == 320 &&
-         offsetof(Ass, outlineWidth) == 328 && offsetof(Ass, shadowDepth) == 336 &&
-         offsetof(Ass, bold) == 344 && offsetof(Ass, italic) == 345;
-}
-static_assert(isAssParser<ksAssParser>() && isAssParser<ksAssParserU>());
-
-template <typename Idx>
-consteval bool isIdxParser() {
-  return beginsWithLinesAndSessions<Idx>() && offsetof(Idx, opened) == 88 &&
-         offsetof(Idx, subFilePath) == 96 && offsetof(Idx, useCustomColors) == 136 &&
-         offsetof(Idx, trIdx) == 140 && offsetof(Idx, palette) == 144 &&
-         offsetof(Idx, customColors) == 208 && offsetof(Idx, spare1) == 224 &&
-         offsetof(Idx, spare2) == 264;
-}
-static_assert(isIdxParser<ksIdxParser>() && isIdxParser<ksIdxParserU>());
+template <typename... Class>
+constexpr bool kDestroyedThroughBases = (std::has_virtual_destructor_v<Class> && ...);
+static_assert(kDestroyedThroughBases<ksString, ksWString, IParser, ksIdxParser, ksIdxParserU,
+                                     ksSubtitleManager>);
+static_assert(sizeof(ksString) == 40 && sizeof(ksWString) == 40 && sizeof(IParser) == 8 &&
+              sizeof(ksSubtitleManager) == 104);
 
 // ---- Virtual tables; how many slots they have stands with the exported symbols ----
 
