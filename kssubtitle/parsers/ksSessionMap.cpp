@@ -122,18 +122,15 @@ const Record* ksSessionMap<Record>::scan(long long t) const noexcept {
 
 template <typename Record>
 void ksSessionMap<Record>::buildTable() const {
-  isBuilt_ = false;
   table_.clear();
   table_.reserve(map_.size());
-  if (buildTableInOneWalk()) {
-    isBuilt_ = true;
-    return;
+  if (!buildTableInOneWalk()) {
+    table_.clear();
+    sweep(candidatesOf(map_), [this](long long begin, const Record* record) {
+      if (table_.empty() || table_.back().record != record) table_.push_back({begin, record});
+    });
   }
-  table_.clear();
-  sweep(candidatesOf(map_), [this](long long begin, const Record* record) {
-    if (table_.empty() || table_.back().record != record) table_.push_back({begin, record});
-  });
-  isBuilt_ = true;
+  isBuilt_ = true;  // last: what is above may throw half way
 }
 
 /// The usual case: no record begins before another one with a lesser key has ended. False if one

@@ -21,7 +21,7 @@ struct SessionAccess {
   /// Builds the table that covering() searches, so that no query has to.
   template <typename Record>
   static void buildTable(const ksSessionMap<Record>& sessions) {
-    if (!sessions.isShared_) sessions.buildTable();
+    if (!sessions.isShared_ && !sessions.isBuilt_) sessions.buildTable();
   }
 };
 

@@ -3,6 +3,6 @@
 
 namespace kssubtitle::internal {
 
-enum class FormatLevel { kUnknown = 3, kSsaV4 = 4, kAssV4Plus = 5 };
+enum class FormatLevel { kUnknown, kSsaV4, kAssV4Plus };
 
 }  // namespace kssubtitle::internal

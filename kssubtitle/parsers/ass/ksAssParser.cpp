@@ -87,11 +87,11 @@ class AssConverter {
  private:
   using String = std::basic_string<Char>;
 
+  /// Blank lines and comments need no care: their keys are none.
   void convertLine(const ksBasicString<Char>& stored) {
     line_.assign(stored.getData(), static_cast<std::size_t>(stored.length()));
     FieldReader<Char> reader(line_);
     reader.trimBothSides();
-    if (reader.rest().empty() || reader.rest().front() == ';') return;
     const Key key = keyOf(reader.text(Char{':'}));
     convertValue(key, reader);
   }
