@@ -123,10 +123,7 @@ class RowReader {
  public:
   std::vector<Row> read() {
     std::ifstream file(BEHAVIOUR_TABLES);
-    bool more = true;
-    while (more) {
-      std::string text;
-      more = static_cast<bool>(std::getline(file, text));
+    for (std::string text; std::getline(file, text);) {
       ++line_;
       try {
         readLine(text);
@@ -144,15 +141,9 @@ class RowReader {
     if (std::smatch name; std::regex_match(text, name, definition)) {
       names_[name[1]] = expanded(name[2]);
     }
-    if (text == "| Behaviour | Given | Ask | Answer | Wide |" ||
-        text == "| --- | --- | --- | --- | --- |") {
-      awaitsRow_ = true;
-    } else if (text.find('|') != text.npos) {
-      addRow(split(expanded(text), "|"));
-      awaitsRow_ = false;
-    } else if (awaitsRow_) {
-      throw Mistake("a table without rows");
-    }
+    const bool isHead = text == "| Behaviour | Given | Ask | Answer | Wide |" ||
+                        text == "| --- | --- | --- | --- | --- |";
+    if (!isHead && text.find('|') != text.npos) addRow(split(expanded(text), "|"));
   }
 
   /// `text` with the names that are defined so far written out.
@@ -171,22 +162,17 @@ class RowReader {
     if (cells[1].find_first_not_of(' ') == std::string::npos) throw Mistake("nothing said");
     Row row{line_, subject_, {}, itemsOf(cells[3]), {valuesOf(cells[4]), valuesOf(cells[5])}};
     if (row.answers[1].empty()) row.answers[1] = row.answers[0];
-    bool then = false;
+    std::string before;
     for (const std::string& item : itemsOf(cells[2])) {
-      if (item == "then") {
-        then = true;
-      } else {
-        if (!then) row.givens.emplace_back();
-        row.givens.back().push_back(valueOf(item));
-        then = false;
-      }
+      if (item != "then" && before != "then") row.givens.emplace_back();
+      if (item != "then") row.givens.at(row.givens.size() - 1).push_back(valueOf(item));
+      before = item;
     }
     if (row.givens.empty()) row.givens.emplace_back();
     rows_.push_back(row);
   }
 
   int line_ = 0;
-  bool awaitsRow_ = false;
   std::string subject_;
   std::map<std::string, std::string> names_;
   std::vector<Row> rows_;

@@ -261,8 +261,14 @@ class File {
     return {
         {"GetFloat", [&] { return spaced(parser_.GetFloat(text_, call.text(1)[0])); }},
         {"FindChar",
-         [&] { return str(findChar(call.text(1)[0], static_cast<int>(call.number(2)))); }},
-        {"RemoveSSATags", [&] { return str(withoutTags(wide<Char>(call.text(1)))); }},
+         [&] {
+           return str(Width<Char>::findChar(parser_, text_, call.text(1)[0],
+                                            static_cast<int>(call.number(2))));
+         }},
+        {"RemoveSSATags",
+         [&] { return str(Width<Char>::removeTags(parser_, wide<Char>(call.text(1)))); }},
+        {"addLine", [&] { return parser_.lines.emplace_back(wide<Char>(call.text(1))), ""; }},
+        {"convertAgain", [this] { return str(parser_.ConvertBufToAssMap()); }},
         {"script",
          [this] { return spaced(parser_.playResX, parser_.playResY, str(parser_.collisions)); }},
         {"style", [this] { return style(); }},
@@ -331,22 +337,6 @@ class File {
                   parser_.borderStyle, parser_.outlineWidth, parser_.shadowDepth, parser_.alignment,
                   parser_.marginLeft, parser_.marginRight, parser_.marginTop, parser_.marginBottom,
                   parser_.charset);
-  }
-
-  int findChar(char c, int start) {
-    if constexpr (kIsNarrow) {
-      return parser_.FindChar(text_, c, start, 0);
-    } else {
-      return parser_.FindChar(text_, c, start);
-    }
-  }
-
-  Text withoutTags(const Text& text) {
-    if constexpr (kIsNarrow) {
-      return parser_.RemoveSSATags(text, 0);
-    } else {
-      return parser_.RemoveSSATags(text);
-    }
   }
 
   std::string packet(auto time) {

@@ -67,10 +67,7 @@ TEST(StreamReading, aReadErrorEndsTheLine) {
 // Two bytes in front of them make the pairs lie across the ends of blocks.
 TEST(WideReading, surrogatePairs_areJoinedAcrossBlocks) {
   const TempDir dir;
-  std::string units(
-      "\xFF\xFE"
-      "a\0",
-      4);
+  std::string units = Width<wchar_t>::encode("a");
   std::wstring text = L"a";
   for (int i = 0; i < 20000; ++i) {
     units += std::string("\x3D\xD8\0\xDE", 4);
@@ -82,8 +79,7 @@ TEST(WideReading, surrogatePairs_areJoinedAcrossBlocks) {
     EXPECT_TRUE(parser.lines.at(0) == text);
   }
   // A lone surrogate in the last place of a block that is the last one.
-  units.assign("\xFF\xFE");
-  for (int i = 1; i < 32768; ++i) units += std::string("a\0", 2);
+  units = Width<wchar_t>::encode(std::string(32767, 'a'));
   ASSERT_TRUE(parser.Open(dir.write("x", units + "\x3D\xD8").c_str()));
   EXPECT_EQ(parser.lines.at(0).length(), 32768 + 128);  // whole pieces: the last one comes twice
 }
@@ -94,9 +90,6 @@ TEST(WideReading, lettersOfThe8BitTextBehindTheMarkAreTheLocales) {
   ASSERT_TRUE(parser.Open(dir.write("x", "\xFF\xFEn\xC3\xA9\n").c_str()));
   const bool utf8 = MB_CUR_MAX > 1;
   EXPECT_TRUE(!utf8 || parser.lines.at(0) == L"n\xE9");
-  const std::string longLine(300, 'x');
-  ASSERT_TRUE(parser.Open(dir.write("x", "\xFF\xFE" + longLine + "\n").c_str()));
-  EXPECT_EQ(narrow(parser.lines.at(0)), longLine);
 }
 
 }  // namespace

@@ -53,6 +53,10 @@ struct Width<char> {
   using Ass = ksAssParser;
   static auto ask(auto& host, long long t) { return host.GetSubTitle(t); }
   static auto askOther(auto& host, long long t) { return host.GetSubTitleU(t); }
+  static auto findChar(Ass& ass, const ksString& s, char c, int start) {
+    return ass.FindChar(s, c, start, 0);
+  }
+  static auto removeTags(Ass& ass, const ksString& s) { return ass.RemoveSSATags(s, 0); }
   static std::string encode(std::string_view bytes) { return std::string(bytes); }
 };
 
@@ -62,6 +66,10 @@ struct Width<wchar_t> {
   using Ass = ksAssParserU;
   static auto ask(auto& host, long long t) { return host.GetSubTitleU(t); }
   static auto askOther(auto& host, long long t) { return host.GetSubTitle(t); }
+  static auto findChar(Ass& ass, const ksWString& s, char c, int start) {
+    return ass.FindChar(s, c, start);
+  }
+  static auto removeTags(Ass& ass, const ksWString& s) { return ass.RemoveSSATags(s); }
   /// UTF-16LE behind its mark.
   static std::string encode(std::string_view bytes) {
     std::string result = "\xFF\xFE";
