@@ -115,7 +115,7 @@ def main():
 
     with STATE.open("a") as state:
         work_off(survivors(), PlainBuild, options.jobs, results, state)
-        work_off(survivors(), SanitizedBuild, 1, results, state)
+        work_off(survivors(), SanitizedBuild, options.jobs, results, state)
     percentage = report(chosen, results)
     for name in sorted(unknown):
         print(f"{ACCEPTED.relative_to(ROOT)}: no such change: {name}")
