@@ -47,7 +47,13 @@ TEST(SessionMap, covering_matchesAWalkOverRandomRecords) {
     }
     const Sessions sessions = filled;  // a copy that nobody else refers to has its table
     expectEqualAnswers(sessions);
-    round % 2 == 0 ? assigned = sessions : assigned = Sessions(sessions);
+    assigned = sessions;
+    expectEqualAnswers(assigned);
+    Sessions moved = std::move(assigned);
+    expectEqualAnswers(assigned);
+    expectEqualAnswers(moved);
+    assigned = std::move(moved);
+    expectEqualAnswers(moved);
     expectEqualAnswers(assigned);
     ASSERT_NO_FATAL_FAILURE(expectEqualAnswers(filled));
   }
