@@ -14,6 +14,10 @@ from pathlib import Path
 
 ROOT = Path(__file__).resolve().parents[2]
 OBJECTS = "kssubtitle/CMakeFiles/kssubtitle_objects.dir/"
+DEFAULTED = [  # the classes whose constructors the compiler makes from the headers
+    "SUBTITLE_ST", "SUBTITLE_ST_U", "SRC_SESSION_ST", "SRC_SESSION_ST_U", "ASS_SESSION_ST",
+    "ASS_SESSION_ST_U", "SUB_SESSION_ST", "SUB_SESSION_ST_U", "ksSrtParser", "ksSrtParserU",
+    "ksAssParser", "ksAssParserU", "ksIdxParser", "ksIdxParserU"]
 
 
 def run(command, directory):
@@ -151,8 +155,9 @@ class Build:
 
 class PlainBuild(Build):
     """Optimises the library's objects beside the build's own and links the tests, which are not
-    compiled again, with them. The library's objects stand first: the linker takes the functions
-    that a header defines from them."""
+    compiled again, with them. The library's objects stand first, and in front of them an object
+    with the constructors that are inlined elsewhere: the linker takes the functions that a header
+    defines from them."""
 
     name = "plain"
 
@@ -168,7 +173,9 @@ class PlainBuild(Build):
                 target.parent.mkdir(parents=True, exist_ok=True)
                 command = re.sub(r" -o \S+", f" -O2 -o {target}", entry["command"])
                 self.compilations[source] = command, target
-                must(command, self.directory)
+        constructors = self.add_constructors(command, source, target)
+        for command, _ in self.compilations.values():
+            must(command, self.directory)
         self.originals = {o: o.read_bytes() for _, o in self.compilations.values()}
         self.dependants = self.read_dependencies()
         self.links = {}
@@ -176,9 +183,20 @@ class PlainBuild(Build):
             if OBJECTS in command and " -c " not in command:
                 target = self.directory / re.search(r" -o (\S+)", command)[1]
                 self.links[str(target)] = command.replace(OBJECTS, f"{self.objects}/").replace(
-                    "/c++ ", "/c++ -fuse-ld=gold ")
+                    "/c++ ", f"/c++ -fuse-ld=gold {constructors} ")
         self.linked = set()
         self.measure()
+
+    def add_constructors(self, command, source, target):
+        """Adds a source that calls every defaulted constructor, compiled like `source`; returns
+        its object."""
+        extra, extra_object = self.objects / "constructors.cpp", self.objects / "constructors.o"
+        extra.write_text("#include <kssubtitle/kssubtitle.h>\n" + "".join(
+            f"void use{name}() {{ {name} object; }}\n" for name in DEFAULTED))
+        command = command.replace(" -O2 ", " -O0 ").replace(str(source), str(extra)).replace(
+            str(target), str(extra_object))
+        self.compilations[extra] = command, extra_object
+        return extra_object
 
     def read_dependencies(self):
         """Which of the library's sources each file goes into."""
@@ -190,6 +208,9 @@ class PlainBuild(Build):
             elif line and not line.startswith(" "):
                 object_name = re.match(re.escape(OBJECTS) + r"(\S+)\.o:", line)
                 source = self.tree / "kssubtitle" / object_name[1] if object_name else None
+        for path, sources in dependants.items():
+            if path.suffix == ".h":
+                sources.append(self.objects / "constructors.cpp")
         return dependants
 
     def prepare(self, test):
