@@ -1,4 +1,6 @@
 // How files become lines.
+#include <fcntl.h>
+
 #include <cstdio>
 #include <cstdlib>
 
@@ -51,17 +53,31 @@ TYPED_TEST(Reading, failures_leaveAnEmptyParserThatStaysOpen) {
   }
 }
 
+// A pipe without more data gives the error.
 TEST(StreamReading, aReadErrorEndsTheLine) {
+  int ends[2];
+  ASSERT_EQ(pipe2(ends, O_NONBLOCK), 0);
+  const std::string piece(128, 'a');
+  const auto writePiece = [&] { return write(ends[1], piece.data(), piece.size()); };
   ksSrtParser srt;
   ksAssParser ass;
-  srt.file = ass.file = std::fopen("/", "rb");
+  srt.file = ass.file = fdopen(ends[0], "rb");
   ksString line;
+  EXPECT_EQ(writePiece(), 128);
+  EXPECT_TRUE(srt.ReadString(line) && !std::ferror(srt.file));
+  EXPECT_EQ(narrow(line), piece);
+  line.erase();
   EXPECT_FALSE(srt.ReadString(line) || ass.ReadString(line) || std::ferror(srt.file));
   EXPECT_TRUE(line.isEmpty());
   BlockPieces<ByteInput> bytes(srt.file);
+  EXPECT_EQ(writePiece(), 128);
+  EXPECT_TRUE(bytes.next());
+  EXPECT_FALSE(bytes.next() || bytes.atEnd() || std::ferror(srt.file));
+  EXPECT_TRUE(bytes.piece().empty());
   BlockPieces<Utf16Input> units(srt.file);
-  EXPECT_FALSE(bytes.next() || bytes.atEnd() || units.next() || units.atEnd());
-  std::fclose(srt.file);
+  EXPECT_EQ(writePiece(), 128);
+  EXPECT_FALSE(units.next() || units.atEnd());
+  EXPECT_TRUE(std::fclose(srt.file) == 0 && close(ends[1]) == 0);
 }
 
 // Two bytes in front of them make the pairs lie across the ends of blocks.
