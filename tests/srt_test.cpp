@@ -99,7 +99,7 @@ TYPED_TEST(Srt, conversion_matchesItsNaiveForm) {
   const auto line = [](std::string_view bytes) {
     return ksBasicString<TypeParam>(wide<TypeParam>(bytes));
   };
-  const std::string_view lines[] = {"a", "7", "1:2:3,4 --> 5:6:7,8", "    b ", "-->"};
+  const std::string_view lines[] = {"a", "7", "1-->5:6:7,8", "    b ", "-->"};
   for (const std::string& choice : allTexts("01234", 5)) {
     std::vector<ksBasicString<TypeParam>> chosen;
     for (const char c : choice) chosen.push_back(line(lines[c - '0']));
