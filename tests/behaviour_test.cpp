@@ -244,6 +244,7 @@ class File {
         {"sessions",
          [this] { return joined(parser_.sessions, [](const auto& r) { return recordOf(r); }); }},
         {"count", [this] { return str(parser_.sessions.size()); }},
+        {"newRecord", [this] { return recordOf(parser_.sessions[0]); }},
         {"streams", [this] { return str(openDescriptors() - openBefore_); }},
     };
   }
