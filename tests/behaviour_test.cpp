@@ -173,8 +173,7 @@ std::string conversionOf(const Text& line) {
     ualarm(300000, 0);
     Parser parser;
     parser.lines.emplace_back(line);
-    parser.ConvertBufToIdxMap();
-    _exit(0);
+    _exit(parser.ConvertBufToIdxMap() ? 0 : 1);
   }
   int status = 0;
   waitpid(child, &status, 0);
