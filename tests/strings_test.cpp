@@ -1,4 +1,6 @@
 // The text class in both widths.
+#include <utility>
+
 #include "fuzz/strings_model.h"
 #include "support.h"
 
@@ -43,6 +45,12 @@ TYPED_TEST(Strings, assembly_takesPartsOfTheTextItself) {
   EXPECT_EQ(length, 7);
   text = text.getData() + 1;
   EXPECT_EQ(narrow(text), "ew");
+  text.setchar(2, '!');
+  auto moved = std::move(text);
+  EXPECT_TRUE(moved == moved.getData());
+  moved.setchar(2, '!');
+  text = std::move(moved);
+  EXPECT_TRUE(text == text.getData());
   text.erase();
   EXPECT_TRUE(text.isEmpty());
 }
