@@ -248,10 +248,10 @@ TEST_F(HardUse, filesThatChangeBetweenTwoOpens_areReadAsTheyAre) {
   const std::string utf16 = Width<wchar_t>::encode(kSrt);
   const std::string ofLocale = "\xFF\xFE"s + kSrt;
   // A file, and before which open it changes.
-  const std::pair<std::string, std::size_t> changes[] = {
+  const std::pair<std::string, std::size_t> originals[] = {
       {kSrt, 1}, {utf16, 1}, {ofLocale, 1}, {ofLocale, 2}};
   for (const auto& [name, change, atSecondOpen, atThirdOpen, streamsLeft] : cases) {
-    for (const auto& [content, open] : changes) {
+    for (const auto& [content, open] : originals) {
       SCOPED_TRACE(name + " before open "s + std::to_string(open) + content);
       std::filesystem::remove(path);
       dir.write("file.srt", content);

@@ -1,6 +1,7 @@
 // How files become lines.
 #include <fcntl.h>
 
+#include <cmath>
 #include <cstdio>
 #include <cstdlib>
 
@@ -34,10 +35,13 @@ TYPED_TEST(Reading, blocks_areJoinedSeamlessly) {
   const auto line = [](std::size_t n) { return std::string(n, static_cast<char>('a' + n % 26)); };
   std::string content;
   for (std::size_t n = 1; n <= kLongest; ++n) content += line(n) + '\n';
-  typename TestFixture::Srt parser;
-  EXPECT_TRUE(this->open(parser, content));
-  ASSERT_EQ(parser.lines.size(), kLongest);
-  for (std::size_t n = 1; n <= kLongest; ++n) EXPECT_EQ(narrow(parser.lines[n - 1]), line(n));
+  const auto expectLines = [&](auto parser) {
+    EXPECT_TRUE(this->open(parser, content));
+    ASSERT_EQ(parser.lines.size(), kLongest);
+    for (std::size_t n = 1; n <= kLongest; ++n) EXPECT_EQ(narrow(parser.lines[n - 1]), line(n));
+  };
+  expectLines(typename TestFixture::Srt());
+  expectLines(typename TestFixture::Ass());
 }
 
 TYPED_TEST(Reading, failures_leaveAnEmptyParserThatStaysOpen) {
@@ -80,11 +84,11 @@ TEST(StreamReading, aReadErrorEndsTheLine) {
   EXPECT_TRUE(std::fclose(srt.file) == 0 && close(ends[1]) == 0);
 }
 
-// Some pairs lie across the ends of blocks, and some letters behind them.
+// Every block ends between the two units of a pair, behind a letter.
 TEST(WideReading, surrogatePairs_areJoinedAcrossBlocks) {
   const TempDir dir;
-  std::string units = Width<wchar_t>::encode("a");
-  std::wstring text = L"a";
+  std::string units = Width<wchar_t>::encode("");
+  std::wstring text;
   for (int i = 0; i < 20000; ++i) {
     units += std::string("\x3D\xD8\0\xDE\x62\0", 6);
     text += L"\U0001F600b";
@@ -106,6 +110,8 @@ TEST(WideReading, lettersOfThe8BitTextBehindTheMarkAreTheLocales) {
   ASSERT_TRUE(parser.Open(dir.write("x", "\xFF\xFEn\xC3\xA9\n").c_str()));
   const bool utf8 = MB_CUR_MAX > 1;
   EXPECT_TRUE(!utf8 || parser.lines.at(0) == L"n\xE9");
+  ksWString infinity = L"\u0130NF";  // a capital I that has a small i
+  EXPECT_EQ(std::isinf(ksAssParserU().GetFloat(infinity, ',')), utf8);
 }
 
 }  // namespace

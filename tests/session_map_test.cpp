@@ -70,7 +70,7 @@ TEST(SessionMap, changesThroughKeptReferences_areSeen) {
   kept.start = 5;
   expectEqualAnswers(moved);
   sessions = moved;
-  EXPECT_EQ(sessions.covering(5)->end, 30);
+  expectEqualAnswers(sessions);
   sessions = std::move(moved);
   EXPECT_TRUE(moved.empty());
   kept.start = 25;

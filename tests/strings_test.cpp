@@ -32,7 +32,7 @@ TYPED_TEST(Strings, operators_compareInWhole) {
   EXPECT_TRUE(abc == this->s("abc") && abc != this->s("abd"));
 }
 
-TYPED_TEST(Strings, assembly_takesPartsOfTheTextItself) {
+TYPED_TEST(Strings, assembly_takesPartsOfTheTextItselfAndNoStaleEnd) {
   auto text = this->s("a");
   EXPECT_EQ(narrow(text += this->s("b") + this->s("c") + text.getData()), "abca");
   text = this->s("ab");
