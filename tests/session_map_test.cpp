@@ -53,6 +53,7 @@ TEST(SessionMap, covering_matchesAWalkOverRandomRecords) {
     expectEqualAnswers(assigned);
     expectEqualAnswers(moved);
     assigned = std::move(moved);
+    EXPECT_EQ(assigned.size(), sessions.size());
     expectEqualAnswers(moved);
     expectEqualAnswers(assigned);
     ASSERT_NO_FATAL_FAILURE(expectEqualAnswers(filled));
@@ -73,6 +74,7 @@ TEST(SessionMap, changesThroughKeptReferences_areSeen) {
   expectEqualAnswers(sessions);
   sessions = std::move(moved);
   EXPECT_TRUE(moved.empty());
+  expectEqualAnswers(sessions);
   kept.start = 25;
   expectEqualAnswers(sessions);
   sessions.clear();
