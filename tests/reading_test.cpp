@@ -84,24 +84,31 @@ TEST(StreamReading, aReadErrorEndsTheLine) {
   EXPECT_TRUE(std::fclose(srt.file) == 0 && close(ends[1]) == 0);
 }
 
-// Every block ends between the two units of a pair, behind a letter.
+// With one letter behind each pair, every block ends between the two units of a pair.
 TEST(WideReading, surrogatePairs_areJoinedAcrossBlocks) {
   const TempDir dir;
-  std::string units = Width<wchar_t>::encode("");
-  std::wstring text;
-  for (int i = 0; i < 20000; ++i) {
-    units += std::string("\x3D\xD8\0\xDE\x62\0", 6);
-    text += L"\U0001F600b";
-  }
   ksSrtParserU parser;
-  for (const char* const end : {"", "?"}) {
-    ASSERT_TRUE(parser.Open(dir.write("x", units + end).c_str()));
-    EXPECT_TRUE(parser.lines.at(0) == text);
+  const auto lineOf = [&](const std::string& units) {
+    EXPECT_TRUE(parser.Open(dir.write("x", "\xFF\xFE" + units).c_str()));
+    return parser.lines.at(0);
+  };
+  const std::string pair("\x3D\xD8\0\xDE", 4);
+  for (const std::size_t letters : {1U, 1000U}) {
+    std::string units;
+    std::wstring text;
+    while (text.size() < 40000) {
+      units += pair + Width<wchar_t>::encode(std::string(letters, 'b')).substr(2);
+      text += L'\U0001F600' + std::wstring(letters, L'b');
+    }
+    for (const char* const end : {"", "?"}) EXPECT_TRUE(lineOf(units + end) == text);
   }
   // A lone surrogate in the last place of a block that is the last one.
-  units = Width<wchar_t>::encode(std::string(32767, 'a'));
-  ASSERT_TRUE(parser.Open(dir.write("x", units + "\x3D\xD8").c_str()));
-  EXPECT_EQ(parser.lines.at(0).length(), 32768 + 128);  // whole pieces: the last one comes twice
+  std::string units = Width<wchar_t>::encode(std::string(32767, 'a')).substr(2) + "\x3D\xD8";
+  EXPECT_EQ(lineOf(units).length(), 32768 + 128);  // whole pieces: the last one comes twice
+  // The block before leaves the other half of a pair behind this one.
+  units.clear();
+  while (units.size() < 32768) units += pair;
+  EXPECT_TRUE(lineOf(units + std::string("b\0b\0\x3D\xD8", 6)).Right(1) == L"\xFFFD");
 }
 
 TEST(WideReading, lettersOfThe8BitTextBehindTheMarkAreTheLocales) {
