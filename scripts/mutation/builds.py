@@ -262,5 +262,5 @@ class SanitizedBuild(Build):
 
     @staticmethod
     def worth(test, caught, tried):
-        """What a test takes is to compile it: without a difference, the first one goes first."""
+        """Compiling takes longest here, whatever the test: those that catch most go first."""
         return caught / tried
