@@ -8,8 +8,8 @@ namespace kssub {
 struct Image {
   int width = 0;
   int height = 0;
-  std::vector<unsigned char>
-      rgba;  ///< Rows from the top; red, green, blue and alpha of each pixel.
+  /// Rows from the top; red, green, blue and alpha of each pixel.
+  std::vector<unsigned char> rgba;
 };
 
 }  // namespace kssub

@@ -4,18 +4,11 @@
 #include <array>
 #include <cstdint>
 #include <optional>
-#include <span>
-#include <stdexcept>
 
 #include "tools/kssub/image.h"
+#include "tools/kssub/unit_reader.h"
 
 namespace kssub {
-
-/// Why a unit gives no picture.
-class BrokenUnit : public std::runtime_error {
- public:
-  using std::runtime_error::runtime_error;
-};
 
 /// The colours that units choose from, as 0xRRGGBB.
 struct Palette {
@@ -39,6 +32,6 @@ struct Subpicture {
 
 /// Decodes a whole unit, its two size bytes first. A unit that fades is taken where it is most
 /// opaque. Throws BrokenUnit.
-Subpicture decodeSubpicture(std::span<const unsigned char> unit, const Palette& palette);
+Subpicture decodeSubpicture(UnitBytes unit, const Palette& palette);
 
 }  // namespace kssub

@@ -1,0 +1,36 @@
+// The control sequences of a DVD subpicture unit: what it shows, where and when.
+#pragma once
+
+#include <array>
+#include <cstddef>
+#include <optional>
+
+#include "tools/kssub/unit_reader.h"
+
+namespace kssub {
+
+/// A value for each of the four pixel codes, in their order.
+using FourNibbles = std::array<unsigned char, 4>;
+
+struct DisplayArea {
+  int left, right, top, bottom;  // the last two numbers of each pair are inside
+};
+
+/// What is shown, as far as control sequences have told.
+struct Display {
+  FourNibbles colors{};
+  FourNibbles contrasts{};
+  std::optional<DisplayArea> area;
+  std::optional<std::array<std::size_t, 2>> fields;  // offsets of the upper and the lower one
+};
+
+struct Control {
+  Display shown;                  ///< Where the unit is most opaque, and latest of such.
+  std::optional<unsigned> start;  ///< The first one's delay, in units of 1024/90 ms.
+  std::optional<unsigned> stop;   ///< The last one's, likewise.
+};
+
+/// Reads all control sequences of `unit`, of which the first stands at `offset`. Throws BrokenUnit.
+Control readControl(UnitBytes unit, std::size_t offset);
+
+}  // namespace kssub
