@@ -8,11 +8,11 @@
 #include <filesystem>
 #include <initializer_list>
 #include <iostream>
-#include <memory>
 #include <span>
 #include <string_view>
 #include <system_error>
 
+#include "tools/kssub/file_handle.h"
 #include "tools/kssub/terminal_text.h"
 
 namespace kssub {
@@ -22,11 +22,6 @@ constexpr std::size_t kBlockSize = 1 << 16;  // even, so that no 16-bit unit is 
 constexpr std::size_t kProbeSize = 256;
 
 using Bytes = std::span<const unsigned char>;
-
-struct CloseFile {
-  void operator()(std::FILE* file) const { std::fclose(file); }
-};
-using FileHandle = std::unique_ptr<std::FILE, CloseFile>;
 
 [[noreturn]] void throwSystemError(const std::string& path, int error) {
   throw FileError(path, std::generic_category().message(error));
@@ -72,27 +67,27 @@ bool holdsZeroBytes(Bytes head) {
 
 class LineEndCounter {
  public:
-  explicit LineEndCounter(FileForm& countedForm) : form(countedForm) {}
+  explicit LineEndCounter(FileForm& form) : form_(form) {}
 
   void add(int unit) {
     if (unit == '\n') {
-      ++form.lineFeeds;
-      if (previous == '\r') ++form.crLfs;
-    } else if (previous == '\r') {
-      ++form.loneCrs;
+      ++form_.lineFeeds;
+      if (previous_ == '\r') ++form_.crLfs;
+    } else if (previous_ == '\r') {
+      ++form_.loneCrs;
     }
-    if (unit == 0) form.holdsZeros = true;
-    previous = unit;
+    if (unit == 0) form_.holdsZeros = true;
+    previous_ = unit;
   }
 
   void finish() {
-    if (previous == '\r') ++form.loneCrs;
-    form.endsInLineFeed = previous == '\n';
+    if (previous_ == '\r') ++form_.loneCrs;
+    form_.endsInLineFeed = previous_ == '\n';
   }
 
  private:
-  FileForm& form;
-  int previous = 0;
+  FileForm& form_;
+  int previous_ = 0;
 };
 
 void addUnits(LineEndCounter& counter, Bytes block, bool isUtf16) {

@@ -22,25 +22,25 @@ using Entry = VobSubFile::Entry;
 /// A line on standard error that is drawn over and over, if that is a terminal.
 class ProgressBar {
  public:
-  explicit ProgressBar(std::size_t all) : total(all) {}
+  explicit ProgressBar(std::size_t total) : total_(total) {}
   ProgressBar(const ProgressBar&) = delete;
   ProgressBar& operator=(const ProgressBar&) = delete;
   ~ProgressBar() { clear(); }
 
   void draw(std::size_t done) const {
-    if (!isTerminal) return;
-    const std::size_t filled = kWidth * done / total;
+    if (!isTerminal_) return;
+    const std::size_t filled = kWidth * done / total_;
     std::cerr << "\r[" << std::string(filled, '#') << std::string(kWidth - filled, ' ') << "] "
-              << done << '/' << total << std::flush;
+              << done << '/' << total_ << std::flush;
   }
   void clear() const {
-    if (isTerminal) std::cerr << "\r\033[K" << std::flush;
+    if (isTerminal_) std::cerr << "\r\033[K" << std::flush;
   }
 
  private:
   static constexpr std::size_t kWidth = 40;
-  std::size_t total;
-  bool isTerminal = isatty(STDERR_FILENO) != 0;
+  std::size_t total_;
+  bool isTerminal_ = isatty(STDERR_FILENO) != 0;
 };
 
 /// "0001_00-01-47.250.png" for the first entry.
@@ -86,18 +86,18 @@ void raiseOpenFileLimit() {
 /// Writes the pictures that can be decoded and reports the others.
 class Export {
  public:
-  Export(const std::string& indexPath, const std::string& directoryPath)
-      : index(indexPath), file(indexPath), directory(directoryPath), bar(file.entries().size()) {}
+  Export(const std::string& index, const std::string& directory)
+      : index_(index), file_(index), directory_(directory), bar_(file_.entries().size()) {}
 
   void run() {
-    if (file.entries().empty()) {
-      throw std::runtime_error(terminalText(index.c_str()) + ": no entries");
+    if (file_.entries().empty()) {
+      throw std::runtime_error(terminalText(index_.c_str()) + ": no entries");
     }
     makeDirectory();
     raiseOpenFileLimit();
-    for (const Entry& entry : file.entries()) writeNext(entry);
-    if (broken > 0) {
-      throw std::runtime_error(std::to_string(broken) + " of " + std::to_string(done) +
+    for (const Entry& entry : file_.entries()) writeNext(entry);
+    if (broken_ > 0) {
+      throw std::runtime_error(std::to_string(broken_) + " of " + std::to_string(done_) +
                                " pictures are broken");
     }
   }
@@ -105,32 +105,32 @@ class Export {
  private:
   void makeDirectory() const {
     std::error_code error;
-    std::filesystem::create_directories(directory, error);
+    std::filesystem::create_directories(directory_, error);
     if (error) {
-      throw std::runtime_error(terminalText(directory.c_str()) +
+      throw std::runtime_error(terminalText(directory_.c_str()) +
                                ": cannot create: " + error.message());
     }
   }
 
   void writeNext(const Entry& entry) {
-    bar.draw(done++);
+    bar_.draw(done_++);
     try {
-      const Subpicture picture = decodeSubpicture(file.unitOf(entry), file.palette());
-      bar.clear();
-      writePicture((directory / fileName(done, entry)).string(), entry, picture);
+      const Subpicture picture = decodeSubpicture(file_.unitOf(entry), file_.palette());
+      bar_.clear();
+      writePicture((directory_ / fileName(done_, entry)).string(), entry, picture);
     } catch (const BrokenUnit& reason) {
-      bar.clear();
-      std::cerr << "kssub: " << failureOf(index, entry, reason) << '\n';
-      ++broken;
+      bar_.clear();
+      std::cerr << "kssub: " << failureOf(index_, entry, reason) << '\n';
+      ++broken_;
     }
   }
 
-  std::string index;
-  VobSubFile file;
-  std::filesystem::path directory;
-  ProgressBar bar;
-  std::size_t done = 0;
-  std::size_t broken = 0;
+  std::string index_;
+  VobSubFile file_;
+  std::filesystem::path directory_;
+  ProgressBar bar_;
+  std::size_t done_ = 0;
+  std::size_t broken_ = 0;
 };
 
 }  // namespace

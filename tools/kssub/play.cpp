@@ -79,18 +79,17 @@ std::unique_ptr<Display> makeDisplay() {
 /// Media time in milliseconds; a double, because a high speed leaves the integers.
 class MediaClock {
  public:
-  MediaClock(long long startTime, double clockSpeed)
-      : from(static_cast<double>(startTime)), speed(clockSpeed) {}
+  MediaClock(long long from, double speed) : from_(static_cast<double>(from)), speed_(speed) {}
   double now() const {
-    const std::chrono::duration<double, std::milli> elapsed = Clock::now() - begin;
-    return from + elapsed.count() * speed;
+    const std::chrono::duration<double, std::milli> elapsed = Clock::now() - begin_;
+    return from_ + elapsed.count() * speed_;
   }
 
  private:
   using Clock = std::chrono::steady_clock;
-  double from;
-  double speed;
-  Clock::time_point begin = Clock::now();
+  double from_;
+  double speed_;
+  Clock::time_point begin_ = Clock::now();
 };
 
 void follow(const MediaClock& clock, SubtitleFile& file, Display& display) {

@@ -7,10 +7,10 @@
 #include <cerrno>
 #include <cstdio>
 #include <filesystem>
-#include <memory>
 #include <stdexcept>
 #include <system_error>
 
+#include "tools/kssub/file_handle.h"
 #include "tools/kssub/terminal_text.h"
 
 namespace kssub {
@@ -34,33 +34,31 @@ void requireReplaceable(const std::string& path) {
 /// A file under a temporary name, beside the one that it becomes in the end.
 class NewFile {
  public:
-  explicit NewFile(const std::string& finalPath)
-      : path(finalPath),
-        temporaryPath(finalPath + "." + std::to_string(getpid()) + ".part"),
-        file(std::fopen(temporaryPath.c_str(), "wbx")) {
-    if (!file) throwWriteError(path, systemReason());
+  explicit NewFile(const std::string& path)
+      : path_(path),
+        temporaryPath_(path + "." + std::to_string(getpid()) + ".part"),
+        file_(std::fopen(temporaryPath_.c_str(), "wbx")) {
+    if (!file_) throwWriteError(path_, systemReason());
   }
   NewFile(const NewFile&) = delete;
   NewFile& operator=(const NewFile&) = delete;
   ~NewFile() {
-    if (!temporaryPath.empty()) std::remove(temporaryPath.c_str());
+    if (!temporaryPath_.empty()) std::remove(temporaryPath_.c_str());
   }
 
-  std::FILE* stream() { return file.get(); }
+  std::FILE* stream() { return file_.get(); }
   void finish() {
-    if (std::fclose(file.release()) != 0 || std::rename(temporaryPath.c_str(), path.c_str()) != 0) {
-      throwWriteError(path, systemReason());
+    if (std::fclose(file_.release()) != 0 ||
+        std::rename(temporaryPath_.c_str(), path_.c_str()) != 0) {
+      throwWriteError(path_, systemReason());
     }
-    temporaryPath.clear();
+    temporaryPath_.clear();
   }
 
  private:
-  struct CloseFile {
-    void operator()(std::FILE* closed) const { std::fclose(closed); }
-  };
-  std::string path;
-  std::string temporaryPath;  // empty once the file has its name
-  std::unique_ptr<std::FILE, CloseFile> file;
+  std::string path_;
+  std::string temporaryPath_;  // empty once the file has its name
+  FileHandle file_;
 };
 
 }  // namespace

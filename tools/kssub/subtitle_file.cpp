@@ -45,14 +45,14 @@ std::vector<std::string_view> linesOf(std::string_view text) {
   return lines;
 }
 
-SubtitleFile::SubtitleFile(const std::string& path) : fileForm(examine(path)) {
-  if (!manager.Open(path.c_str())) throw FileError(path, refusalOf(fileForm));
-  printRemarks(path, fileForm);
+SubtitleFile::SubtitleFile(const std::string& path) : form_(examine(path)) {
+  if (!manager_.Open(path.c_str())) throw FileError(path, refusalOf(form_));
+  printRemarks(path, form_);
 }
 
 std::optional<Cue> SubtitleFile::cueAt(long long time) {
-  std::optional<Cue> cue = shownCue(manager.GetSubTitle(time));
-  return cue ? cue : shownCue(manager.GetSubTitleU(time));
+  std::optional<Cue> cue = shownCue(manager_.GetSubTitle(time));
+  return cue ? cue : shownCue(manager_.GetSubTitleU(time));
 }
 
 }  // namespace kssub

@@ -37,13 +37,13 @@ class SubtitleFile {
   /// answers. Throws FileError if it cannot be opened.
   explicit SubtitleFile(const std::string& path);
 
-  const FileForm& form() const { return fileForm; }
-  long long duration() { return manager.DurationTime(); }
+  const FileForm& form() const { return form_; }
+  long long duration() { return manager_.DurationTime(); }
   std::optional<Cue> cueAt(long long time);
 
  private:
-  FileForm fileForm;
-  ksSubtitleManager manager;
+  FileForm form_;
+  ksSubtitleManager manager_;
 };
 
 }  // namespace kssub

@@ -49,20 +49,22 @@ void openParser(ksIdxParser& parser, const std::string& path, const FileForm& fo
 }  // namespace
 
 VobSubFile::VobSubFile(const std::string& path)
-    : subPath(std::filesystem::path(path).replace_extension(".sub").string()) {
+    : subPath_(std::filesystem::path(path).replace_extension(".sub").string()) {
   const FileForm form = examine(path);
   if (form.format != Format::kVobSub) throw FileError(path, "the extension is not .idx");
   requireSafeLines(path);
-  openParser(parser, path, form);
+  openParser(parser_, path, form);
   printRemarks(path, form);
-  requireReadable(subPath);
-  parser.subFilePath = subPath.c_str();
-  for (const auto& [key, entry] : std::as_const(parser.sessions)) indexEntries.push_back(entry);
+  requireReadable(subPath_);
+  parser_.subFilePath = subPath_.c_str();
+  for (const auto& [key, entry] : std::as_const(parser_.sessions)) entries_.push_back(entry);
 }
 
 Palette VobSubFile::palette() const {
-  Palette palette{std::to_array(parser.palette), std::nullopt};
-  if (parser.useCustomColors) palette.custom = {std::to_array(parser.customColors), parser.trIdx};
+  Palette palette{std::to_array(parser_.palette), std::nullopt};
+  if (parser_.useCustomColors) {
+    palette.custom = {std::to_array(parser_.customColors), parser_.trIdx};
+  }
   return palette;
 }
 
@@ -71,12 +73,12 @@ std::optional<VobSubFile::Entry> VobSubFile::entryNear(long long time) const {
   const auto isNear = [t = std::max(time, kFirstTime)](const Entry& entry) {
     return entry.startTime >= t - kWindow && entry.startTime - kWindow <= t;
   };
-  const auto found = std::ranges::find_if(indexEntries, isNear);
-  return found == indexEntries.end() ? std::nullopt : std::optional(*found);
+  const auto found = std::ranges::find_if(entries_, isNear);
+  return found == entries_.end() ? std::nullopt : std::optional(*found);
 }
 
 VobSubFile::Unit VobSubFile::unitNear(long long time) {
-  place(indexEntries);
+  place(entries_);
   return fetch(std::max(time, kFirstTime));
 }
 
@@ -90,18 +92,18 @@ VobSubFile::Unit VobSubFile::unitOf(const Entry& entry) {
 /// Makes these the entries that the reader knows, under keys without gaps: a lookup fills each gap
 /// with an empty entry, which times near 0 would find.
 void VobSubFile::place(const std::vector<Entry>& visible) {
-  parser.sessions.clear();
+  parser_.sessions.clear();
   int key = 0;
-  for (const Entry& entry : visible) parser.sessions[key++] = entry;
+  for (const Entry& entry : visible) parser_.sessions[key++] = entry;
 }
 
 VobSubFile::Unit VobSubFile::fetch(long long time) {
-  const long long position = parser.GetFilePos(time);
+  const long long position = parser_.GetFilePos(time);
   int size = 0;
   int controlOffset = 0;  // the unit itself tells it as well
   errno = 0;              // the reader's null alone does not tell whether the file could be opened
-  const std::unique_ptr<unsigned char[]> unit(parser.GetPacket(time, size, controlOffset));
-  if (!unit && errno != 0) throw FileError(subPath, std::generic_category().message(errno));
+  const std::unique_ptr<unsigned char[]> unit(parser_.GetPacket(time, size, controlOffset));
+  if (!unit && errno != 0) throw FileError(subPath_, std::generic_category().message(errno));
   if (!unit) {
     throw BrokenUnit("no unit of the first subpicture stream begins at byte " +
                      std::to_string(position) + " of the .sub file");
@@ -117,7 +119,7 @@ void VobSubFile::requireWhole(long long position, std::size_t unitSize) const {
   constexpr std::size_t kMostPayload = 2048 - kHeader;
   const std::size_t packs = (unitSize + kMostPayload - 1) / kMostPayload;
   const std::size_t end = static_cast<std::size_t>(position) + packs * kHeader + unitSize;
-  if (end > std::filesystem::file_size(subPath)) throw BrokenUnit("the .sub file ends inside it");
+  if (end > std::filesystem::file_size(subPath_)) throw BrokenUnit("the .sub file ends inside it");
 }
 
 }  // namespace kssub

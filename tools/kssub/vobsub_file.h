@@ -20,7 +20,7 @@ class VobSubFile {
   explicit VobSubFile(const std::string& path);
 
   /// In the order of the index.
-  const std::vector<Entry>& entries() const { return indexEntries; }
+  const std::vector<Entry>& entries() const { return entries_; }
   Palette palette() const;
 
   /// The entry whose picture a player shows at `time`.
@@ -36,9 +36,9 @@ class VobSubFile {
   Unit fetch(long long time);
   void requireWhole(long long position, std::size_t unitSize) const;
 
-  ksIdxParser parser;
-  std::vector<Entry> indexEntries;
-  std::string subPath;
+  ksIdxParser parser_;
+  std::vector<Entry> entries_;
+  std::string subPath_;
 };
 
 }  // namespace kssub

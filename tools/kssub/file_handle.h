@@ -1,0 +1,14 @@
+// A C stream that closes itself.
+#pragma once
+
+#include <cstdio>
+#include <memory>
+
+namespace kssub {
+
+struct CloseFile {
+  void operator()(std::FILE* file) const { std::fclose(file); }
+};
+using FileHandle = std::unique_ptr<std::FILE, CloseFile>;
+
+}  // namespace kssub
