@@ -8,6 +8,10 @@
 #include "kssubtitle/strings/trimming.h"
 #include "kssubtitle/strings/width_rules.h"
 
+#if !defined(__GLIBCXX__) || !_GLIBCXX_USE_CXX11_ABI
+#error "setchar() relies on the std::string of libstdc++ with its C++11 ABI"
+#endif
+
 namespace {
 
 using kssubtitle::internal::trimLeft;
@@ -83,6 +87,8 @@ void ksBasicString<Char>::setchar(int i, Char c) {
     text_.push_back(Char{});
     text_.pop_back();
   }
+  // Over the terminator this relies on libstdc++, whose string keeps its length apart and does not
+  // share its storage; the C++ standard leaves undefined what else than NUL is written there.
   text_.data()[i] = c;
 }
 
@@ -286,6 +292,7 @@ void ksBasicString<Char>::TrimRight(Char c) {
 
 template <typename Char>
 void ksBasicString<Char>::removeSpaces() {
+  if (text_.empty()) return;
   TrimRight();
   text_.erase(0, text_.find_first_not_of(kSpace<Char>));
 }
@@ -293,6 +300,7 @@ void ksBasicString<Char>::removeSpaces() {
 // Deliberate: of the spaces behind the leading ones only the first goes.
 template <typename Char>
 void ksBasicString<Char>::clearSpaces() {
+  if (text_.empty()) return;
   text_.erase(0, text_.find_first_not_of(kSpace<Char>));
   const std::size_t inner = text_.find(kSpace<Char>);
   if (inner != String::npos) text_.erase(inner, 1);
@@ -309,6 +317,7 @@ template <typename Char>
 void ksBasicString<Char>::removeLastChar() {
   constexpr Char kLineEnds[] = {'\r', '\n', 0};
   text_.resize(text_.find_last_not_of(kLineEnds) + 1);
+  terminate();
 }
 
 // Deliberate: the recorded length stays, with stale characters behind the moved terminator.

@@ -199,13 +199,14 @@ class KSSUBTITLE_API ksBasicString {
   void TrimRight();
   /// Removes all trailing characters equal to `c`.
   void TrimRight(Char c);
-  /// Removes all leading and all trailing spaces. Linear time.
+  /// Removes all leading and all trailing spaces; does nothing to an empty text. Linear time.
   void removeSpaces();
-  /// Removes all leading spaces and the first space after them; later spaces stay. Linear time.
+  /// Removes all leading spaces and the first space after them; later spaces stay. Does nothing to
+  /// an empty text. Linear time.
   void clearSpaces();
   /// Removes the leading double quotes, but never the last character; trailing quotes stay.
   void removeQuo();
-  /// Removes every trailing CR and LF.
+  /// Removes every trailing CR and LF, and what setchar() has put over the terminating NUL.
   void removeLastChar();
   /// Moves the text behind the range, and its terminating NUL, over the range, and returns the
   /// **unchanged** length(): getData() shows the shortened text, while length() still counts the
