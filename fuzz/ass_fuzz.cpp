@@ -1,8 +1,8 @@
 // ASS and SSA files of any content, and each of their lines as the text of an event.
 #include <sstream>
 
-#include "fuzz/override_model.h"
 #include "fuzz/support.h"
+#include "tests/models/override_model.h"
 
 namespace {
 

@@ -40,23 +40,6 @@ struct Input {
   std::string_view text;
 };
 
-/// The lines that ReadString() gives, one after the other, from byte `start` of a file on.
-template <typename Char, typename Parser>
-auto streamLines(const std::string& path, const std::string& file, std::size_t start) {
-  Parser parser;
-  parser.file = sub_fopen(path.c_str(), "rb");
-  const bool isUtf16 = file.substr(start, 256).find('\0') != file.npos;
-  if (sizeof(Char) > 1 && !isUtf16) std::fwide(parser.file, 1);
-  std::fseek(parser.file, static_cast<long>(start), SEEK_SET);
-  for (bool more = true; more;) {
-    ksBasicString<Char> line;
-    more = parser.ReadString(line);
-    if (!line.isEmpty()) parser.lines.push_back(line);
-  }
-  std::fclose(parser.file);
-  return parser.lines;
-}
-
 template <typename Answer>
 bool isSame(const Answer& a, const Answer& b) {
   return a.start == b.start && a.end == b.end && a.text == b.text;

@@ -1,5 +1,5 @@
 // Override tags.
-#include "fuzz/override_model.h"
+#include "models/override_model.h"
 #include "support.h"
 
 namespace {

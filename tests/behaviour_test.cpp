@@ -200,7 +200,7 @@ class File {
     const std::size_t mark = kIsIndex ? Width<Char>::encode("").size() : 0;
     const std::string bytes = kIsEncoded ? Width<Char>::encode(content).substr(mark) : content;
     writeFile("f", bytes);
-    isUtf16_ = bytes.find('\0') != bytes.npos;
+    content_ = bytes;
     hasOpened_ = open();
   }
 
@@ -316,18 +316,9 @@ class File {
 
   /// The lines, which ReadString() must find as well.
   std::string lines() {
-    Parser reader;
-    reader.file = std::fopen("f", "rb");
-    if (reader.file == nullptr) throw Mistake("no file given");
-    const std::unique_ptr<std::FILE, int (*)(std::FILE*)> closer(reader.file, &std::fclose);
-    if (!kIsNarrow && !isUtf16_) std::fwide(reader.file, 1);
-    std::fseek(reader.file, kIsNarrow || kIsIndex ? 0 : 2, SEEK_SET);
-    for (bool more = true; more;) {
-      Text line;
-      more = reader.ReadString(line);
-      if (!line.isEmpty()) reader.lines.push_back(line);
-    }
-    EXPECT_EQ(bracketed(reader.lines), bracketed(parser_.lines));
+    const std::size_t start = kIsNarrow || kIsIndex ? 0 : 2;
+    if (!std::filesystem::exists("f")) throw Mistake("no file given");
+    EXPECT_EQ((streamLines<Char, Parser>("f", content_, start)), parser_.lines);
     return bracketed(parser_.lines);
   }
 
@@ -349,7 +340,7 @@ class File {
 
   Text text_;
   std::ptrdiff_t openBefore_ = openDescriptors();
-  bool isUtf16_ = false;
+  std::string content_;
   bool hasOpened_ = false;
 };
 

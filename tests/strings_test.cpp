@@ -1,7 +1,7 @@
 // The text class in both widths.
 #include <utility>
 
-#include "fuzz/strings_model.h"
+#include "models/strings_model.h"
 #include "support.h"
 
 namespace {
@@ -16,7 +16,7 @@ class Strings : public testing::Test {
   /// Makes one change to the text and to its model.
   static void expectSame(std::string_view before, auto change) {
     String text = s(before);
-    StringsModel<Char> model(wide<Char>(before));
+    StringsModel<Char> model{wide<Char>(before)};
     change(text);
     change(model);
     EXPECT_EQ(text, String(model.text)) << before;

@@ -110,6 +110,23 @@ class WorkingDir : public TempDir {
   std::filesystem::path before_ = std::filesystem::current_path();
 };
 
+/// The lines that ReadString() gives, one after the other, from byte `start` of a file on.
+template <typename Char, typename Parser>
+auto streamLines(const std::string& path, const std::string& content, std::size_t start) {
+  Parser parser;
+  parser.file = std::fopen(path.c_str(), "rb");
+  const bool isUtf16 = content.substr(start, 256).find('\0') != content.npos;
+  if (sizeof(Char) > 1 && !isUtf16) std::fwide(parser.file, 1);
+  std::fseek(parser.file, static_cast<long>(start), SEEK_SET);
+  for (bool more = true; more;) {
+    ksBasicString<Char> line;
+    more = parser.ReadString(line);
+    if (!line.isEmpty()) parser.lines.push_back(line);
+  }
+  std::fclose(parser.file);
+  return parser.lines;
+}
+
 /// What a command of the shell prints, and its exit status.
 struct Outcome {
   explicit Outcome(const std::string& command) {
