@@ -1,6 +1,7 @@
 // Reads the tables of docs/behaviour.md.
 #pragma once
 
+#include <algorithm>
 #include <cstdlib>
 #include <fstream>
 #include <map>
@@ -74,25 +75,26 @@ inline std::string decoded(std::string_view span) {
   return text;
 }
 
-/// The code spans, in their backticks, and the plain words of a cell.
-inline Words itemsOf(const std::string& cell) {
-  static const std::regex item("`[^`]+`|then|[^`,\\s][^`,]*[^`,\\s]|[^`,\\s]");
-  return {std::sregex_token_iterator(cell.begin(), cell.end(), item), std::sregex_token_iterator()};
+/// `text` without the spaces around it.
+inline std::string_view trimmed(std::string_view text) {
+  const std::size_t begin = std::min(text.find_first_not_of(' '), text.size());
+  return text.substr(begin, text.find_last_not_of(' ') + 1 - begin);
 }
 
-inline bool isSpan(const std::string& item) { return item.front() == '`'; }
-
-inline std::string_view inside(std::string_view span) { return span.substr(1, span.size() - 2); }
-
-inline std::string valueOf(const std::string& item) {
-  if (isSpan(item)) return decoded(inside(item));
-  return item == "empty" ? "" : item;
+inline bool isSpan(std::string_view item) {
+  return item.size() > 2 && item.find('`', 1) == item.size() - 1;
 }
 
-inline Words valuesOf(const std::string& cell) {
-  Words values;
-  for (const std::string& item : itemsOf(cell)) values.push_back(valueOf(item));
-  return values;
+/// What stands in a code span.
+inline std::string_view inside(std::string_view span) {
+  if (!isSpan(span)) throw Mistake("not in backticks: " + std::string(span));
+  return span.substr(1, span.size() - 2);
+}
+
+/// What a code span or a plain word says.
+inline std::string valueOf(std::string_view item) {
+  if (item.starts_with('`')) return decoded(inside(item));
+  return item == "empty" ? "" : std::string(item);
 }
 
 /// A name and its arguments.
@@ -113,10 +115,11 @@ struct Call {
 
 struct Row {
   int line;
-  std::string subject;        // the section's heading up to its colon
-  std::vector<Words> givens;  // each for an object of its own, given in this order
-  Words asks;
-  Words answers[2];  // by width
+  std::string subject;  // the section's heading up to its colon
+  std::string behaviour;
+  Words given;  // for one object, in this order
+  std::string ask;
+  std::string answers[2];  // by width
 };
 
 class RowReader {
@@ -131,6 +134,7 @@ class RowReader {
         throw Mistake("line " + std::to_string(line_) + ": " + mistake.what());
       }
     }
+    if (rows_.empty()) throw Mistake("no rows");
     return std::move(rows_);
   }
 
@@ -156,19 +160,23 @@ class RowReader {
     return text;
   }
 
+  /// A row that names no behaviour goes on with the one above, and with its Given if it has none.
   void addRow(const Words& cells) {
-    if (cells.size() != 7 || !cells.front().empty() || !cells.back().empty())
+    if (cells.size() != 7 || !cells.front().empty() || !cells.back().empty()) {
       throw Mistake("not 5 cells");
-    if (cells[1].find_first_not_of(' ') == std::string::npos) throw Mistake("nothing said");
-    Row row{line_, subject_, {}, itemsOf(cells[3]), {valuesOf(cells[4]), valuesOf(cells[5])}};
-    if (row.answers[1].empty()) row.answers[1] = row.answers[0];
-    std::string before;
-    for (const std::string& item : itemsOf(cells[2])) {
-      if (item != "then" && before != "then") row.givens.emplace_back();
-      if (item != "then") row.givens.at(row.givens.size() - 1).push_back(valueOf(item));
-      before = item;
     }
-    if (row.givens.empty()) row.givens.emplace_back();
+    const auto cell = [&cells](std::size_t i) { return std::string(trimmed(cells[i])); };
+    const bool goesOn = cell(1).empty();
+    if (goesOn && (rows_.empty() || rows_.back().line != line_ - 1)) throw Mistake("nothing said");
+    Row row{line_, subject_, cell(1), {}, std::string(inside(cell(3))), {valueOf(cell(4)), ""}};
+    row.answers[1] = cell(5).empty() ? row.answers[0] : valueOf(cell(5));
+    if (cell(4).empty()) throw Mistake("no answer");
+    if (goesOn) row.behaviour = rows_.back().behaviour;
+    if (!cell(2).empty()) {
+      for (const std::string& item : split(cell(2), " then ")) row.given.push_back(valueOf(item));
+    } else if (goesOn) {
+      row.given = rows_.back().given;
+    }
     rows_.push_back(row);
   }
 

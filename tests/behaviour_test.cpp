@@ -1,8 +1,10 @@
-// Puts every row of docs/behaviour.md to the library, in both widths.
+// Puts every row of docs/behaviour.md to the library, in both widths: each is a test by the name of
+// its line.
 #include <sys/wait.h>
 #include <unistd.h>
 
 #include <algorithm>
+#include <array>
 #include <csignal>
 #include <functional>
 #include <map>
@@ -390,14 +392,14 @@ class Manager {
 
 // ---- The rows ----
 
-/// The answer of a new object to the last of the calls in `ask`.
+/// The answer of a new object to the last of the calls that `row` asks.
 template <typename Object>
-std::string put(const Words& given, const std::string& ask) try {
+std::string put(const Row& row) try {
   const WorkingDir dir;
   Object object;
   std::string last;
-  for (const std::string& content : given) object.give(content);
-  for (const std::string& call : split(inside(ask), "; ")) last = object.ask(Call(call));
+  for (const std::string& content : row.given) object.give(content);
+  for (const std::string& call : split(row.ask, "; ")) last = object.ask(Call(call));
   return last;
 } catch (const std::out_of_range&) {
   return "throws out_of_range";
@@ -409,44 +411,55 @@ std::string put(const Words& given, const std::string& ask) try {
   return std::string("a mistake in the row: ") + mistake.what();
 }
 
-template <typename Char>
-std::string answerOf(const std::string& subject, const Words& given, const std::string& ask) {
-  using Index = std::conditional_t<std::is_same_v<Char, char>, ksIdxParser, ksIdxParserU>;
-  const std::map<std::string, std::string (*)(const Words&, const std::string&)> subjects = {
-      {"Texts", put<Texts<Char>>},
-      {"SubRip", put<File<Char, typename Width<Char>::Srt>>},
-      {"ASS and SSA", put<File<Char, typename Width<Char>::Ass>>},
-      {"Bytes of wide files", put<File<wchar_t, ksSrtParserU, false>>},
-      {"Bytes of wide indexes", put<File<wchar_t, ksIdxParserU, false>>},
-      {"VobSub indexes", put<File<Char, Index>>},
-      {"VobSub units", put<Packs<Char, Index>>},
-      {"Manager", put<Manager<Char>>},
-  };
-  const auto found = subjects.find(subject);
-  if (found == subjects.end()) throw Mistake("no such subject: " + subject);
-  return found->second(given, ask);
+using Put = std::string (*)(const Row&);
+
+/// A table of one section is put to both widths, or to the wide one alone.
+const std::map<std::string, std::array<Put, 2>> kSubjects = {
+    {"Texts", {put<Texts<char>>, put<Texts<wchar_t>>}},
+    {"SubRip", {put<File<char, ksSrtParser>>, put<File<wchar_t, ksSrtParserU>>}},
+    {"ASS and SSA", {put<File<char, ksAssParser>>, put<File<wchar_t, ksAssParserU>>}},
+    {"Bytes of wide files", {nullptr, put<File<wchar_t, ksSrtParserU, false>>}},
+    {"Bytes of wide indexes", {nullptr, put<File<wchar_t, ksIdxParserU, false>>}},
+    {"VobSub indexes", {put<File<char, ksIdxParser>>, put<File<wchar_t, ksIdxParserU>>}},
+    {"VobSub units", {put<Packs<char, ksIdxParser>>, put<Packs<wchar_t, ksIdxParserU>>}},
+    {"Manager", {put<Manager<char>>, put<Manager<wchar_t>>}},
+};
+
+class TestOf : public testing::Test {
+ public:
+  explicit TestOf(std::function<void()> body) : body_(std::move(body)) {}
+  void TestBody() override { body_(); }
+
+ private:
+  std::function<void()> body_;
+};
+
+void addTest(const std::string& subject, const std::string& name, int line,
+             const std::function<void()>& body) {
+  std::string suite = "Behaviour." + subject;
+  std::ranges::replace(suite, ' ', '_');
+  testing::RegisterTest(suite.c_str(), name.c_str(), nullptr, nullptr, BEHAVIOUR_TABLES, line,
+                        [body]() -> testing::Test* { return new TestOf(body); });
 }
 
-template <typename Char>
-class Behaviour : public testing::Test {};
-
-TYPED_TEST_SUITE(Behaviour, Widths);
-
-TYPED_TEST(Behaviour, isThatOfEveryRow) {
-  const std::vector<Row> rows = RowReader().read();
-  ASSERT_FALSE(rows.empty());
-  for (const Row& row : rows) {
-    SCOPED_TRACE("docs/behaviour.md:" + str(row.line));
-    const Words& answers = row.answers[std::is_same_v<TypeParam, wchar_t>];
-    ASSERT_EQ(answers.size(), row.givens.size() * row.asks.size());
-    ASSERT_FALSE(answers.empty());
-    auto expected = answers.begin();
-    for (const Words& given : row.givens) {
-      for (const std::string& ask : row.asks) {
-        EXPECT_EQ(answerOf<TypeParam>(row.subject, given, ask), *expected++) << ask;
-      }
+/// Makes a test of each row and width, such as Behaviour.SubRip.line_301_wide.
+bool addTests() try {
+  for (const Row& row : RowReader().read()) {
+    for (const bool isWide : {false, true}) {
+      const Put ask = kSubjects.at(row.subject)[isWide];
+      if (ask == nullptr) continue;
+      const std::string name = "line_" + str(row.line) + (isWide ? "_wide" : "_narrow");
+      addTest(row.subject, name, row.line, [=] {
+        EXPECT_EQ(ask(row), row.answers[isWide]) << row.behaviour << ": " << row.ask;
+      });
     }
   }
+  return true;
+} catch (const std::exception& mistake) {
+  addTest("Table", "isRead", 1, [what = std::string(mistake.what())] { FAIL() << what; });
+  return false;
 }
+
+[[maybe_unused]] const bool kAdded = addTests();
 
 }  // namespace

@@ -111,7 +111,7 @@ TEST(WideReading, surrogatePairs_areJoinedAcrossBlocks) {
   EXPECT_TRUE(lineOf(units + std::string("b\0b\0\x3D\xD8", 6)).Right(1) == L"\xFFFD");
 }
 
-TEST(WideReading, lettersOfThe8BitTextBehindTheMarkAreTheLocales) {
+TEST(WideReading, narrowTextBehindTheMark_isDecodedByTheLocale) {
   const TempDir dir;
   ksSrtParserU parser;
   ASSERT_TRUE(parser.Open(dir.write("x", "\xFF\xFEn\xC3\xA9\n").c_str()));

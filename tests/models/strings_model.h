@@ -42,6 +42,7 @@ class StringsModel {
   }
   void removeLastChar() {
     while (text.ends_with('\r') || text.ends_with('\n')) text.pop_back();
+    end = 0;
   }
   int deleteStr(int start, int count) {
     start = std::max(start, 0);
