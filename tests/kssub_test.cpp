@@ -1,10 +1,9 @@
-// Runs the host program as a user does, on files of its own.
+// The commands of the host program on subtitle files.
 #include <pty.h>
 
 #include <csignal>
-#include <regex>
 
-#include "support.h"
+#include "kssub_run.h"
 
 namespace {
 
@@ -25,24 +24,8 @@ std::string replaced(const std::string& text, const char* pattern, const char* b
 
 std::string utf16(std::string_view text) { return Width<wchar_t>::encode(text); }
 
-class KssubTest : public testing::Test {
- protected:
-  KssubTest() { directory.write("plain.srt", kPlain); }
-
-  /// `out` and `err` are patterns of all that the program prints.
-  void expectRun(const std::string& arguments, const std::string& out, const std::string& err,
-                 int status) const {
-    SCOPED_TRACE(arguments);
-    const Outcome run("cd " + directory.path("") + "; " KSSUB_PATH " " + arguments);
-    EXPECT_EQ(run.status, status);
-    EXPECT_TRUE(std::regex_match(run.out, std::regex(out))) << run.out << "is not\n" << out;
-    EXPECT_TRUE(std::regex_match(run.err, std::regex(err))) << run.err << "is not\n" << err;
-  }
-
-  TempDir directory;
-};
-
 TEST_F(KssubTest, commands_print_answers) {
+  directory.write("plain.srt", kPlain);
   directory.write("wide.srt", utf16(replaced(kPlain, "Bye", "\xe9")));
   directory.write("overlap.srt", kOverlap);
   directory.write("script.ass", kScript);
@@ -106,6 +89,7 @@ TEST_F(KssubTest, odd_forms_are_noted_in_one_line_before_the_answers) {
 }
 
 TEST_F(KssubTest, failures_are_told_apart_by_exit_status) {
+  directory.write("plain.srt", kPlain);
   directory.write("plain.txt", kPlain);
   directory.write("empty.srt", "");
   std::filesystem::create_directory(directory.path("dir.srt"));
@@ -136,7 +120,7 @@ TEST_F(KssubTest, failures_are_told_apart_by_exit_status) {
 }
 
 TEST_F(KssubTest, play_restores_the_terminal_when_interrupted) {
-  const std::string file = directory.path("plain.srt");
+  const std::string file = directory.write("plain.srt", kPlain);
   int terminal = -1;
   const pid_t child = forkpty(&terminal, nullptr, nullptr, nullptr);
   if (child == 0) {
@@ -154,7 +138,8 @@ TEST_F(KssubTest, play_restores_the_terminal_when_interrupted) {
   EXPECT_EQ(screen,
             "\033[?1049h\033[?25l\033[H\033[2J\033[H\033[2JHello\r\nthere\r\n"
             "\033[?25h\033[?1049l");
-  EXPECT_TRUE(WIFSIGNALED(status) && WTERMSIG(status) == SIGINT);
+  EXPECT_TRUE(WIFSIGNALED(status));
+  EXPECT_EQ(WTERMSIG(status), SIGINT);
   close(terminal);
 }
 

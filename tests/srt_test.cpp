@@ -1,6 +1,7 @@
 // The SubRip conversion.
 #include <cstdlib>
 #include <map>
+#include <tuple>
 #include <utility>
 #include <vector>
 
@@ -16,41 +17,38 @@ template <typename Char>
 class NaiveSrt {
  public:
   using String = ksBasicString<Char>;
-  using Cue = typename decltype(Width<Char>::Srt::sessions)::mapped_type;
 
-  explicit NaiveSrt(std::vector<String> lines) : lines_(std::move(lines)) {
+  explicit NaiveSrt(std::vector<String> lines) {
     int key = 0;
-    for (std::size_t i = 0; i < lines_.size(); ++i) {
-      trim(lines_[i]);
-      if (lines_[i].isNumeric()) {
-        key = std::stoi(narrow(lines_[i]));
-      } else if (lines_[i].find(kArrow, 0) > 0) {
-        readTimes(lines_[i]);
+    for (std::size_t i = 0; i < lines.size(); ++i) {
+      trim(lines[i]);
+      if (lines[i].isNumeric()) {
+        key = std::stoi(narrow(lines[i]));
+      } else if (arrowIn(lines[i]) > 0) {
+        readTimes(lines[i]);
       } else {
-        Cue& cue = cues[key];
-        cue.start = times_[0];
-        cue.end = times_[1];
-        cue.text += kLineFeed;
-        for (std::size_t j = i; j < lines_.size(); j += 2) {
-          trim(lines_[j]);
-          if (lines_[j].isEmpty() || lines_[j].find(kArrow, 0) > 0 || lines_[j].isNumeric()) break;
-          cue.text += lines_[j];
+        auto& cue = cues[key];
+        std::tie(cue.start, cue.end) = std::pair(times_[0], times_[1]);
+        cue.text += Char{'\n'};
+        for (std::size_t j = i; j < lines.size(); j += 2) {
+          trim(lines[j]);
+          if (lines[j].isEmpty() || arrowIn(lines[j]) > 0 || lines[j].isNumeric()) break;
+          cue.text += lines[j];
         }
       }
     }
   }
 
-  std::map<int, Cue> cues;
+  std::map<int, typename decltype(Width<Char>::Srt::sessions)::mapped_type> cues;
 
  private:
   static constexpr bool kNarrow = std::is_same_v<Char, char>;
-  static constexpr Char kArrow[] = {'-', '-', '>', 0};
-  static constexpr Char kLineFeed[] = {'\n', 0};
 
   static void trim(String& line) {
     line.TrimLeft();
     line.TrimRight();
   }
+  static int arrowIn(const String& line) { return line.find(wide<Char>("-->"), 0); }
   static String from(const String& text, int start) {
     return start > text.length() ? String() : text.substr(start, text.length());
   }
@@ -60,15 +58,15 @@ class NaiveSrt {
   }
 
   void readTimes(const String& line) {
-    const int arrow = line.find(kArrow, 0);
+    const int arrow = arrowIn(line);
     String sides[] = {line.substr(0, arrow), from(line, arrow + (kNarrow ? 4 : 3))};
     for (String& side : sides) side.clearSpaces();
     unsigned sums[2] = {};
     for (const auto& [separator, unit] : {std::pair{':', 3600000U}, {':', 60000U}, {',', 1000U}}) {
-      const Char text[] = {static_cast<Char>(separator), 0};
-      const int cut = sides[1].find(text, 0);
+      const Char c = static_cast<Char>(separator);
+      const int cut = sides[1].find(c, 0);
       for (std::size_t side : {0U, 1U}) {
-        sums[side] += number(sides[side].substr(0, sides[side].find(text, 0))) * unit;
+        sums[side] += number(sides[side].substr(0, sides[side].find(c, 0))) * unit;
       }
       const unsigned length = static_cast<unsigned>(sides[0].length());
       if (kNarrow ? static_cast<unsigned>(cut + 1) < length : length > static_cast<unsigned>(cut)) {
@@ -80,7 +78,6 @@ class NaiveSrt {
     }
   }
 
-  std::vector<String> lines_;
   long long times_[2] = {};
 };
 

@@ -27,9 +27,15 @@ TYPED_TEST_SUITE(Strings, Widths);
 
 TYPED_TEST(Strings, operators_compareInWhole) {
   const auto abc = this->s("abc");
-  EXPECT_TRUE(this->s("ab") < abc && abc > this->s("ab") && this->s("\xE9") > abc);
-  EXPECT_TRUE(abc == this->s("abc").getData() && abc != this->s("ab").getData());
-  EXPECT_TRUE(abc == this->s("abc") && abc != this->s("abd") && !(abc > abc || abc < abc));
+  EXPECT_LT(this->s("ab"), abc);
+  EXPECT_GT(abc, this->s("ab"));
+  EXPECT_GT(this->s("\xE9"), abc);
+  EXPECT_EQ(abc, this->s("abc"));
+  EXPECT_EQ(abc, this->s("abc").getData());
+  EXPECT_NE(abc, this->s("abd"));
+  EXPECT_NE(abc, this->s("ab").getData());
+  EXPECT_FALSE(abc > abc);
+  EXPECT_FALSE(abc < abc);
 }
 
 TYPED_TEST(Strings, assembly_takesPartsOfTheTextItselfAndNoStaleEnd) {
