@@ -1,0 +1,8 @@
+/// @file
+/// Everything that a host of the import library needs, in one include.
+#pragma once
+
+#include "kssubtitle/import/ksImportCue.h"
+#include "kssubtitle/import/ksImportOptions.h"
+#include "kssubtitle/import/ksImportParser.h"
+#include "kssubtitle/import/ksImportReport.h"

@@ -1,0 +1,242 @@
+// ASS and SSA scripts: columns by their section's Format line, events wherever they stand.
+#include <algorithm>
+#include <array>
+#include <string_view>
+
+#include "kssubtitle/import/formats/readers.h"
+#include "kssubtitle/import/formats/times.h"
+#include "kssubtitle/import/markup/ass_overrides.h"
+#include "kssubtitle/import/text/ascii.h"
+#include "kssubtitle/import/text/lines.h"
+
+namespace kssubtitle::importing {
+namespace {
+
+/// Where the columns stand that are read.
+template <std::size_t kNames>
+class Columns {
+ public:
+  static constexpr std::size_t kMissing = static_cast<std::size_t>(-1);
+  using Names = std::array<std::string_view, kNames>;
+
+  Columns(const Names& names, std::string_view format) : names_(names) { setFormat(format); }
+
+  /// `format` is what a Format line holds.
+  void setFormat(std::string_view format) {
+    places_.fill(kMissing);
+    count_ = 0;
+    for (; count_ == 0 || !format.empty(); ++count_) {
+      const std::size_t end = std::min(format.find(','), format.size());
+      setPlace(withoutBlanks(format.substr(0, end)));
+      format.remove_prefix(std::min(end + 1, format.size()));
+    }
+  }
+
+  bool has(std::size_t name) const noexcept { return places_[name] != kMissing; }
+
+  /// Puts the columns of `line` where their names stand; the last column takes all that is left.
+  /// False if there are fewer columns than the format has.
+  bool split(std::string_view line, std::array<std::string_view, kNames>& values) const noexcept {
+    values.fill({});
+    for (std::size_t column = 0; column < count_; ++column) {
+      const bool isLast = column + 1 == count_;
+      const std::size_t end = isLast ? line.npos : line.find(',');
+      if (!isLast && end == line.npos) return false;
+      const auto place = std::find(places_.begin(), places_.end(), column);
+      if (place != places_.end()) {
+        values[static_cast<std::size_t>(place - places_.begin())] = line.substr(0, end);
+      }
+      if (!isLast) line.remove_prefix(end + 1);
+    }
+    return true;
+  }
+
+ private:
+  /// Of two columns of a name the first one counts.
+  void setPlace(std::string_view name) noexcept {
+    for (std::size_t i = 0; i < kNames; ++i) {
+      if (!has(i) && equalNoCase(names_[i], name)) {
+        places_[i] = count_;
+        return;
+      }
+    }
+  }
+
+  const Names& names_;
+  std::array<std::size_t, kNames> places_{};
+  std::size_t count_ = 0;
+};
+
+enum EventColumn : std::size_t { kStart, kEnd, kStyle, kText, kEventColumns };
+constexpr std::array<std::string_view, kEventColumns> kEventNames = {"Start", "End", "Style",
+                                                                     "Text"};
+// "Layer" is "Marked" in SSA.
+constexpr std::string_view kEventFormat =
+    "Layer, Start, End, Style, Name, MarginL, MarginR, MarginV, Effect, Text";
+
+enum StyleColumn : std::size_t {
+  kName,
+  kPrimaryColour,
+  kBold,
+  kItalic,
+  kUnderline,
+  kStrikeOut,
+  kAlignment,
+  kStyleColumns
+};
+constexpr std::array<std::string_view, kStyleColumns> kStyleNames = {
+    "Name", "PrimaryColour", "Bold", "Italic", "Underline", "StrikeOut", "Alignment"};
+constexpr std::string_view kAssStyleFormat =
+    "Name, Fontname, Fontsize, PrimaryColour, SecondaryColour, OutlineColour, BackColour, Bold, "
+    "Italic, Underline, StrikeOut, ScaleX, ScaleY, Spacing, Angle, BorderStyle, Outline, Shadow, "
+    "Alignment, MarginL, MarginR, MarginV, Encoding";
+constexpr std::string_view kSsaStyleFormat =
+    "Name, Fontname, Fontsize, PrimaryColour, SecondaryColour, TertiaryColour, BackColour, Bold, "
+    "Italic, BorderStyle, Outline, Shadow, Alignment, MarginL, MarginR, MarginV, AlphaLevel, "
+    "Encoding";
+
+/// Whether a line has this key, in any case; `value` is then what stands behind its colon.
+bool hasKey(std::string_view line, std::string_view key, std::string_view& value) noexcept {
+  if (!startsWithNoCase(line, key)) return false;
+  const std::string_view rest = withoutLeadingBlanks(line.substr(key.size()));
+  if (!rest.starts_with(':')) return false;
+  value = withoutLeadingBlanks(rest.substr(1));
+  return true;
+}
+
+class AssReader {
+ public:
+  AssReader(const FormatInput& input, CueSink& sink)
+      : input_(input),
+        sink_(sink),
+        events_(kEventNames, kEventFormat),
+        styleColumns_(kStyleNames, kAssStyleFormat) {}
+
+  void read() {
+    Line line;
+    for (Lines lines(input_.text, input_.begin, input_.firstLine); lines.next(line);) {
+      readLine(withoutLeadingBlanks(line.text), line.number);
+    }
+  }
+
+ private:
+  void readLine(std::string_view line, int number) {
+    if (line.empty()) return;
+    if (line.front() == '[') return enterSection(line);
+    if (isAttachment_) return;
+    std::string_view value;
+    if (hasKey(line, "Dialogue", value)) {
+      readEvent(value, number);
+    } else if (hasKey(line, "Format", value)) {
+      readFormat(value);
+    } else if (hasKey(line, "Style", value)) {
+      readStyle(value);
+    }
+  }
+
+  void enterSection(std::string_view line) {
+    const auto is = [line](std::string_view name) { return startsWithNoCase(line, name); };
+    // Attached data may look like anything, but never like a header of the sections that matter.
+    if (isAttachment_ && !is("[Events]") && !is("[V4") && !is("[Script Info]")) return;
+    isAttachment_ = is("[Fonts]") || is("[Graphics]");
+    if (is("[V4")) {
+      isSsa_ = is("[V4 ");
+      styleColumns_.setFormat(isSsa_ ? kSsaStyleFormat : kAssStyleFormat);
+    }
+  }
+
+  /// The columns tell which section a Format line belongs to.
+  void readFormat(std::string_view format) {
+    Columns<kEventColumns> columns(kEventNames, format);
+    if (columns.has(kStart) && columns.has(kEnd)) {
+      events_.setFormat(format);
+    } else if (!columns.has(kText)) {
+      styleColumns_.setFormat(format);
+    }
+  }
+
+  void readStyle(std::string_view line) {
+    std::array<std::string_view, kStyleColumns> values;
+    styleColumns_.split(line, values);  // what is missing at the end keeps its default
+    const auto isOn = [&values](StyleColumn column) {
+      return integerOfAss(values[column]).value_or(0) != 0;
+    };
+    AssStyle style;
+    style.style.bold = isBoldWeight(integerOfAss(values[kBold]).value_or(0));
+    style.style.italic = isOn(kItalic);
+    style.style.underline = isOn(kUnderline);
+    style.style.strikeOut = isOn(kStrikeOut);
+    style.style.colour = colourOfAss(values[kPrimaryColour]).value_or(Style::kNoColour);
+    style.alignment = alignmentOf(values[kAlignment]);
+    styles_.add(values[kName], style);
+  }
+
+  int alignmentOf(std::string_view column) const noexcept {
+    const int number = integerOfAss(column).value_or(2);
+    if (isSsa_) return alignmentOfSsa(number).value_or(2);
+    return number >= 1 && number <= 9 ? number : 2;
+  }
+
+  void readEvent(std::string_view line, int number) {
+    std::array<std::string_view, kEventColumns> columns;
+    if (!events_.split(line, columns)) {
+      return sink_.notes().add(ksImportProblem::kColumnsMissing, number);
+    }
+    const auto start = timeIn(columns[kStart]);
+    const auto end = timeIn(columns[kEnd]);
+    if (!start || !end) return sink_.notes().add(ksImportProblem::kTimeUnreadable, number);
+    if (!start->isUsual || !end->isUsual) {
+      sink_.notes().add(ksImportProblem::kTimeRepaired, number);
+    }
+    ksImportCue& cue = sink_.begin(start->milliseconds, end->milliseconds, number);
+    const AssStyle& style = styleOf(columns[kStyle], number);
+    const AssTextTraits traits = writeAssText(columns[kText], style, styles_, sink_.text());
+    cue.alignment = traits.alignment.value_or(style.alignment);
+    if (traits.isUnclosed) sink_.notes().add(ksImportProblem::kTagUnclosed, number);
+    sink_.finish();
+  }
+
+  static std::optional<WrittenTime> timeIn(std::string_view column) noexcept {
+    const auto time = takeTime(column);
+    return time && withoutBlanks(column).empty() ? time : std::nullopt;
+  }
+
+  const AssStyle& styleOf(std::string_view name, int line) {
+    static constexpr AssStyle kPlainStyle{};
+    if (const AssStyle* const named = styles_.named(name)) return *named;
+    if (!styles_.empty()) sink_.notes().add(ksImportProblem::kUnknownStyle, line);
+    const AssStyle* const usual = styles_.named("Default");
+    return usual == nullptr ? kPlainStyle : *usual;
+  }
+
+  const FormatInput& input_;
+  CueSink& sink_;
+  Columns<kEventColumns> events_;
+  Columns<kStyleColumns> styleColumns_;
+  AssStyles styles_;
+  bool isSsa_ = false;
+  bool isAttachment_ = false;  // within the data of [Fonts] or [Graphics]
+};
+
+}  // namespace
+
+Likelihood likelihoodOfAss(std::string_view text) {
+  Likelihood likelihood = Likelihood::kNone;
+  Line line;
+  for (Lines lines(text); lines.next(line);) {
+    const std::string_view content = withoutBlanks(line.text);
+    std::string_view value;
+    if (startsWithNoCase(content, "[Script Info]") || startsWithNoCase(content, "[V4")) {
+      return Likelihood::kCertain;
+    }
+    if (hasKey(content, "Dialogue", value) && value.find(',') != value.npos) {
+      return Likelihood::kLikely;
+    }
+    if (startsWithNoCase(content, "[Events]")) likelihood = Likelihood::kPossible;
+  }
+  return likelihood;
+}
+
+void readAss(const FormatInput& input, CueSink& sink) { AssReader(input, sink).read(); }
+
+}  // namespace kssubtitle::importing

@@ -1,0 +1,106 @@
+// Takes the cues that a format's reader finds, and arranges them.
+#include "kssubtitle/import/formats/cue_sink.h"
+
+#include <algorithm>
+#include <limits>
+#include <tuple>
+
+namespace kssubtitle::importing {
+namespace {
+
+bool isBefore(const ksImportCue& a, const ksImportCue& b) noexcept {
+  return std::tie(a.start, a.index) < std::tie(b.start, b.index);
+}
+
+bool hasAssumedEnd(const ksImportCue& cue) noexcept { return (cue.flags & kImportEndAssumed) != 0; }
+
+/// Requires: the cues are in order, those without text included.
+void assumeEnds(std::vector<ksImportCue>& cues, long long longest, Notes& notes) {
+  constexpr long long kLastCue = 5000;
+  long long nextStart = std::numeric_limits<long long>::max();
+  for (std::size_t i = cues.size(); i-- > 0;) {
+    ksImportCue& cue = cues[i];
+    // Cues of one start are shown together, up to the first later one.
+    if (i + 1 < cues.size() && cues[i + 1].start > cue.start) nextStart = cues[i + 1].start;
+    if (!hasAssumedEnd(cue)) continue;
+    const bool isLast = nextStart == std::numeric_limits<long long>::max();
+    cue.end = isLast ? cue.start + kLastCue : std::min(nextStart, cue.start + longest);
+    if (isLast) notes.add(ksImportProblem::kEndAssumed, cue.line);
+  }
+}
+
+/// Of cues with the same start, end and text only the first one stays.
+void dropDoubles(std::vector<ksImportCue>& cues, Notes& notes) {
+  const auto content = [](const ksImportCue& cue) {
+    return std::make_tuple(cue.end, cue.text.size(), cue.text);
+  };
+  const auto equal = [&](const ksImportCue& a, const ksImportCue& b) {
+    if (a.start != b.start || content(a) != content(b)) return false;
+    notes.add(ksImportProblem::kDuplicate, b.line);
+    return true;
+  };
+  const auto sameStart = [](const ksImportCue& a, const ksImportCue& b) {
+    return a.start == b.start;
+  };
+  auto first = std::adjacent_find(cues.begin(), cues.end(), sameStart);
+  if (first == cues.end()) return;
+  // Equal ones stand side by side for a moment.
+  std::sort(first, cues.end(), [&](const ksImportCue& a, const ksImportCue& b) {
+    if (a.start != b.start) return a.start < b.start;
+    return std::make_pair(content(a), a.index) < std::make_pair(content(b), b.index);
+  });
+  cues.erase(std::unique(first, cues.end(), equal), cues.end());
+  std::sort(first, cues.end(), isBefore);
+}
+
+/// Requires: the cues are in order.
+void noteTimes(const std::vector<ksImportCue>& cues, Notes& notes) {
+  long long greatestEnd = std::numeric_limits<long long>::min();
+  for (const ksImportCue& cue : cues) {
+    if (cue.end <= std::max(cue.start, 0LL)) {
+      notes.add(ksImportProblem::kEndNotBehindStart, cue.line);
+    } else {
+      if (cue.start < greatestEnd) notes.add(ksImportProblem::kOverlap, cue.line);
+      greatestEnd = std::max(greatestEnd, cue.end);
+    }
+  }
+}
+
+}  // namespace
+
+ksImportCue& CueSink::begin(long long start, long long end, int line) {
+  ksImportCue cue;
+  cue.start = start;
+  cue.end = end;
+  cue.line = line;
+  cue.index = static_cast<int>(cues_.size());
+  return cues_.emplace_back(cue);
+}
+
+ksImportCue& CueSink::beginWithoutEnd(long long start, int line) {
+  ksImportCue& cue = begin(start, start, line);
+  cue.flags |= kImportEndAssumed;
+  return cue;
+}
+
+void CueSink::finish() {
+  finishOrMark();
+  if (cues_.back().text.empty()) notes_.add(ksImportProblem::kCueWithoutText, cues_.back().line);
+}
+
+void CueSink::finishOrMark() { cues_.back().text = text_.finish(); }
+
+void arrange(std::vector<ksImportCue>& cues, long long longestAssumed, Notes& notes) {
+  if (!std::is_sorted(cues.begin(), cues.end(), isBefore)) {
+    std::sort(cues.begin(), cues.end(), isBefore);
+  }
+  if (std::any_of(cues.begin(), cues.end(), hasAssumedEnd)) {
+    assumeEnds(cues, longestAssumed, notes);
+  }
+  std::erase_if(cues, [](const ksImportCue& cue) { return cue.text.empty(); });
+  dropDoubles(cues, notes);
+  noteTimes(cues, notes);
+  if (cues.capacity() - cues.size() > cues.size() / 16) cues.shrink_to_fit();
+}
+
+}  // namespace kssubtitle::importing

@@ -1,0 +1,42 @@
+// Takes the cues that a format's reader finds.
+#pragma once
+
+#include <cstddef>
+#include <vector>
+
+#include "kssubtitle/import/ksImportCue.h"
+#include "kssubtitle/import/markup/cue_text.h"
+#include "kssubtitle/import/notes.h"
+
+namespace kssubtitle::importing {
+
+/// One cue after the other, in the order of the file: begin(), then its text, then finish().
+class CueSink {
+ public:
+  CueSink(CueText& text, Notes& notes) noexcept : text_(text), notes_(notes) {}
+
+  /// Begins a cue at `line`. Its end is set later if it is kImportEndAssumed.
+  ksImportCue& begin(long long start, long long end, int line);
+  /// Begins a cue whose end the file does not say: it will be where the next one begins.
+  ksImportCue& beginWithoutEnd(long long start, int line);
+  CueText& text() noexcept { return text_; }
+  /// Ends the cue that was begun last. One without text is noted and left out.
+  void finish();
+  /// Ends it: one without text only marks where the one before it ends.
+  void finishOrMark();
+
+  std::vector<ksImportCue>& cues() noexcept { return cues_; }
+  Notes& notes() noexcept { return notes_; }
+
+ private:
+  CueText& text_;
+  Notes& notes_;
+  std::vector<ksImportCue> cues_;
+};
+
+/// Puts the cues in their order, gives ends to those that have none, and leaves out what has no
+/// text or is there twice. An end that is not said is where the next cue begins, at most
+/// `longestAssumed` milliseconds after the start; the last cue's is five seconds after it.
+void arrange(std::vector<ksImportCue>& cues, long long longestAssumed, Notes& notes);
+
+}  // namespace kssubtitle::importing

@@ -1,0 +1,63 @@
+// The table of the formats that are known: a new one has its source beside this and a row here.
+#include "kssubtitle/import/formats/formats.h"
+
+#include <algorithm>
+#include <string>
+
+#include "kssubtitle/import/formats/readers.h"
+#include "kssubtitle/import/text/ascii.h"
+
+namespace kssubtitle::importing {
+namespace {
+
+constexpr Format kFormats[] = {
+    {"ass", "ass ssa", likelihoodOfAss, readAss},
+    {"subrip", "srt", likelihoodOfSubRip, readSubRip},
+};
+
+/// Whether `extensions` names that of `path`.
+bool hasExtension(std::string_view path, std::string_view extensions) noexcept {
+  const std::size_t dot = path.rfind('.');
+  if (dot == path.npos) return false;
+  const std::string_view extension = path.substr(dot + 1);
+  while (!extensions.empty()) {
+    const std::size_t end = std::min(extensions.find(' '), extensions.size());
+    if (equalNoCase(extensions.substr(0, end), extension)) return true;
+    extensions.remove_prefix(std::min(end + 1, extensions.size()));
+  }
+  return false;
+}
+
+const Format* mostLikely(std::string_view text, std::string_view path) noexcept {
+  const Format* best = nullptr;
+  int bestRank = 1;
+  for (const Format& format : kFormats) {
+    const int likelihood = static_cast<int>(format.likelihood(text));
+    if (likelihood == 0) continue;
+    const int rank = 2 * likelihood + (hasExtension(path, format.extensions) ? 1 : 0);
+    if (rank > bestRank) {
+      best = &format;
+      bestRank = rank;
+    }
+  }
+  return best;
+}
+
+}  // namespace
+
+std::span<const Format> formats() noexcept { return kFormats; }
+
+const Format* formatNamed(std::string_view name) noexcept {
+  const auto* const found =
+      std::find_if(std::begin(kFormats), std::end(kFormats),
+                   [&](const Format& format) { return equalNoCase(format.name, name); });
+  return found == std::end(kFormats) ? nullptr : found;
+}
+
+const Format* recognise(std::string_view text, std::string_view path) noexcept {
+  constexpr std::size_t kUsuallyEnough = 4096;
+  const Format* const format = mostLikely(text.substr(0, kUsuallyEnough), path);
+  return format == nullptr && text.size() > kUsuallyEnough ? mostLikely(text, path) : format;
+}
+
+}  // namespace kssubtitle::importing

@@ -1,0 +1,248 @@
+// SubRip: cues are found by their time lines.
+#include <optional>
+#include <string_view>
+#include <vector>
+
+#include "kssubtitle/import/formats/readers.h"
+#include "kssubtitle/import/formats/times.h"
+#include "kssubtitle/import/markup/subrip_tags.h"
+#include "kssubtitle/import/text/ascii.h"
+#include "kssubtitle/import/text/lines.h"
+
+namespace kssubtitle::importing {
+namespace {
+
+/// What stands above a line tells how freely it may be read.
+enum class Above { kBlank, kNumber, kOther };
+
+struct TimeLine {
+  std::optional<long long> start;  // a time line of which one time is missing cannot be read
+  std::optional<long long> end;
+  bool isUsual = false;
+
+  bool isReadable() const noexcept { return start && end; }
+};
+
+constexpr std::string_view kArrow = "-->";
+// Other spellings of the arrow, the longest first.
+constexpr std::string_view kOtherArrows[] = {"--&gt;", "-- >", "\xE2\x80\x94>", "\xE2\x80\x93>",
+                                             "->"};
+
+/// Takes an arrow off, and the blanks before it; 0 if there is none, 1 for the usual one, else 2.
+int takeArrow(std::string_view& text) noexcept {
+  const std::string_view rest = withoutLeadingBlanks(text);
+  if (rest.starts_with(kArrow)) {
+    text = rest.substr(kArrow.size());
+    return 1;
+  }
+  for (const std::string_view arrow : kOtherArrows) {
+    if (rest.starts_with(arrow)) {
+      text = rest.substr(arrow.size());
+      return 2;
+    }
+  }
+  return 0;
+}
+
+/// Whether a line that begins with `c` may be a time line.
+constexpr bool canBeginTimeLine(char c) noexcept {
+  return isDigit(c) || c == '-' || c == '+' || c == '\xE2';
+}
+
+/// The time line that `text` is. Two times of three fields with the usual arrow between them are
+/// one anywhere; other spellings, and lines with one time only, where `above` announces a cue.
+std::optional<TimeLine> timeLineOf(std::string_view text, Above above) noexcept {
+  const auto start = takeTime(text);
+  const int arrow = takeArrow(text);
+  if (arrow == 0) return std::nullopt;
+  const auto end = takeTime(text);
+  if (!start && !end) return std::nullopt;
+  const bool isStrict = start && end && arrow == 1 && start->fields == 3 && end->fields == 3;
+  if (!isStrict && above == Above::kOther) return std::nullopt;
+  if (!(start && end) && above != Above::kNumber) return std::nullopt;
+  TimeLine line;
+  if (start) line.start = start->milliseconds;
+  if (end) line.end = end->milliseconds;
+  line.isUsual = isStrict && start->isUsual && end->isUsual;
+  return line;
+}
+
+/// A line of digits, which may be the number of a cue.
+struct NumberLine {
+  Line line;
+  bool hasBlankAbove = false;
+};
+
+/// Its value; digits beyond the eighteenth do not count.
+long long valueOf(const NumberLine& number) noexcept {
+  constexpr std::size_t kMostDigits = 18;
+  long long value = 0;
+  for (const char c : withoutBlanks(number.line.text).substr(0, kMostDigits)) {
+    value = value * 10 + (c - '0');
+  }
+  return value;
+}
+
+/// Compares the numbers of the cues with what they should be.
+class Numbering {
+ public:
+  explicit Numbering(Notes& notes) noexcept : notes_(notes) {}
+
+  void take(const NumberLine& number) {
+    const long long value = valueOf(number);
+    if (hasAny_ && value == last_) {
+      notes_.add(ksImportProblem::kNumberDoubled, number.line.number);
+    } else if (hasAny_ && value < last_) {
+      notes_.add(ksImportProblem::kNumberFalling, number.line.number);
+    }
+    last_ = value;
+    hasAny_ = true;
+  }
+  void miss(int line) { missing_.push_back(line); }
+  bool isContinuedBy(const NumberLine& number) const noexcept {
+    return hasAny_ && valueOf(number) == last_ + 1;
+  }
+  /// In a file without any number none is missing.
+  void finish() {
+    if (!hasAny_) return;
+    for (const int line : missing_) notes_.add(ksImportProblem::kNumberMissing, line);
+  }
+
+ private:
+  Notes& notes_;
+  bool hasAny_ = false;
+  long long last_ = 0;
+  std::vector<int> missing_;
+};
+
+class SubRipReader {
+ public:
+  SubRipReader(const FormatInput& input, CueSink& sink)
+      : input_(input), sink_(sink), numbering_(sink.notes()) {}
+
+  void read() {
+    Line line;
+    for (Lines lines(input_.text, input_.begin, input_.firstLine); lines.next(line);) {
+      readLine(line);
+    }
+    finishLastCue();
+    numbering_.finish();
+  }
+
+ private:
+  void readLine(const Line& line) {
+    const std::string_view text = withoutLeadingBlanks(line.text);
+    if (text.empty()) {
+      above_ = Above::kBlank;
+      return;
+    }
+    if (!canBeginTimeLine(text.front())) return takeText(line);
+    if (isNumber(withoutTrailingBlanks(text))) return takeNumber(line);
+    if (const auto timeLine = timeLineOf(text, above_)) return beginCue(line, *timeLine);
+    takeText(line);
+  }
+
+  void takeText(const Line& line) {
+    if (!isInCue_) sink_.notes().add(ksImportProblem::kLineIgnored, line.number);
+    number_.reset();
+    above_ = Above::kOther;
+  }
+
+  /// The one that continues the numbering may announce a cue that was cut off.
+  void takeNumber(const Line& line) {
+    number_ = NumberLine{line, above_ == Above::kBlank};
+    if (number_->hasBlankAbove && !cutOff_ && numbering_.isContinuedBy(*number_)) {
+      cutOff_ = number_;
+    }
+    above_ = Above::kNumber;
+  }
+
+  /// The line of digits above a time line, unless a blank line and text part the two.
+  bool isAnnounced() const noexcept {
+    return number_ && (above_ == Above::kNumber || number_->hasBlankAbove);
+  }
+
+  void beginCue(const Line& line, const TimeLine& times) {
+    const bool isNumbered = isAnnounced();
+    finishCue(isNumbered ? number_->line.begin : line.begin);
+    if (isNumbered) {
+      numbering_.take(*number_);
+    } else {
+      numbering_.miss(line.number);
+    }
+    isInCue_ = true;
+    times_ = times;
+    line_ = isNumbered ? number_->line.number : line.number;
+    timeLineNumber_ = line.number;
+    textBegin_ = std::min(line.next, input_.text.size());
+    number_.reset();
+    cutOff_.reset();
+    above_ = Above::kOther;
+  }
+
+  void finishCue(std::size_t textEnd) {
+    if (!isInCue_) return;
+    if (!times_.isReadable()) {
+      sink_.notes().add(ksImportProblem::kTimeUnreadable, timeLineNumber_);
+      return;
+    }
+    if (!times_.isUsual) sink_.notes().add(ksImportProblem::kTimeRepaired, timeLineNumber_);
+    ksImportCue& cue = sink_.begin(*times_.start, *times_.end, line_);
+    const TextTraits traits =
+        writeSubRipText(input_.text.substr(textBegin_, textEnd - textBegin_), sink_.text());
+    if (traits.alignment) cue.alignment = *traits.alignment;
+    if (traits.isUnclosed) sink_.notes().add(ksImportProblem::kTagUnclosed, line_);
+    sink_.finish();
+  }
+
+  /// A number at the end, behind a blank line, announces a cue that is not there any more.
+  void finishLastCue() {
+    const bool standsAlone = number_ && number_->hasBlankAbove;
+    const std::optional<NumberLine>& end = cutOff_ ? cutOff_ : number_;
+    if (isInCue_ && (cutOff_ || standsAlone)) {
+      sink_.notes().add(ksImportProblem::kCueCutOff, end->line.number);
+      finishCue(end->line.begin);
+    } else {
+      finishCue(input_.text.size());
+    }
+  }
+
+  const FormatInput& input_;
+  CueSink& sink_;
+  Numbering numbering_;
+  Above above_ = Above::kBlank;
+  std::optional<NumberLine> number_;  // the last line that is not blank, if it is one
+  std::optional<NumberLine> cutOff_;  // the first in this cue's text that may be the next one's
+  // The cue that is being read.
+  bool isInCue_ = false;
+  TimeLine times_;
+  int line_ = 0;
+  int timeLineNumber_ = 0;
+  std::size_t textBegin_ = 0;
+};
+
+}  // namespace
+
+Likelihood likelihoodOfSubRip(std::string_view text) {
+  Likelihood likelihood = Likelihood::kNone;
+  Above above = Above::kBlank;
+  Line line;
+  for (Lines lines(text); lines.next(line);) {
+    const std::string_view content = withoutBlanks(line.text);
+    if (content.empty()) {
+      above = Above::kBlank;
+    } else if (isNumber(content)) {
+      above = Above::kNumber;
+    } else {
+      const auto times = timeLineOf(content, above);
+      if (times && times->isUsual) return Likelihood::kLikely;
+      if (times) likelihood = Likelihood::kPossible;
+      above = Above::kOther;
+    }
+  }
+  return likelihood;
+}
+
+void readSubRip(const FormatInput& input, CueSink& sink) { SubRipReader(input, sink).read(); }
+
+}  // namespace kssubtitle::importing

@@ -1,0 +1,20 @@
+// Times as people write them.
+#pragma once
+
+#include <optional>
+#include <string_view>
+
+namespace kssubtitle::importing {
+
+struct WrittenTime {
+  long long milliseconds = 0;
+  int fields = 0;        ///< 3 for hours, minutes and seconds; 2 for minutes and seconds.
+  bool isUsual = false;  ///< As the standard form of SubRip, ASS or WebVTT has it.
+};
+
+/// Takes a time off the front of `text`, with the blanks before and within it: two or three fields,
+/// then perhaps a comma, a point or (behind three fields) a colon and a decimal fraction, of which
+/// milliseconds count. A sign makes it negative. A field of more than 12 digits is no time.
+std::optional<WrittenTime> takeTime(std::string_view& text) noexcept;
+
+}  // namespace kssubtitle::importing

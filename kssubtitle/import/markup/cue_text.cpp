@@ -1,0 +1,145 @@
+// Writes the text of a cue.
+#include "kssubtitle/import/markup/cue_text.h"
+
+#include <algorithm>
+#include <cstdio>
+
+#include "kssubtitle/import/markup/white_space.h"
+#include "kssubtitle/import/text/unicode.h"
+
+namespace kssubtitle::importing {
+namespace {
+
+struct Tag {
+  bool Style::*isSet;
+  std::string_view opening;
+  std::string_view closing;
+};
+
+constexpr Tag kTags[] = {
+    {&Style::italic, "<i>", "</i>"},
+    {&Style::bold, "<b>", "</b>"},
+    {&Style::underline, "<u>", "</u>"},
+    {&Style::strikeOut, "<s>", "</s>"},
+};
+
+std::string_view escapeOf(char c) noexcept {
+  switch (c) {
+    case '&':
+      return "&amp;";
+    case '<':
+      return "&lt;";
+    case '>':
+      return "&gt;";
+    default:
+      return {};
+  }
+}
+
+}  // namespace
+
+void CueText::append(std::string_view characters) {
+  if (isHtml_) {
+    line_ += characters;
+    if (!runs_.empty() && runs_.back().style == style_) {
+      runs_.back().end = line_.size();
+    } else {
+      runs_.push_back({line_.size(), style_});
+    }
+    return;
+  }
+  if (arena_.text().size() == lineBegin_) characters.remove_prefix(leadingWhiteSpace(characters));
+  put(characters);
+}
+
+void CueText::append(char32_t c) {
+  if (c == '\n' || c == '\r') return endLine();
+  char bytes[4];
+  append(std::string_view(bytes, static_cast<std::size_t>(writeUtf8(c, bytes) - bytes)));
+}
+
+void CueText::endLine() {
+  if (isHtml_) return endHtmlLine();
+  const std::string_view line = arena_.text().substr(lineBegin_);
+  if (line.empty()) return;
+  arena_.cutTo(lineBegin_ + line.size() - trailingWhiteSpace(line));
+  put("\n");
+  lineBegin_ = arena_.text().size();
+}
+
+std::string_view CueText::finish() {
+  endLine();
+  if (isHtml_) {
+    closeTags();
+    style_ = written_ = Style();
+  } else if (lineBegin_ > 0) {
+    arena_.cutTo(lineBegin_ - 1);  // the line feed behind the last line
+  }
+  lineBegin_ = 0;
+  return arena_.finish();
+}
+
+void CueText::put(std::string_view characters) {
+  characters.copy(arena_.room(characters.size()), characters.size());
+  arena_.wrote(characters.size());
+}
+
+void CueText::endHtmlLine() {
+  const std::string_view line(line_);
+  const std::size_t begin = leadingWhiteSpace(line);
+  const std::size_t end = line.size() - trailingWhiteSpace(line.substr(begin));
+  std::size_t at = begin;
+  for (const Run& run : runs_) {
+    const std::size_t runEnd = std::min(run.end, end);
+    if (runEnd <= at) continue;
+    putRun(run.style, line.substr(at, runEnd - at), at == begin);
+    at = runEnd;
+  }
+  line_.clear();
+  runs_.clear();
+}
+
+/// The line feed stands between the tags of two runs, or within the only ones.
+void CueText::putRun(const Style& style, std::string_view characters, bool isFirst) {
+  const bool beginsLine = isFirst && !arena_.text().empty();
+  const bool isNew = style != written_;
+  if (isNew) closeTags();
+  if (beginsLine) put("\n");
+  if (isNew) {
+    written_ = style;
+    openTags();
+  }
+  putEscaped(characters);
+}
+
+void CueText::putEscaped(std::string_view characters) {
+  while (!characters.empty()) {
+    const std::size_t plain = std::min(characters.find_first_of("&<>"), characters.size());
+    put(characters.substr(0, plain));
+    characters.remove_prefix(plain);
+    if (characters.empty()) return;
+    put(escapeOf(characters.front()));
+    characters.remove_prefix(1);
+  }
+}
+
+void CueText::openTags() {
+  for (const Tag& tag : kTags) {
+    if (written_.*tag.isSet) put(tag.opening);
+  }
+  if (written_.colour == Style::kNoColour) return;
+  char font[32];
+  const int size = std::snprintf(font, sizeof font, "<font color=\"#%06x\">",
+                                 static_cast<unsigned>(written_.colour) & 0xFFFFFFU);
+  put({font, static_cast<std::size_t>(size)});
+}
+
+void CueText::closeTags() {
+  if (written_.colour != Style::kNoColour) put("</font>");
+  for (const Tag* tag = std::end(kTags); tag-- != std::begin(kTags);) {
+    if (written_.*tag->isSet) put(tag->closing);
+  }
+  written_ = Style();
+}
+
+}  // namespace kssubtitle::importing

@@ -1,0 +1,58 @@
+// Writes the text of a cue in its form: lines without white space at their ends, none of them
+// empty, in plain text or with the small set of tags.
+#pragma once
+
+#include <cstddef>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "kssubtitle/import/ksImportOptions.h"
+#include "kssubtitle/import/markup/style.h"
+#include "kssubtitle/import/markup/text_arena.h"
+
+namespace kssubtitle::importing {
+
+/// Takes the text of one cue after the other. In kHtml each run of one style is written with its
+/// own tags round it, so that what comes out is well formed whatever came in.
+class CueText {
+ public:
+  CueText(TextArena& arena, ksImportMarkup markup) noexcept
+      : arena_(arena), isHtml_(markup == ksImportMarkup::kHtml) {}
+
+  /// Whether style is kept: if not, nobody needs to find it out.
+  bool isHtml() const noexcept { return isHtml_; }
+  /// The style of what is appended next; a new text has none.
+  void setStyle(const Style& style) noexcept { style_ = style; }
+  /// Appends characters (valid UTF-8, no line feed) as they stand.
+  void append(std::string_view characters);
+  /// Appends a scalar value; a line feed or carriage return ends the line.
+  void append(char32_t c);
+  void endLine();
+  /// Ends the text and begins a new one. Empty if it has no line.
+  std::string_view finish();
+
+ private:
+  struct Run {
+    std::size_t end;  // in line_
+    Style style;
+  };
+
+  void put(std::string_view characters);
+  void endHtmlLine();
+  void putRun(const Style& style, std::string_view characters, bool isFirst);
+  void putEscaped(std::string_view characters);
+  void openTags();
+  void closeTags();
+
+  TextArena& arena_;
+  bool isHtml_;
+  std::size_t lineBegin_ = 0;  // of the line that is being made, in plain text
+  // In kHtml: the line that is being made, with its runs.
+  Style style_;
+  std::string line_;
+  std::vector<Run> runs_;
+  Style written_;  // whose tags are open in what is written
+};
+
+}  // namespace kssubtitle::importing

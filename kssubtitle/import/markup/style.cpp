@@ -1,0 +1,40 @@
+// Style by tags.
+#include "kssubtitle/import/markup/style.h"
+
+#include <algorithm>
+
+namespace kssubtitle::importing {
+
+void TagStyle::open(StyleTag tag, int colour) {
+  if (tag == StyleTag::kFont) {
+    colours_.push_back(colour == Style::kNoColour && !colours_.empty() ? colours_.back() : colour);
+  } else {
+    ++open_[static_cast<std::size_t>(tag)];
+  }
+}
+
+void TagStyle::close(StyleTag tag) noexcept {
+  if (tag == StyleTag::kFont) {
+    if (!colours_.empty()) colours_.pop_back();
+  } else if (std::size_t& open = open_[static_cast<std::size_t>(tag)]; open > 0) {
+    --open;
+  }
+}
+
+void TagStyle::closeAll() noexcept {
+  std::fill(std::begin(open_), std::end(open_), 0);
+  colours_.clear();
+}
+
+bool TagStyle::isAnyOpen() const noexcept {
+  return !colours_.empty() ||
+         std::any_of(std::begin(open_), std::end(open_), [](std::size_t open) { return open > 0; });
+}
+
+Style TagStyle::style() const noexcept {
+  const auto isOpen = [this](StyleTag tag) { return open_[static_cast<std::size_t>(tag)] > 0; };
+  return {isOpen(StyleTag::kItalic), isOpen(StyleTag::kBold), isOpen(StyleTag::kUnderline),
+          isOpen(StyleTag::kStrikeOut), colours_.empty() ? Style::kNoColour : colours_.back()};
+}
+
+}  // namespace kssubtitle::importing

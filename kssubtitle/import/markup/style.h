@@ -1,0 +1,47 @@
+// The style that texts keep: a small fixed set, whatever the format.
+#pragma once
+
+#include <cstddef>
+#include <optional>
+#include <string_view>
+#include <vector>
+
+namespace kssubtitle::importing {
+
+/// What a run of text looks like.
+struct Style {
+  static constexpr int kNoColour = -1;
+
+  bool italic = false;
+  bool bold = false;
+  bool underline = false;
+  bool strikeOut = false;
+  int colour = kNoColour;  ///< 0xRRGGBB.
+
+  bool operator==(const Style&) const = default;
+};
+
+/// The tags that set it.
+enum class StyleTag { kItalic, kBold, kUnderline, kStrikeOut, kFont };
+
+/// The style that tags opened and closed in any order leave: each closing tag ends the last open
+/// one of its name, and one that ends nothing is none.
+class TagStyle {
+ public:
+  /// Requires: `colour` is kNoColour, which keeps the colour round it, but for a font tag.
+  void open(StyleTag tag, int colour = Style::kNoColour);
+  void close(StyleTag tag) noexcept;
+  void closeAll() noexcept;
+  bool isAnyOpen() const noexcept;
+  Style style() const noexcept;
+
+ private:
+  static constexpr std::size_t kSwitches = 4;
+  std::size_t open_[kSwitches] = {};  // how many, by tag
+  std::vector<int> colours_;          // of the open font tags
+};
+
+/// "#rrggbb", "rrggbb", "#rgb" or a colour name of HTML; nothing else.
+std::optional<int> colourOf(std::string_view text) noexcept;
+
+}  // namespace kssubtitle::importing

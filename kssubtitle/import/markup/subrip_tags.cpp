@@ -1,0 +1,176 @@
+// The tags that stand in the texts of SubRip cues.
+#include "kssubtitle/import/markup/subrip_tags.h"
+
+#include <algorithm>
+#include <array>
+
+#include "kssubtitle/import/markup/entities.h"
+#include "kssubtitle/import/text/ascii.h"
+
+namespace kssubtitle::importing {
+namespace {
+
+constexpr bool isSpace(char c) noexcept { return isBlank(c) || c == '\n'; }
+
+/// The length of what is a tag's name at the front of `text`.
+std::size_t nameLength(std::string_view text) noexcept {
+  const auto* const end = std::find_if_not(text.begin(), text.end(), isLetter);
+  return static_cast<std::size_t>(end - text.begin());
+}
+
+std::optional<StyleTag> tagNamed(std::string_view name) noexcept {
+  constexpr std::pair<std::string_view, StyleTag> kNames[] = {{"i", StyleTag::kItalic},
+                                                              {"b", StyleTag::kBold},
+                                                              {"u", StyleTag::kUnderline},
+                                                              {"s", StyleTag::kStrikeOut},
+                                                              {"font", StyleTag::kFont}};
+  for (const auto& [known, tag] : kNames) {
+    if (equalNoCase(known, name)) return tag;
+  }
+  return std::nullopt;
+}
+
+/// The length of "{\...}" or "{y:...}" at the front of `text`; 0 if there is neither.
+std::size_t overrideLength(std::string_view text) noexcept {
+  const bool isOverride =
+      text.size() > 2 &&
+      (text[1] == '\\' || (text[2] == ':' && std::string_view("yfscp").find(lowerOf(text[1])) !=
+                                                 std::string_view::npos));
+  if (!isOverride) return 0;
+  const std::size_t end = text.find_first_of("{}", 1);
+  return end == text.npos || text[end] == '{' ? 0 : end + 1;
+}
+
+/// The alignment that "{\an8}" and its like ask for.
+std::optional<int> alignmentIn(std::string_view block) noexcept {
+  constexpr std::string_view kAlignment = "\\an";
+  const std::size_t at = block.find(kAlignment);
+  if (at == block.npos) return std::nullopt;
+  const char digit = block[at + kAlignment.size()];  // the closing brace at the latest
+  if (digit < '1' || digit > '9') return std::nullopt;
+  return digit - '0';
+}
+
+/// Walks over a text and hands its pieces on.
+class Writer {
+ public:
+  Writer(std::string_view text, CueText& out) noexcept : rest_(text), out_(out) {}
+
+  TextTraits write() {
+    while (!rest_.empty()) {
+      takePlain();
+      if (!rest_.empty()) takeSpecial();
+    }
+    traits_.isUnclosed = style_.isAnyOpen();
+    return traits_;
+  }
+
+ private:
+  static constexpr auto kIsSpecial = [] {
+    std::array<bool, 256> special{};
+    for (const char c : {'\n', '<', '{', '&'}) special[static_cast<unsigned char>(c)] = true;
+    return special;
+  }();
+
+  void takePlain() {
+    std::size_t length = 0;
+    while (length < rest_.size() && !kIsSpecial[static_cast<unsigned char>(rest_[length])]) {
+      ++length;
+    }
+    if (length > 0) takeText(length);
+  }
+
+  void takeSpecial() {
+    switch (rest_.front()) {
+      case '\n':
+        out_.endLine();
+        return rest_.remove_prefix(1);
+      case '<':
+        return takeTag();
+      case '{':
+        return takeOverride();
+      default:
+        return takeEntity();
+    }
+  }
+
+  void takeText(std::size_t length) {
+    out_.append(rest_.substr(0, length));
+    rest_.remove_prefix(length);
+  }
+
+  void takeTag() {
+    const TagAtFront tag = tagAtFront(rest_);
+    if (tag.length == 0) return takeText(1);
+    rest_.remove_prefix(tag.length);
+    if (tag.isClosing) {
+      style_.close(tag.tag);
+    } else {
+      const int colour = colourOf(attributeOf(tag.attributes, "color")).value_or(Style::kNoColour);
+      style_.open(tag.tag, tag.tag == StyleTag::kFont ? colour : Style::kNoColour);
+    }
+    out_.setStyle(style_.style());
+  }
+
+  void takeOverride() {
+    const std::size_t length = overrideLength(rest_);
+    if (length == 0) return takeText(1);
+    const std::string_view block = rest_.substr(0, length);
+    if (!traits_.alignment) traits_.alignment = alignmentIn(block);
+    rest_.remove_prefix(length);
+  }
+
+  void takeEntity() {
+    const Entity entity = entityOf(rest_);
+    if (entity.length == 0) return takeText(1);
+    out_.append(entity.character);
+    rest_.remove_prefix(entity.length);
+  }
+
+  std::string_view rest_;
+  CueText& out_;
+  TagStyle style_;
+  TextTraits traits_;
+};
+
+}  // namespace
+
+TagAtFront tagAtFront(std::string_view text) noexcept {
+  TagAtFront found;
+  std::size_t at = 1;
+  found.isClosing = text.substr(at).starts_with('/');
+  if (found.isClosing) ++at;
+  const std::string_view name = text.substr(at, nameLength(text.substr(at)));
+  const std::optional<StyleTag> tag = tagNamed(name);
+  if (!tag) return {};
+  at += name.size();
+  const std::size_t end = text.find_first_of("<>", at);
+  if (end == text.npos || text[end] == '<') return {};
+  found.tag = *tag;
+  found.attributes = text.substr(at, end - at);
+  const bool mayHaveAttributes = found.tag == StyleTag::kFont;
+  const bool isBare = std::all_of(found.attributes.begin(), found.attributes.end(), isSpace);
+  if (!isBare && !(mayHaveAttributes && isSpace(found.attributes.front()))) return {};
+  found.length = end + 1;
+  return found;
+}
+
+std::string_view attributeOf(std::string_view attributes, std::string_view name) noexcept {
+  const std::size_t at = findNoCase(attributes, name);
+  if (at == attributes.npos) return {};
+  std::string_view value = withoutBlanks(attributes.substr(at + name.size()));
+  if (!value.starts_with('=')) return {};
+  value = withoutLeadingBlanks(value.substr(1));
+  if (value.starts_with('"') || value.starts_with('\'')) {
+    const char quote = value.front();
+    value.remove_prefix(1);
+    return value.substr(0, value.find(quote));
+  }
+  return value.substr(0, value.find_first_of(" \t\r\n"));
+}
+
+TextTraits writeSubRipText(std::string_view text, CueText& out) {
+  return Writer(text, out).write();
+}
+
+}  // namespace kssubtitle::importing

@@ -1,0 +1,35 @@
+// The tags that stand in the texts of SubRip cues.
+#pragma once
+
+#include <optional>
+#include <string_view>
+
+#include "kssubtitle/import/markup/cue_text.h"
+
+namespace kssubtitle::importing {
+
+/// What a text says beside its characters.
+struct TextTraits {
+  std::optional<int> alignment;
+  bool isUnclosed = false;  ///< A tag is not closed.
+};
+
+/// Writes the lines of a cue without `<i> <b> <u> <s> <font ...>` and their ends, paired or not,
+/// and without "{\...}" and "{y:...}" with their like; entities become characters. Anything else in
+/// brackets is text.
+TextTraits writeSubRipText(std::string_view text, CueText& out);
+
+/// A tag at the front of a text.
+struct TagAtFront {
+  std::size_t length = 0;  ///< 0: there is none.
+  StyleTag tag = StyleTag::kItalic;
+  bool isClosing = false;
+  std::string_view attributes;
+};
+
+/// The tag at the front of `text`, which begins with '<'; of the five that the small set has.
+TagAtFront tagAtFront(std::string_view text) noexcept;
+/// The value of an attribute in any case, without its quotes; empty if there is none.
+std::string_view attributeOf(std::string_view attributes, std::string_view name) noexcept;
+
+}  // namespace kssubtitle::importing

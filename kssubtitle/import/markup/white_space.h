@@ -1,0 +1,14 @@
+// White space at the ends of a line, that of other scripts and no-break spaces included.
+#pragma once
+
+#include <cstddef>
+#include <string_view>
+
+namespace kssubtitle::importing {
+
+/// How many bytes of white space valid UTF-8 begins with.
+std::size_t leadingWhiteSpace(std::string_view text) noexcept;
+/// How many bytes of white space valid UTF-8 ends with.
+std::size_t trailingWhiteSpace(std::string_view text) noexcept;
+
+}  // namespace kssubtitle::importing

@@ -1,0 +1,132 @@
+// Which cues are shown at a moment.
+#include "kssubtitle/import/moments/moments.h"
+
+#include <algorithm>
+#include <limits>
+#include <utility>
+
+namespace kssubtitle::importing {
+namespace {
+
+constexpr std::size_t kGroup = 16;
+
+}  // namespace
+
+void Moments::Active::add(long long end, int cue) {
+  endings.push({end, cue});
+  places ^= cue;
+}
+
+void Moments::Active::drop() {
+  places ^= endings.top().cue;
+  endings.pop();
+}
+
+int Moments::Active::shown() const noexcept {
+  if (endings.empty()) return Moment::kNobody;
+  return endings.size() == 1 ? places : Moment::kSeveral;
+}
+
+void Moments::reserve(std::size_t cues) {
+  begins_.reserve(2 * cues);
+  shown_.reserve(2 * cues);
+}
+
+void Moments::add(const ksImportCue& cue) {
+  const int place = count_++;
+  const long long start = std::max(cue.start, 0LL);
+  const bool isShown = cue.end > start;
+  noteEnd(place, isShown ? cue.end : std::numeric_limits<long long>::min());
+  if (!isShown) return;
+  begins_.resize(settled_);
+  shown_.resize(settled_);
+  endUntil(start);
+  active_.add(cue.end, place);
+  cutAt(start);
+  settled_ = begins_.size();
+}
+
+void Moments::settle() {
+  Active active = active_;
+  endUntil(std::numeric_limits<long long>::max());
+  active_ = std::move(active);
+}
+
+std::optional<Moment> Moments::at(long long t) const noexcept {
+  const auto after = std::upper_bound(begins_.begin(), begins_.end(), t);
+  if (after == begins_.begin()) return std::nullopt;
+  auto i = static_cast<std::size_t>(after - begins_.begin()) - 1;
+  // What ends is still shown at the moment of its end if nothing else is.
+  if (shown_[i] == Moment::kNobody && begins_[i] == t && i > 0) --i;
+  if (shown_[i] == Moment::kNobody) return std::nullopt;
+  return Moment{begins_[i], begins_[i + 1], shown_[i]};
+}
+
+std::vector<int> Moments::cuesAt(const Moment& moment, std::span<const ksImportCue> cues) const {
+  if (moment.shown >= 0) return {moment.shown};
+  std::vector<int> found;
+  const auto startsLater = [](long long time, const ksImportCue& cue) { return time < cue.start; };
+  const auto begun = std::upper_bound(cues.begin(), cues.end(), moment.start, startsLater);
+  const auto begunCues = cues.first(static_cast<std::size_t>(begun - cues.begin()));
+  const std::size_t top = greatestEnds_.size() - 1;
+  for (std::size_t group = 0; group < greatestEnds_[top].size(); ++group) {
+    search(begunCues, top, group, moment.start, found);
+  }
+  std::sort(found.begin(), found.end(), [cues](int a, int b) {
+    return cues[static_cast<std::size_t>(a)].index < cues[static_cast<std::size_t>(b)].index;
+  });
+  return found;
+}
+
+/// From `time` on those are shown that are active now.
+void Moments::cutAt(long long time) {
+  if (!begins_.empty() && begins_.back() == time) {
+    shown_.back() = active_.shown();
+  } else {
+    begins_.push_back(time);
+    shown_.push_back(active_.shown());
+  }
+}
+
+void Moments::endUntil(long long time) {
+  while (!active_.endings.empty() && active_.endings.top().time <= time) {
+    const long long end = active_.endings.top().time;
+    while (!active_.endings.empty() && active_.endings.top().time == end) active_.drop();
+    cutAt(end);
+  }
+}
+
+void Moments::noteEnd(int cue, long long end) {
+  auto group = static_cast<std::size_t>(cue);
+  for (std::size_t level = 0; level == 0 || greatestEnds_[level - 1].size() > 1; ++level) {
+    group /= kGroup;
+    if (level == greatestEnds_.size()) {
+      greatestEnds_.emplace_back();
+      if (level > 0) greatestEnds_[level].push_back(greatestEnds_[level - 1].front());
+    }
+    std::vector<long long>& ends = greatestEnds_[level];
+    if (group == ends.size()) {
+      ends.push_back(end);
+    } else {
+      ends[group] = std::max(ends[group], end);
+    }
+  }
+}
+
+/// Finds those of `cues` in one group of a level that are shown at `time`.
+void Moments::search(std::span<const ksImportCue> cues, std::size_t level, std::size_t group,
+                     long long time, std::vector<int>& found) const {
+  if (greatestEnds_[level][group] <= time) return;
+  const std::size_t first = group * kGroup;
+  if (level == 0) {
+    const std::size_t end = std::min(first + kGroup, cues.size());
+    for (std::size_t i = first; i < end; ++i) {
+      if (cues[i].end > time) found.push_back(static_cast<int>(i));
+    }
+    return;
+  }
+  const std::size_t end = std::min(first + kGroup, greatestEnds_[level - 1].size());
+  for (std::size_t i = first; i < end; ++i) search(cues, level - 1, i, time, found);
+}
+
+}  // namespace kssubtitle::importing

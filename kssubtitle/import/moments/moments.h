@@ -1,0 +1,76 @@
+// Which cues are shown at a moment.
+#pragma once
+
+#include <cstddef>
+#include <functional>
+#include <optional>
+#include <queue>
+#include <span>
+#include <vector>
+
+#include "kssubtitle/import/ksImportCue.h"
+
+namespace kssubtitle::importing {
+
+/// A span of time in which the same cues are shown, and which: one by its place in the span of all
+/// cues, or several.
+struct Moment {
+  static constexpr int kNobody = -1;
+  static constexpr int kSeveral = -2;
+
+  long long start;
+  long long end;
+  int shown;
+};
+
+/// Takes cues in the order of their starts, one after the other, and then answers.
+///
+/// Time is cut into segments where a cue begins or ends. A segment in which one cue is shown names
+/// it; for one in which several are, the cues that begin up to there are searched for those that
+/// have not ended, by the greatest ends of ever larger groups of them.
+class Moments {
+ public:
+  void reserve(std::size_t cues);
+  /// Adds the next cue. One whose end is not behind its start, or not above 0, is never shown.
+  void add(const ksImportCue& cue);
+  /// To be called behind the last cue that is added before a question.
+  void settle();
+
+  /// The moment round `t`; nothing if no cue is shown.
+  std::optional<Moment> at(long long t) const noexcept;
+  /// The places of the cues that are shown in a moment, in the order of the file. Requires: they
+  /// are the cues that were added, and `moment` is one of at().
+  std::vector<int> cuesAt(const Moment& moment, std::span<const ksImportCue> cues) const;
+
+ private:
+  struct Ending {
+    long long time;
+    int cue;
+    bool operator>(const Ending& other) const noexcept { return time > other.time; }
+  };
+
+  /// The cues that are shown where the segments end.
+  struct Active {
+    std::priority_queue<Ending, std::vector<Ending>, std::greater<>> endings;
+    int places = 0;  // combined by exclusive or: of a single one, its own
+
+    void add(long long end, int cue);
+    void drop();
+    int shown() const noexcept;
+  };
+
+  void cutAt(long long time);
+  void endUntil(long long time);
+  void noteEnd(int cue, long long end);
+  void search(std::span<const ksImportCue> cues, std::size_t level, std::size_t group,
+              long long time, std::vector<int>& found) const;
+
+  std::vector<long long> begins_;  // of the segments; the last one has no end and shows nobody
+  std::vector<int> shown_;
+  std::size_t settled_ = 0;  // how many of them no later cue can change
+  Active active_;
+  std::vector<std::vector<long long>> greatestEnds_;  // [n]: of each group of 16^(n+1) cues
+  int count_ = 0;
+};
+
+}  // namespace kssubtitle::importing

@@ -1,0 +1,27 @@
+// What a report holds.
+#pragma once
+
+#include <cerrno>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "kssubtitle/import/ksImportReport.h"
+#include "kssubtitle/import/notes.h"
+
+namespace kssubtitle::importing {
+
+struct ReportData {
+  // As it is until the file is read, or refused for another reason: memory ran out.
+  ksImportRefusal refusal = ksImportRefusal::kCannotOpen;
+  int systemError = ENOMEM;
+  std::string_view format;  // a name from the table of formats
+  std::string encoding;
+  ksImportEncodingSource encodingSource = ksImportEncodingSource::kValidUtf8;
+  ksImportLineEnds lineEnds = ksImportLineEnds::kNone;
+  std::size_t size = 0;
+  std::vector<std::string> languages;
+  Notes notes;
+};
+
+}  // namespace kssubtitle::importing

@@ -1,0 +1,57 @@
+// Characters of ASCII, in no locale.
+#pragma once
+
+#include <algorithm>
+#include <string_view>
+
+namespace kssubtitle::importing {
+
+constexpr bool isDigit(char c) noexcept { return c >= '0' && c <= '9'; }
+constexpr bool isLetter(char c) noexcept {
+  return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z');
+}
+/// White space within a line; a carriage return in front of a line feed counts as such.
+constexpr bool isBlank(char c) noexcept {
+  return c == ' ' || c == '\t' || c == '\r' || c == '\v' || c == '\f';
+}
+constexpr char lowerOf(char c) noexcept {
+  return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
+}
+
+/// Whether both are equal but for case.
+constexpr bool equalNoCase(std::string_view a, std::string_view b) noexcept {
+  return std::equal(a.begin(), a.end(), b.begin(), b.end(),
+                    [](char x, char y) { return lowerOf(x) == lowerOf(y); });
+}
+
+constexpr bool startsWithNoCase(std::string_view text, std::string_view start) noexcept {
+  return equalNoCase(text.substr(0, start.size()), start);
+}
+
+/// The first place at which `word` stands in any case; npos if none.
+constexpr std::size_t findNoCase(std::string_view text, std::string_view word) noexcept {
+  const auto found = std::search(text.begin(), text.end(), word.begin(), word.end(),
+                                 [](char x, char y) { return lowerOf(x) == lowerOf(y); });
+  return found == text.end() ? text.npos : static_cast<std::size_t>(found - text.begin());
+}
+
+constexpr std::string_view withoutLeadingBlanks(std::string_view text) noexcept {
+  while (!text.empty() && isBlank(text.front())) text.remove_prefix(1);
+  return text;
+}
+
+constexpr std::string_view withoutTrailingBlanks(std::string_view text) noexcept {
+  while (!text.empty() && isBlank(text.back())) text.remove_suffix(1);
+  return text;
+}
+
+constexpr std::string_view withoutBlanks(std::string_view text) noexcept {
+  return withoutTrailingBlanks(withoutLeadingBlanks(text));
+}
+
+/// Whether `text` is made of digits, one at least.
+constexpr bool isNumber(std::string_view text) noexcept {
+  return !text.empty() && std::all_of(text.begin(), text.end(), isDigit);
+}
+
+}  // namespace kssubtitle::importing

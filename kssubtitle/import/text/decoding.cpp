@@ -1,0 +1,107 @@
+// Bytes become UTF-8.
+#include "kssubtitle/import/text/decoding.h"
+
+#include <utility>
+
+#include "kssubtitle/import/text/code_pages.h"
+#include "kssubtitle/import/text/unicode.h"
+
+namespace kssubtitle::importing {
+namespace {
+
+/// Reads units of `kSize` bytes off the front of a text.
+template <std::size_t kSize, bool kBigEndian>
+class Units {
+ public:
+  explicit Units(std::string_view bytes) noexcept : bytes_(bytes) {}
+
+  bool empty() const noexcept { return bytes_.empty(); }
+  bool hasOne() const noexcept { return bytes_.size() >= kSize; }
+  void drop() noexcept { bytes_.remove_prefix(hasOne() ? kSize : bytes_.size()); }
+  char32_t peek() const noexcept {
+    char32_t unit = 0;
+    for (std::size_t i = 0; i < kSize; ++i) {
+      const std::size_t place = kBigEndian ? i : kSize - 1 - i;
+      unit = unit << 8 | static_cast<unsigned char>(bytes_[place]);
+    }
+    return unit;
+  }
+
+ private:
+  std::string_view bytes_;
+};
+
+/// Takes a code point off the units; kReplacement for what is none. Requires: they are not empty.
+template <std::size_t kSize, bool kBigEndian>
+char32_t takeCodePoint(Units<kSize, kBigEndian>& units, bool& isReplaced) noexcept {
+  isReplaced = !units.hasOne();
+  const char32_t c = isReplaced ? kReplacement : units.peek();
+  units.drop();
+  if (isScalar(c)) return c;
+  if (kSize == 2 && c < 0xDC00 && units.hasOne()) {
+    const char32_t low = units.peek();
+    if (low >= 0xDC00 && low < 0xE000) {
+      units.drop();
+      return 0x10000 + ((c & 0x3FF) << 10) + (low & 0x3FF);
+    }
+  }
+  isReplaced = true;
+  return kReplacement;
+}
+
+template <std::size_t kSize, bool kBigEndian>
+DecodedText decodeUnits(std::string_view bytes) {
+  constexpr std::size_t kLongest = kSize == 2 ? 3 : 4;  // bytes of UTF-8 for one unit
+  DecodedText decoded;
+  decoded.text.resize((bytes.size() / kSize + 1) * kLongest);
+  char* to = decoded.text.data();
+  for (Units<kSize, kBigEndian> units(bytes); !units.empty();) {
+    bool isReplaced = false;
+    const char32_t c = takeCodePoint(units, isReplaced);
+    if (isReplaced) decoded.replacements.add(static_cast<std::size_t>(to - decoded.text.data()));
+    to = writeUtf8(c, to);
+  }
+  decoded.text.resize(static_cast<std::size_t>(to - decoded.text.data()));
+  return decoded;
+}
+
+DecodedText decodeUtf8(std::string bytes) {
+  const Utf8Count count = countUtf8(bytes);
+  if (count.badBytes == 0 && !count.cutAtEnd) return {std::move(bytes), {}};
+  DecodedText decoded;
+  decoded.text =
+      repairUtf8(bytes, [&decoded](std::size_t offset) { decoded.replacements.add(offset); });
+  return decoded;
+}
+
+std::optional<DecodedText> decodeAs(std::string bytes, const Encoding& encoding) {
+  switch (encoding.kind) {
+    case EncodingKind::kUtf8:
+      return decodeUtf8(std::move(bytes));
+    case EncodingKind::kUtf16Le:
+      return decodeUnits<2, false>(bytes);
+    case EncodingKind::kUtf16Be:
+      return decodeUnits<2, true>(bytes);
+    case EncodingKind::kUtf32Le:
+      return decodeUnits<4, false>(bytes);
+    case EncodingKind::kUtf32Be:
+      return decodeUnits<4, true>(bytes);
+    case EncodingKind::kCodePage:
+      break;
+  }
+  return decodeCodePage(bytes, encoding.name);
+}
+
+}  // namespace
+
+std::optional<DecodedText> decode(std::string bytes, const Encoding& encoding) {
+  constexpr std::string_view kMark = "\xEF\xBB\xBF";
+  std::optional<DecodedText> decoded = decodeAs(std::move(bytes), encoding);
+  if (decoded && decoded->text.starts_with(kMark)) {
+    decoded->text.erase(0, kMark.size());
+    decoded->replacements.shift(kMark.size());
+  }
+  return decoded;
+}
+
+}  // namespace kssubtitle::importing
