@@ -14,7 +14,7 @@ std::size_t countOf(std::string_view text, char c) noexcept {
 std::size_t countReturnsBefore(std::string_view text, std::size_t distance) noexcept {
   std::size_t count = 0;
   for (std::size_t i = distance; i < text.size(); ++i) {
-    count += static_cast<std::size_t>((text[i] == '\n') & (text[i - distance] == '\r'));
+    count += text[i] == '\n' && text[i - distance] == '\r' ? 1U : 0U;
   }
   return count;
 }
