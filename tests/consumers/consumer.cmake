@@ -115,6 +115,19 @@ function(test_subproject)
   build_with_pkg_config(${work}/libraries)
 endfunction()
 
+function(test_static)
+  set(prefix ${work}/installed)
+  run(${CMAKE_COMMAND} -G ${generator} -S ${source} -B ${work}/build
+    -D CMAKE_CXX_COMPILER=${compiler} -D CMAKE_INSTALL_PREFIX=${prefix}
+    -D CMAKE_INSTALL_LIBDIR=${libdir} -D BUILD_SHARED_LIBS=OFF
+    -D KSSUBTITLE_BUILD_TESTS=OFF -D KSSUBTITLE_BUILD_TOOLS=OFF)
+  run(${CMAKE_COMMAND} --build ${work}/build --target install --parallel 2)
+  file(GLOB libraries RELATIVE ${prefix}/${libdir} ${prefix}/${libdir}/lib*)
+  require("${libraries}" STREQUAL "libkssubtitle.a")
+  test_find_package()
+  build_with_pkg_config(${prefix}/${libdir})
+endfunction()
+
 # `files` is a pattern of all that the package holds apart from headers.
 function(require_package name files depends)
   file(GLOB package ${work}/${name}_${version}_*.deb)
