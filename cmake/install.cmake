@@ -1,4 +1,4 @@
-# What is installed where: the library, what others need to build with it, and kssub.
+# What is installed where: the libraries, what others need to build with them, and kssub.
 include(CMakePackageConfigHelpers)
 include(GNUInstallDirs)
 
@@ -16,30 +16,59 @@ function(kssubtitle_path_from here directory target result)
   set(${result} ${path} PARENT_SCOPE)
 endfunction()
 
-install(TARGETS kssubtitle EXPORT kssubtitle
-  LIBRARY COMPONENT Runtime NAMELINK_COMPONENT Development
-  FILE_SET HEADERS COMPONENT Development)
+# What goes with every component, which may be packed alone.
+function(kssubtitle_install_documents component)
+  install(FILES LICENSE CHANGELOG.md
+    DESTINATION ${CMAKE_INSTALL_DOCDIR} COMPONENT ${component})
+endfunction()
 
-# The library needs no other package, so its targets are all that find_package() has to read.
-install(EXPORT kssubtitle NAMESPACE kssubtitle:: FILE kssubtitleConfig.cmake
-  DESTINATION ${cmake_files} COMPONENT Development)
+# Installs the library `target` as `name`, with its headers and what CMake (`component` of
+# find_package) and pkg-config (`description`) need, as components ${part}Library and
+# ${part}Development. Hosts that link it also link the pkg-config modules behind these arguments.
+function(kssubtitle_install_library target name component part description)
+  install(TARGETS ${target} EXPORT kssubtitle-${component}
+    LIBRARY COMPONENT ${part}Library NAMELINK_COMPONENT ${part}Development
+    ARCHIVE COMPONENT ${part}Development
+    FILE_SET HEADERS COMPONENT ${part}Development)
+  install(EXPORT kssubtitle-${component} NAMESPACE kssubtitle::
+    DESTINATION ${cmake_files} COMPONENT ${part}Development)
+
+  kssubtitle_install_documents(${part}Development)
+  if(BUILD_SHARED_LIBS)
+    kssubtitle_install_documents(${part}Library)
+  endif()
+
+  set(pc_name ${name})
+  set(pc_description ${description})
+  list(JOIN ARGN ", " pc_requires)
+  kssubtitle_path_from("\${pcfiledir}" ${pkgconfig_files} ${CMAKE_INSTALL_LIBDIR} pc_libdir)
+  kssubtitle_path_from("\${pcfiledir}" ${pkgconfig_files} ${CMAKE_INSTALL_INCLUDEDIR} pc_includedir)
+  configure_file(cmake/library.pc.in ${PROJECT_BINARY_DIR}/${name}.pc @ONLY)
+  install(FILES ${PROJECT_BINARY_DIR}/${name}.pc
+    DESTINATION ${pkgconfig_files} COMPONENT ${part}Development)
+endfunction()
+
+kssubtitle_install_library(kssubtitle kssubtitle core "" "${PROJECT_DESCRIPTION}")
+
+configure_file(cmake/kssubtitleConfig.cmake.in ${PROJECT_BINARY_DIR}/kssubtitleConfig.cmake @ONLY)
 write_basic_package_version_file(${PROJECT_BINARY_DIR}/kssubtitleConfigVersion.cmake
   COMPATIBILITY SameMajorVersion)
-install(FILES ${PROJECT_BINARY_DIR}/kssubtitleConfigVersion.cmake
+install(FILES ${PROJECT_BINARY_DIR}/kssubtitleConfig.cmake
+  ${PROJECT_BINARY_DIR}/kssubtitleConfigVersion.cmake
   DESTINATION ${cmake_files} COMPONENT Development)
 
-kssubtitle_path_from("\${pcfiledir}" ${pkgconfig_files} ${CMAKE_INSTALL_LIBDIR} pc_libdir)
-kssubtitle_path_from("\${pcfiledir}" ${pkgconfig_files} ${CMAKE_INSTALL_INCLUDEDIR} pc_includedir)
-configure_file(cmake/kssubtitle.pc.in ${PROJECT_BINARY_DIR}/kssubtitle.pc @ONLY)
-install(FILES ${PROJECT_BINARY_DIR}/kssubtitle.pc
-  DESTINATION ${pkgconfig_files} COMPONENT Development)
-
-install(FILES CHANGELOG.md docs/behaviour.md docs/limits.md docs/limits.svg
+# Pictures in a page are for those who read it in the source tree.
+file(READ docs/limits.md limits)
+set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS docs/limits.md)
+string(REGEX REPLACE "!\\[[^\n]*\n\n" "" limits "${limits}")
+file(WRITE ${PROJECT_BINARY_DIR}/limits.md "${limits}")
+install(FILES docs/behaviour.md ${PROJECT_BINARY_DIR}/limits.md
   DESTINATION ${CMAKE_INSTALL_DOCDIR} COMPONENT Development)
 
 if(KSSUBTITLE_BUILD_TOOLS)
   kssubtitle_path_from("\$ORIGIN" ${CMAKE_INSTALL_BINDIR} ${CMAKE_INSTALL_LIBDIR} rpath)
   set_target_properties(kssub PROPERTIES INSTALL_RPATH "${rpath}")
-  install(TARGETS kssub COMPONENT Runtime)
-  install(FILES tools/kssub/kssub.1 DESTINATION ${CMAKE_INSTALL_MANDIR}/man1 COMPONENT Runtime)
+  install(TARGETS kssub COMPONENT Kssub)
+  install(FILES tools/kssub/kssub.1 DESTINATION ${CMAKE_INSTALL_MANDIR}/man1 COMPONENT Kssub)
+  kssubtitle_install_documents(Kssub)
 endif()

@@ -1,31 +1,63 @@
-# What cpack makes: an archive of everything, and two Debian packages: the library with kssub, and
-# what building with it needs.
+# What cpack makes of each component: an archive and a Debian package.
 set(CPACK_GENERATOR TGZ DEB)
-set(CPACK_PACKAGE_CONTACT "kssubtitle developers <kssubtitle@localhost>")
+set(CPACK_PACKAGE_DESCRIPTION_SUMMARY "")  # or it would stand above each package's own
 set(CPACK_STRIP_FILES ON)
 set(CPACK_VERBATIM_VARIABLES ON)
-set(CPACK_PRE_BUILD_SCRIPTS ${PROJECT_SOURCE_DIR}/cmake/debian_files.cmake)
+set(CPACK_ARCHIVE_COMPONENT_INSTALL ON)
+set(CPACK_PRE_BUILD_SCRIPTS ${PROJECT_SOURCE_DIR}/cmake/debian_documents.cmake)
+
+# Who answers for a package is whoever builds it, named as for Debian's own tools. The project has
+# an issue tracker and no address, and says so with a domain that can never exist.
+if(DEFINED ENV{DEBFULLNAME} AND DEFINED ENV{DEBEMAIL})
+  set(CPACK_PACKAGE_CONTACT "$ENV{DEBFULLNAME} <$ENV{DEBEMAIL}>")
+else()
+  set(CPACK_PACKAGE_CONTACT "The kssubtitle authors <use-the-issue-tracker@kssubtitle.invalid>")
+endif()
 
 set(CPACK_DEB_COMPONENT_INSTALL ON)
 set(CPACK_DEBIAN_FILE_NAME DEB-DEFAULT)
+set(CPACK_DEBIAN_PACKAGE_SOURCE kssubtitle)
+set(CPACK_DEBIAN_PACKAGE_RELEASE 0upstream1)  # older than the first of a distribution
+set(CPACK_DEBIAN_PACKAGE_CONTROL_STRICT_PERMISSION ON)
 set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
 set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS_PRIVATE_DIRS ${PROJECT_BINARY_DIR}/kssubtitle)
 set(CPACK_DEBIAN_PACKAGE_GENERATE_SHLIBS ON)
 set(CPACK_DEBIAN_PACKAGE_GENERATE_SHLIBS_POLICY ">=")
+set(package_version ${PROJECT_VERSION}-${CPACK_DEBIAN_PACKAGE_RELEASE})
 
-set(library_package libkssubtitle${PROJECT_VERSION_MAJOR})
+# The package `name` of a component: its section, what it depends on beside shared libraries of
+# other projects, and its description, the first line of which stands alone.
+macro(kssubtitle_package component name section depends description)
+  string(TOUPPER ${component} upper)
+  set(CPACK_DEBIAN_${upper}_PACKAGE_NAME ${name})
+  set(CPACK_DEBIAN_${upper}_PACKAGE_SECTION ${section})
+  set(CPACK_DEBIAN_${upper}_PACKAGE_DEPENDS "${depends}")
+  set(CPACK_DEBIAN_${upper}_DESCRIPTION "${description}")
+endmacro()
 
-set(CPACK_DEBIAN_RUNTIME_PACKAGE_NAME ${library_package})
-set(CPACK_DEBIAN_RUNTIME_PACKAGE_SECTION libs)
-set(CPACK_COMPONENT_RUNTIME_DESCRIPTION
-  "This package holds the shared library and kssub, a host on the command line.")
-file(WRITE ${PROJECT_BINARY_DIR}/debian/triggers "activate-noawait ldconfig\n")
-set(CPACK_DEBIAN_RUNTIME_PACKAGE_CONTROL_EXTRA ${PROJECT_BINARY_DIR}/debian/triggers)
-
-set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_NAME libkssubtitle-dev)
-set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_SECTION libdevel)
-set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_DEPENDS "${library_package} (= ${PROJECT_VERSION})")
-set(CPACK_COMPONENT_DEVELOPMENT_DESCRIPTION
-  "This package holds the headers, and files for CMake and pkg-config.")
+set(library libkssubtitle${PROJECT_VERSION_MAJOR})
+set(library_same "")
+set(library_newer "")
+if(BUILD_SHARED_LIBS)
+  set(library_same "${library} (= ${package_version})")
+  set(library_newer "${library} (>= ${PROJECT_VERSION})")
+  file(WRITE ${PROJECT_BINARY_DIR}/debian/triggers "activate-noawait ldconfig\n")
+  set(CPACK_DEBIAN_LIBRARY_PACKAGE_CONTROL_EXTRA ${PROJECT_BINARY_DIR}/debian/triggers)
+  kssubtitle_package(Library ${library} libs "" "library that reads subtitle files
+It tells which subtitle of a SubRip, Advanced SubStation Alpha or SubStation
+Alpha file is shown at a moment, and reads VobSub indexes and the units of
+their pictures. It is made for media players: it starts no threads, writes
+nothing, and needs no library but that of C++.")
+endif()
+kssubtitle_package(Development libkssubtitle-dev libdevel "${library_same}"
+  "library that reads subtitle files - development files
+It tells which subtitle of a file is shown at a moment.
+.
+This package holds what is needed to build with the library: its headers,
+files for CMake and pkg-config, and what it answers in every odd case.")
+kssubtitle_package(Kssub kssub video "${library_newer}" "tell which subtitle is shown at a moment
+On the command line, kssub lists the subtitles of a file, tells which are
+shown at given times, plays them, and writes the pictures of VobSub files as
+PNG files. It shows what a media player with the library kssubtitle would.")
 
 include(CPack)

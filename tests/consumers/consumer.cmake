@@ -95,6 +95,28 @@ function(test_other_major)
   require("${kssubtitle_CONSIDERED_VERSIONS}" STREQUAL "${version}")
 endfunction()
 
+function(find_components components)
+  file(WRITE ${work}/CMakeLists.txt "cmake_minimum_required(VERSION 3.25)
+project(host LANGUAGES NONE)
+find_package(kssubtitle 0.1 REQUIRED COMPONENTS ${components})
+get_property(targets DIRECTORY PROPERTY IMPORTED_TARGETS)
+message(\"It has: \${targets}\")
+")
+  execute_process(COMMAND ${CMAKE_COMMAND} -S ${work} -B ${work}/build
+    -D CMAKE_PREFIX_PATH=${prefix} OUTPUT_VARIABLE output ERROR_VARIABLE output)
+  string(REGEX REPLACE "[ \n]+" " " output "${output}")
+  set(output "${output}" PARENT_SCOPE)
+endfunction()
+
+function(test_components)
+  find_components("core OPTIONAL_COMPONENTS pictures")
+  require("${output}" MATCHES "It has: kssubtitle::kssubtitle")
+  find_components("core pictures")
+  require("${output}" MATCHES
+    "The component 'pictures' of kssubtitle ${version} is not installed[.]")
+  require("${output}" MATCHES "Configuring incomplete")
+endfunction()
+
 # As a subproject the library installs nothing unless asked to, here with its libraries elsewhere.
 function(test_subproject)
   file(READ ${smallest}/CMakeLists.txt project)
@@ -128,15 +150,19 @@ function(test_static)
   build_with_pkg_config(${prefix}/${libdir})
 endfunction()
 
-# `files` is a pattern of all that the package holds apart from headers.
+# `files` is a pattern of all that the package holds apart from headers and what each one has.
 function(require_package name files depends)
-  file(GLOB package ${work}/${name}_${version}_*.deb)
+  file(GLOB package ${work}/${name}_${version}-*.deb)
   run(dpkg-deb --field ${package} Depends)
-  require("${output}" MATCHES "${depends}")
+  require("${output}" MATCHES "^${depends}\n$")
   run(dpkg-deb --contents ${package})
   string(REGEX MATCHALL "[.]/usr/[^ \n]*[^ /\n]( ->[^\n]*)?\n" paths "${output}")
   list(TRANSFORM paths REPLACE "^[.]/usr/| ->.*|\n" "")
   list(FILTER paths EXCLUDE REGEX "^include/kssubtitle/.*[.]h$")
+  foreach(document changelog.Debian.gz changelog.gz copyright)
+    require("share/doc/${name}/${document}" IN_LIST paths)
+    list(REMOVE_ITEM paths share/doc/${name}/${document})
+  endforeach()
   list(SORT paths)
   require("${paths}" MATCHES "^${files}$")
 endfunction()
@@ -144,18 +170,20 @@ endfunction()
 function(test_packages)
   run(cpack --config ${build}/CPackConfig.cmake -G DEB -B ${work})
   string(REGEX MATCH "^[0-9]+" major ${version})
-  set(runtime libkssubtitle${major})
-  require_package(${runtime}
-    "bin/kssub;${libdir}/libkssubtitle.so.${major};${libdir}/libkssubtitle.so.${version};\
-share/man/man1/kssub.1.gz" "libc6.*libpng16.*libstdc")
+  set(library libkssubtitle${major})
+  set(system "libc6 [^,]*, libgcc-s1 [^,]*")
+  set(cxx "libstdc[+][+]6 [^,]*")
+  require_package(${library}
+    "${libdir}/libkssubtitle.so.${major};${libdir}/libkssubtitle.so.${version}" "${system}, ${cxx}")
   require_package(libkssubtitle-dev
-    "(${libdir}/cmake/kssubtitle/kssubtitleConfig[^;]*.cmake;)+${libdir}/libkssubtitle.so;\
-${libdir}/pkgconfig/kssubtitle.pc;share/doc/kssubtitle/CHANGELOG.md;\
-share/doc/kssubtitle/behaviour.md;share/doc/kssubtitle/limits.md;share/doc/kssubtitle/limits.svg"
-    "^${runtime} \\(= ${version}\\)\n$")
-  file(GLOB package ${work}/${runtime}_*.deb)
+    "(${libdir}/cmake/kssubtitle/kssubtitle[^;]*.cmake;)+${libdir}/libkssubtitle.so;\
+${libdir}/pkgconfig/kssubtitle.pc;share/doc/libkssubtitle-dev/behaviour.md;\
+share/doc/libkssubtitle-dev/limits.md" "${library} \\(= ${version}-[a-z0-9]+\\)")
+  require_package(kssub "bin/kssub;share/man/man1/kssub.1.gz"
+    "${library} \\(>= ${version}\\), ${system}, libpng16-16 [^,]*, ${cxx}.*")
+  file(GLOB package ${work}/${library}_*.deb)
   run(dpkg-deb --info ${package} shlibs triggers)
-  require("${output}" MATCHES "libkssubtitle ${major} ${runtime} .*activate-noawait ldconfig")
+  require("${output}" MATCHES "libkssubtitle ${major} ${library} .*activate-noawait ldconfig")
 endfunction()
 
 file(REMOVE_RECURSE ${work})
