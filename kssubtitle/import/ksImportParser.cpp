@@ -158,7 +158,7 @@ bool ksImportParser::openBytes(std::string bytes, std::string_view path,
     return refuse(refusal);
   }
   FoundEncoding found = findEncoding(bytes, {options.encoding, options.fallbackEncoding});
-  std::optional<DecodedText> decoded = decode(std::move(bytes), found.encoding);
+  std::optional<DecodedText> decoded = decode(std::move(bytes), found);
   if (!decoded) return refuse(ksImportRefusal::kUnknownEncoding);
   report.encodingSource = found.source;
   report.encoding = std::move(found.encoding.name);

@@ -29,28 +29,45 @@ void assumeEnds(std::vector<ksImportCue>& cues, long long longest, Notes& notes)
   }
 }
 
-/// Of cues with the same start, end and text only the first one stays.
-void dropDoubles(std::vector<ksImportCue>& cues, Notes& notes) {
-  const auto content = [](const ksImportCue& cue) {
-    return std::make_tuple(cue.end, cue.text.size(), cue.text);
+bool hasSameContent(const ksImportCue& a, const ksImportCue& b) noexcept {
+  return a.end == b.end && a.text == b.text;
+}
+
+bool isContentBefore(const ksImportCue& a, const ksImportCue& b) noexcept {
+  const auto key = [](const ksImportCue& cue) {
+    return std::make_tuple(cue.end, cue.text.size(), cue.text, cue.index);
   };
-  const auto equal = [&](const ksImportCue& a, const ksImportCue& b) {
-    if (a.start != b.start || content(a) != content(b)) return false;
+  return key(a) < key(b);
+}
+
+using CueIterator = std::vector<ksImportCue>::iterator;
+
+/// Leaves out what is there twice among cues of the same start; returns where they end.
+CueIterator dropDoublesOfOneStart(CueIterator begin, CueIterator end, Notes& notes) {
+  std::sort(begin, end, isContentBefore);  // equal ones stand side by side for a moment
+  end = std::unique(begin, end, [&notes](const ksImportCue& a, const ksImportCue& b) {
+    if (!hasSameContent(a, b)) return false;
     notes.add(ksImportProblem::kDuplicate, b.line);
     return true;
-  };
+  });
+  std::sort(begin, end, isBefore);
+  return end;
+}
+
+/// Of cues with the same start, end and text only the first one stays.
+void dropDoubles(std::vector<ksImportCue>& cues, Notes& notes) {
   const auto sameStart = [](const ksImportCue& a, const ksImportCue& b) {
     return a.start == b.start;
   };
-  auto first = std::adjacent_find(cues.begin(), cues.end(), sameStart);
-  if (first == cues.end()) return;
-  // Equal ones stand side by side for a moment.
-  std::sort(first, cues.end(), [&](const ksImportCue& a, const ksImportCue& b) {
-    if (a.start != b.start) return a.start < b.start;
-    return std::make_pair(content(a), a.index) < std::make_pair(content(b), b.index);
-  });
-  cues.erase(std::unique(first, cues.end(), equal), cues.end());
-  std::sort(first, cues.end(), isBefore);
+  auto kept = std::adjacent_find(cues.begin(), cues.end(), sameStart);
+  for (auto begin = kept; begin != cues.end();) {
+    const auto end = std::find_if_not(
+        begin, cues.end(), [&](const ksImportCue& cue) { return cue.start == begin->start; });
+    const auto keptEnd = end - begin > 1 ? dropDoublesOfOneStart(begin, end, notes) : end;
+    kept = std::move(begin, keptEnd, kept);
+    begin = end;
+  }
+  cues.erase(kept, cues.end());
 }
 
 /// Requires: the cues are in order.

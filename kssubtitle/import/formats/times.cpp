@@ -42,31 +42,46 @@ long long millisecondsOf(Field fraction) noexcept {
   return fraction.value;
 }
 
-/// The usual ways to write a time, "00:00:00,000" and "0:00:00.00" with any separator, at once.
-/// Half of the time of opening a file would go into the general way.
+/// The two digits at `p`; above 99 if they are none.
+unsigned twoDigits(const char* p) noexcept {
+  const auto tens = static_cast<unsigned>(p[0] - '0');
+  const auto ones = static_cast<unsigned>(p[1] - '0');
+  return tens > 9 || ones > 9 ? 100U : tens * 10 + ones;
+}
+
+/// The usual forms "00:00:00,000" and "0:00:00.00", at once: the general way takes a quarter of the
+/// time of opening a file.
 std::optional<WrittenTime> takeUsualTime(std::string_view& text) noexcept {
-  const auto digit = [&text](std::size_t i) { return static_cast<unsigned>(text[i] - '0'); };
-  constexpr std::size_t kLength = 12;
-  if (text.size() < kLength || text[2] != ':' || text[5] != ':') return std::nullopt;
-  if (text[8] != ',' && text[8] != '.') return std::nullopt;
-  constexpr unsigned kWeights[kLength] = {36000000, 3600000, 0, 600000, 60000, 0,
-                                          10000,    1000,    0, 100,    10,    1};
-  unsigned milliseconds = 0;
-  for (std::size_t i = 0; i < kLength; ++i) {
-    if (kWeights[i] == 0) continue;
-    if (digit(i) > 9) return std::nullopt;
-    milliseconds += digit(i) * kWeights[i];
+  constexpr std::size_t kShortest = 11;  // "00:00:00,00"; a lone "0:00:00.00" goes the general way
+  if (text.size() < kShortest) return std::nullopt;
+  const std::size_t hourDigits = text[1] == ':' ? 1 : 2;
+  const char* const p = text.data() + hourDigits;
+  const bool isSeparated = p[0] == ':' && p[3] == ':' && (p[6] == ',' || p[6] == '.');
+  const unsigned hours =
+      hourDigits == 1 ? static_cast<unsigned>(text[0] - '0') : twoDigits(text.data());
+  const unsigned minutes = twoDigits(p + 1);
+  const unsigned seconds = twoDigits(p + 4);
+  unsigned milliseconds = 10 * twoDigits(p + 7);
+  if (!isSeparated || hours > 99 || minutes > 99 || seconds > 99 || milliseconds > 990)
+    return std::nullopt;
+  if (hourDigits == 1 && hours > 9) return std::nullopt;
+  std::size_t length = hourDigits + 9;
+  if (length < text.size() && isDigit(text[length])) {
+    milliseconds += static_cast<unsigned>(text[length++] - '0');
   }
-  if (text.size() > kLength && isDigit(text[kLength])) return std::nullopt;
-  text.remove_prefix(kLength);
-  return WrittenTime{milliseconds, 3, true};
+  if (length < text.size() && isDigit(text[length])) return std::nullopt;
+  text.remove_prefix(length);
+  return WrittenTime{((hours * 60LL + minutes) * 60 + seconds) * 1000 + milliseconds, 3, true};
 }
 
 }  // namespace
 
 std::optional<WrittenTime> takeTime(std::string_view& text) noexcept {
-  if (const auto usual = takeUsualTime(text)) return usual;
   std::string_view rest = withoutLeadingBlanks(text);
+  if (const auto usual = takeUsualTime(rest)) {
+    text = rest;
+    return usual;
+  }
   const bool isNegative = rest.starts_with('-');
   if (isNegative || rest.starts_with('+')) rest.remove_prefix(1);
   const auto first = takeField(rest);

@@ -27,6 +27,8 @@ std::optional<std::string_view> valueOf(std::string_view tag, std::string_view n
 /// The length of the tag behind a backslash: up to the next one, but for those in parentheses,
 /// which say what the text becomes in time.
 std::size_t tagLength(std::string_view block) noexcept {
+  const std::size_t next = std::min(block.find('\\'), block.size());
+  if (block.substr(0, next).find('(') == block.npos) return next;
   std::size_t depth = 0;
   for (std::size_t i = 0; i < block.size(); ++i) {
     if (block[i] == '(') ++depth;
@@ -34,6 +36,11 @@ std::size_t tagLength(std::string_view block) noexcept {
     if (block[i] == '\\' && depth == 0) return i;
   }
   return block.size();
+}
+
+/// Whether a tag may be one of those that are read; the names of most are not.
+bool mayMatter(std::string_view tag) noexcept {
+  return !tag.empty() && std::string_view("p1cribusa").find(tag.front()) != tag.npos;
 }
 
 /// Takes the overrides of a text one after the other and keeps the state that they leave.
@@ -47,7 +54,8 @@ class Overrides {
     for (std::size_t at = block.find('\\'); at != block.npos; at = block.find('\\')) {
       block.remove_prefix(at + 1);
       const std::size_t length = tagLength(block);
-      takeTag(withoutBlanks(block.substr(0, length)));
+      const std::string_view tag = withoutBlanks(block.substr(0, length));
+      if (mayMatter(tag)) takeTag(tag);
       block.remove_prefix(length);
     }
   }
@@ -58,7 +66,6 @@ class Overrides {
 
  private:
   void takeTag(std::string_view tag) {
-    if (tag.empty()) return;
     if (const auto value = valueOf(tag, "p")) {
       if (const auto scale = integerOfAss(*value)) isDrawing_ = *scale > 0;
     } else if (const auto colour = colourValue(tag)) {
@@ -128,7 +135,7 @@ class Writer {
 
   AssTextTraits write() {
     while (!rest_.empty()) {
-      takeText(std::min(rest_.find_first_of("{\\"), rest_.size()));
+      takeText(plainLength());
       if (rest_.empty()) break;
       if (rest_.front() == '{') {
         takeBlock();
@@ -141,8 +148,14 @@ class Writer {
   }
 
  private:
+  std::size_t plainLength() const noexcept {
+    std::size_t length = 0;
+    while (length < rest_.size() && rest_[length] != '{' && rest_[length] != '\\') ++length;
+    return length;
+  }
+
   void takeText(std::size_t length) {
-    if (!overrides_.isDrawing()) out_.append(rest_.substr(0, length));
+    if (length > 0 && !overrides_.isDrawing()) out_.append(rest_.substr(0, length));
     rest_.remove_prefix(length);
   }
 

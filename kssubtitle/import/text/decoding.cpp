@@ -1,6 +1,9 @@
 // Bytes become UTF-8.
 #include "kssubtitle/import/text/decoding.h"
 
+#include <array>
+#include <cstdint>
+#include <cstring>
 #include <utility>
 
 #include "kssubtitle/import/text/code_pages.h"
@@ -17,6 +20,8 @@ class Units {
 
   bool empty() const noexcept { return bytes_.empty(); }
   bool hasOne() const noexcept { return bytes_.size() >= kSize; }
+  std::string_view rest() const noexcept { return bytes_; }
+  void drop(std::size_t bytes) noexcept { bytes_.remove_prefix(bytes); }
   void drop() noexcept { bytes_.remove_prefix(hasOne() ? kSize : bytes_.size()); }
   char32_t peek() const noexcept {
     char32_t unit = 0;
@@ -49,19 +54,47 @@ char32_t takeCodePoint(Units<kSize, kBigEndian>& units, bool& isReplaced) noexce
   return kReplacement;
 }
 
+/// Writes the units of ASCII at the front of `bytes`, in steps of four; returns how many bytes they
+/// take there.
+template <bool kBigEndian>
+std::size_t writeAscii(std::string_view bytes, char* to, std::size_t room) noexcept {
+  constexpr std::uint64_t kOthers = kBigEndian ? 0x80FF80FF80FF80FFU : 0xFF80FF80FF80FF80U;
+  std::size_t i = 0;
+  for (; i + sizeof kOthers <= bytes.size() && i / 2 + 4 <= room; i += sizeof kOthers) {
+    std::uint64_t units;
+    std::memcpy(&units, bytes.data() + i, sizeof units);
+    if ((units & kOthers) != 0) break;
+    for (std::size_t j = 0; j < 4; ++j) to[i / 2 + j] = bytes[i + 2 * j + (kBigEndian ? 1 : 0)];
+  }
+  return i;
+}
+
 template <std::size_t kSize, bool kBigEndian>
 DecodedText decodeUnits(std::string_view bytes) {
-  constexpr std::size_t kLongest = kSize == 2 ? 3 : 4;  // bytes of UTF-8 for one unit
+  constexpr std::size_t kLongest = 4;  // bytes of UTF-8 for a code point
+  std::array<char, 4096> block;
   DecodedText decoded;
-  decoded.text.resize((bytes.size() / kSize + 1) * kLongest);
-  char* to = decoded.text.data();
+  decoded.text.reserve(bytes.size() / kSize + kLongest);
   for (Units<kSize, kBigEndian> units(bytes); !units.empty();) {
-    bool isReplaced = false;
-    const char32_t c = takeCodePoint(units, isReplaced);
-    if (isReplaced) decoded.replacements.add(static_cast<std::size_t>(to - decoded.text.data()));
-    to = writeUtf8(c, to);
+    char* to = block.data();
+    const char* const full = block.data() + block.size() - kLongest;
+    while (!units.empty() && to < full) {
+      if constexpr (kSize == 2) {
+        const std::size_t ascii =
+            writeAscii<kBigEndian>(units.rest(), to, static_cast<std::size_t>(full - to));
+        to += ascii / 2;
+        units.drop(ascii);
+        if (units.empty() || to >= full) break;
+      }
+      bool isReplaced = false;
+      const char32_t c = takeCodePoint(units, isReplaced);
+      if (isReplaced) {
+        decoded.replacements.add(decoded.text.size() + static_cast<std::size_t>(to - block.data()));
+      }
+      to = writeUtf8(c, to);
+    }
+    decoded.text.append(block.data(), to);
   }
-  decoded.text.resize(static_cast<std::size_t>(to - decoded.text.data()));
   return decoded;
 }
 
@@ -94,9 +127,10 @@ std::optional<DecodedText> decodeAs(std::string bytes, const Encoding& encoding)
 
 }  // namespace
 
-std::optional<DecodedText> decode(std::string bytes, const Encoding& encoding) {
+std::optional<DecodedText> decode(std::string bytes, const FoundEncoding& found) {
+  if (found.isValid) return DecodedText{std::move(bytes), {}};
   constexpr std::string_view kMark = "\xEF\xBB\xBF";
-  std::optional<DecodedText> decoded = decodeAs(std::move(bytes), encoding);
+  std::optional<DecodedText> decoded = decodeAs(std::move(bytes), found.encoding);
   if (decoded && decoded->text.starts_with(kMark)) {
     decoded->text.erase(0, kMark.size());
     decoded->replacements.shift(kMark.size());

@@ -39,6 +39,6 @@ struct DecodedText {
 };
 
 /// Nothing if the C library does not know the code page.
-std::optional<DecodedText> decode(std::string bytes, const Encoding& encoding);
+std::optional<DecodedText> decode(std::string bytes, const FoundEncoding& found);
 
 }  // namespace kssubtitle::importing

@@ -108,7 +108,7 @@ FoundEncoding findEncoding(std::string_view bytes, const EncodingHints& hints) {
   }
   const Utf8Count count = countUtf8(bytes);
   if (count.badBytes == 0 && (!count.cutAtEnd || count.sequences > 0)) {
-    return {encodingOf(EncodingKind::kUtf8), ksImportEncodingSource::kValidUtf8};
+    return {encodingOf(EncodingKind::kUtf8), ksImportEncodingSource::kValidUtf8, !count.cutAtEnd};
   }
   if (isMostlyUtf8(count)) {
     return {encodingOf(EncodingKind::kUtf8), ksImportEncodingSource::kMostlyUtf8};

@@ -28,6 +28,7 @@ struct EncodingHints {
 struct FoundEncoding {
   Encoding encoding;
   ksImportEncodingSource source;
+  bool isValid = false;  ///< All of the text was seen to be UTF-8 already.
 };
 
 /// The encoding of the text in `bytes`.

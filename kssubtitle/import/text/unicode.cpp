@@ -60,6 +60,27 @@ std::size_t asciiBlocks(std::string_view text) noexcept {
   return i;
 }
 
+bool isContinuation(char c) noexcept { return (static_cast<unsigned char>(c) & 0xC0) == 0x80; }
+
+/// How many bytes of sequences of two or three bytes `text` begins with, of those that need no look
+/// at which second byte their first one allows; most text that is not Latin is made of them.
+std::size_t commonSequences(std::string_view text, std::size_t& sequences) noexcept {
+  std::size_t i = 0;
+  while (i + 3 <= text.size()) {
+    const unsigned char lead = byteAt(text, i);
+    if (lead >= 0xC2 && lead < 0xE0 && isContinuation(text[i + 1])) {
+      i += 2;
+    } else if (lead > 0xE0 && lead < 0xF0 && lead != 0xED && isContinuation(text[i + 1]) &&
+               isContinuation(text[i + 2])) {
+      i += 3;
+    } else {
+      break;
+    }
+    ++sequences;
+  }
+  return i;
+}
+
 }  // namespace
 
 char* writeUtf8(char32_t c, char* to) noexcept {
@@ -118,6 +139,10 @@ Utf8Count countUtf8(std::string_view text) noexcept {
     if (length == 1) {
       text.remove_prefix(1);
       text.remove_prefix(asciiBlocks(text));
+      continue;
+    }
+    if (const std::size_t common = commonSequences(text, count.sequences); common > 0) {
+      text.remove_prefix(common);
       continue;
     }
     const std::size_t agreed = length == 0 ? 0 : agreeing(text, length);
