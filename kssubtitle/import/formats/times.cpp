@@ -52,9 +52,9 @@ unsigned twoDigits(const char* p) noexcept {
 /// The usual forms "00:00:00,000" and "0:00:00.00", at once: the general way takes a quarter of the
 /// time of opening a file.
 std::optional<WrittenTime> takeUsualTime(std::string_view& text) noexcept {
-  constexpr std::size_t kShortest = 11;  // "00:00:00,00"; a lone "0:00:00.00" goes the general way
-  if (text.size() < kShortest) return std::nullopt;
+  if (text.size() < 2) return std::nullopt;
   const std::size_t hourDigits = text[1] == ':' ? 1 : 2;
+  if (text.size() < hourDigits + 9) return std::nullopt;
   const char* const p = text.data() + hourDigits;
   const bool isSeparated = p[0] == ':' && p[3] == ':' && (p[6] == ',' || p[6] == '.');
   const unsigned hours =
