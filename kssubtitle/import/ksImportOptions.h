@@ -20,7 +20,8 @@ struct ksImportOptions {
   /// library's iconv does not know is refused.
   std::string encoding;
   /// The encoding of 8-bit text that cannot be told by its bytes; empty: windows-1252. It should be
-  /// the code page that is usual where the viewer lives.
+  /// the code page that is usual where the viewer lives. An unknown one is refused where it is
+  /// needed.
   std::string fallbackEncoding;
   /// Frames in a second, for formats that count frames in a file that does not say; 0 (or any other
   /// value that is no positive number): 23.976, as written.

@@ -170,6 +170,7 @@ bool ksImportParser::openBytes(std::string bytes, std::string_view path,
 bool ksImportParser::openText(std::string text, std::string_view path,
                               const ksImportOptions& options) {
   ReportData& report = *report_.data_;
+  if (text.ends_with('\x1A')) text.pop_back();  // with which old systems ended text files
   const std::size_t begin = httpHeaderLength(text);
   const Format* const format = options.format.empty()
                                    ? recognise(std::string_view(text).substr(begin), path)
