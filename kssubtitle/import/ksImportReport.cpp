@@ -27,7 +27,7 @@ std::string_view sentenceOf(ksImportProblem problem) noexcept {
     case ksImportProblem::kCueWithoutText:
       return "The cue has no text and is left out.";
     case ksImportProblem::kEndNotBehindStart:
-      return "The cue ends before it begins, so it is never shown.";
+      return "The cue ends no later than it begins, or not after 0:00, so it is never shown.";
     case ksImportProblem::kOverlap:
       return "The cue begins while an earlier one is still shown.";
     case ksImportProblem::kTimeRepaired:
