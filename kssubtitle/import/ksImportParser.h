@@ -35,10 +35,13 @@ struct FormatInput;
 /// the source closed, and what cues() and report() gave stays valid.
 class KSSUBTITLE_IMPORT_API ksImportParser : public IParser {
  public:
+  /// @{
+  /// A new parser is closed; a move takes over what is open.
   ksImportParser() noexcept;
   ksImportParser(ksImportParser&& other) noexcept;
   ksImportParser& operator=(ksImportParser&& other) noexcept;
   ~ksImportParser() override;
+  /// @}
 
   /// Opens the file at `path` (NUL-terminated, not null) as the default options have it.
   bool Open(const char* path) override;
