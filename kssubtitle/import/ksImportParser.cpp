@@ -154,8 +154,9 @@ bool ksImportParser::openBytes(std::string bytes, std::string_view path,
                                const ksImportOptions& options) {
   ReportData& report = *report_.data_;
   report.size = bytes.size();
-  if (const auto refusal = refusalOf(bytes); refusal != ksImportRefusal::kNone) {
-    return refuse(refusal);
+  if (const RefusalAtSight seen = refusalOf(bytes); seen.refusal != ksImportRefusal::kNone) {
+    report.refusalSentence = seen.sentence;
+    return refuse(seen.refusal);
   }
   FoundEncoding found = findEncoding(bytes, {options.encoding, options.fallbackEncoding});
   std::optional<DecodedText> decoded = decode(std::move(bytes), found);

@@ -103,6 +103,7 @@ ksImportRefusal ksImportReport::refusal() const noexcept {
 int ksImportReport::systemError() const noexcept { return data_ ? data_->systemError : 0; }
 
 std::string_view ksImportReport::refusalText() const noexcept {
+  if (data_ && !data_->refusalSentence.empty()) return data_->refusalSentence;
   return kssubtitle::importing::sentenceOf(refusal());
 }
 

@@ -15,6 +15,7 @@ struct ReportData {
   // As it is until the file is read, or refused for another reason: memory ran out.
   ksImportRefusal refusal = ksImportRefusal::kCannotOpen;
   int systemError = ENOMEM;
+  std::string_view refusalSentence;  // where more can be said than what the reason is
   std::string_view format;  // a name from the table of formats
   std::string encoding;
   ksImportEncodingSource encodingSource = ksImportEncodingSource::kValidUtf8;

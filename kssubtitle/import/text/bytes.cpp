@@ -9,6 +9,7 @@
 #include <memory>
 #include <string_view>
 
+#include "kssubtitle/import/text/ascii.h"
 #include "kssubtitle/parsers/sub_fopen.h"
 
 namespace kssubtitle::importing {
@@ -42,30 +43,50 @@ void readUpTo(std::FILE* file, std::size_t maxBytes, std::string& bytes) {
 struct Signature {
   std::string_view bytes;
   std::size_t offset;
-  ksImportRefusal refusal;
+  RefusalAtSight refusal;
 };
+
+constexpr RefusalAtSight pictures(std::string_view sentence) {
+  return {ksImportRefusal::kPictures, sentence};
+}
+
+constexpr RefusalAtSight binary(std::string_view sentence) {
+  return {ksImportRefusal::kBinary, sentence};
+}
+
+constexpr RefusalAtSight kVobSubIndex =
+    pictures("The file is a VobSub index, which leads to pictures of subtitles, not to text.");
+constexpr RefusalAtSight kPgs =
+    pictures("The file is a PGS stream, which holds pictures of subtitles, not text.");
 
 // What people take for subtitles: pictures, the archives and films that they come in.
 constexpr Signature kSignatures[] = {
-    {"\0\0\1\xBA"sv, 0, ksImportRefusal::kPictures},  // a program stream
-    {"# VobSub index file"sv, 0, ksImportRefusal::kPictures},
-    {"\xEF\xBB\xBF# VobSub index file"sv, 0, ksImportRefusal::kPictures},
-    {"\x1F\x8B"sv, 0, ksImportRefusal::kBinary},            // gzip
-    {"PK\3\4"sv, 0, ksImportRefusal::kBinary},              // zip
-    {"7z\xBC\xAF\x27\x1C"sv, 0, ksImportRefusal::kBinary},  // 7-Zip
-    {"Rar!\x1A\7"sv, 0, ksImportRefusal::kBinary},          // RAR
-    {"\xFD"
-     "7zXZ\0"sv,
-     0, ksImportRefusal::kBinary},                                        // xz
-    {"BZh"sv, 0, ksImportRefusal::kBinary},                               // bzip2
-    {"\x28\xB5\x2F\xFD"sv, 0, ksImportRefusal::kBinary},                  // Zstandard
-    {"\x1A\x45\xDF\xA3"sv, 0, ksImportRefusal::kBinary},                  // Matroska
-    {"ftyp"sv, 4, ksImportRefusal::kBinary},                              // MP4
-    {"RIFF"sv, 0, ksImportRefusal::kBinary},                              // AVI
-    {"\x89PNG"sv, 0, ksImportRefusal::kBinary},                           // PNG
-    {"%PDF-"sv, 0, ksImportRefusal::kBinary},                             // PDF
-    {"\xD0\xCF\x11\xE0\xA1\xB1\x1A\xE1"sv, 0, ksImportRefusal::kBinary},  // an old text document
+    {"\0\0\1\xBA"sv, 0,
+     pictures("The file is a VobSub stream, which holds pictures of subtitles, not text.")},
+    {"\x1F\x8B"sv, 0, binary("The file is compressed with gzip: unpack it first.")},
+    {"PK\3\4"sv, 0, binary("The file is a ZIP archive: unpack it first.")},
+    {"7z\xBC\xAF\x27\x1C"sv, 0, binary("The file is a 7z archive: unpack it first.")},
+    {"Rar!\x1A\7"sv, 0, binary("The file is a RAR archive: unpack it first.")},
+    {"\xFD\x37zXZ\0"sv, 0, binary("The file is compressed with xz: unpack it first.")},
+    {"BZh"sv, 0, binary("The file is compressed with bzip2: unpack it first.")},
+    {"\x28\xB5\x2F\xFD"sv, 0, binary("The file is compressed with Zstandard: unpack it first.")},
+    {"\x1A\x45\xDF\xA3"sv, 0, binary("The file is a Matroska film or its tracks, not text.")},
+    {"ftyp"sv, 4, binary("The file is an MP4 film, not text.")},
+    {"RIFF"sv, 0, binary("The file is a film or a sound, not text.")},
+    {"\x89PNG"sv, 0, binary("The file is a picture, not text.")},
+    {"\xFF\xD8\xFF"sv, 0, binary("The file is a picture, not text.")},
+    {"%PDF-"sv, 0, binary("The file is a PDF document, not a subtitle file.")},
+    {"\xD0\xCF\x11\xE0\xA1\xB1\x1A\xE1"sv, 0,
+     binary("The file is a document of an office program, not a subtitle file.")},
 };
+
+/// By its comment at the front, or by the entries that every index has.
+bool isVobSubIndex(std::string_view bytes) noexcept {
+  constexpr std::size_t kLooked = 4096;
+  const std::string_view head = bytes.substr(0, std::min(bytes.size(), kLooked));
+  if (head.find("# VobSub index file") < 4) return true;  // a mark may stand in front
+  return findNoCase(head, "timestamp:") != head.npos && findNoCase(head, "filepos:") != head.npos;
+}
 
 /// PGS: "PG", two times of 32 bits, a kind of segment and its length.
 bool isPgs(std::string_view bytes) noexcept {
@@ -91,16 +112,17 @@ FileBytes readFile(const char* path, std::size_t maxBytes) {
   return file;
 }
 
-ksImportRefusal refusalOf(std::string_view bytes) noexcept {
-  if (bytes.empty()) return ksImportRefusal::kEmpty;
-  if (isPgs(bytes)) return ksImportRefusal::kPictures;
+RefusalAtSight refusalOf(std::string_view bytes) noexcept {
+  if (bytes.empty()) return {ksImportRefusal::kEmpty, {}};
+  if (isPgs(bytes)) return kPgs;
+  if (isVobSubIndex(bytes)) return kVobSubIndex;
   for (const Signature& signature : kSignatures) {
     if (bytes.size() >= signature.offset &&
         bytes.substr(signature.offset).starts_with(signature.bytes)) {
       return signature.refusal;
     }
   }
-  return ksImportRefusal::kNone;
+  return {};
 }
 
 }  // namespace kssubtitle::importing

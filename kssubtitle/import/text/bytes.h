@@ -3,6 +3,7 @@
 
 #include <cstddef>
 #include <string>
+#include <string_view>
 
 #include "kssubtitle/import/ksImportReport.h"
 
@@ -17,7 +18,13 @@ struct FileBytes {
 /// Reads the file at `path` up to its end, or until it has more than `maxBytes`.
 FileBytes readFile(const char* path, std::size_t maxBytes);
 
-/// Why a file that begins with `bytes` is refused at sight; kNone if it may be text.
-ksImportRefusal refusalOf(std::string_view bytes) noexcept;
+/// Why a file is refused at sight, with a sentence that says what it is.
+struct RefusalAtSight {
+  ksImportRefusal refusal = ksImportRefusal::kNone;
+  std::string_view sentence;
+};
+
+/// Of a file that begins with `bytes`; kNone if it may be text.
+RefusalAtSight refusalOf(std::string_view bytes) noexcept;
 
 }  // namespace kssubtitle::importing
