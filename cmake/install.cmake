@@ -49,6 +49,15 @@ function(kssubtitle_install_library target name component part description)
 endfunction()
 
 kssubtitle_install_library(kssubtitle kssubtitle core "" "${PROJECT_DESCRIPTION}")
+if(KSSUBTITLE_BUILD_IMPORT)
+  set(import_requires kssubtitle)
+  if(NOT BUILD_SHARED_LIBS)
+    list(APPEND import_requires uchardet)
+  endif()
+  kssubtitle_install_library(kssubtitle_import kssubtitle-import import Import
+    "Reads subtitle files of any encoding and tells which subtitle is shown at a moment"
+    ${import_requires})
+endif()
 
 configure_file(cmake/kssubtitleConfig.cmake.in ${PROJECT_BINARY_DIR}/kssubtitleConfig.cmake @ONLY)
 write_basic_package_version_file(${PROJECT_BINARY_DIR}/kssubtitleConfigVersion.cmake

@@ -20,7 +20,8 @@ set(CPACK_DEBIAN_PACKAGE_SOURCE kssubtitle)
 set(CPACK_DEBIAN_PACKAGE_RELEASE 0upstream1)  # older than the first of a distribution
 set(CPACK_DEBIAN_PACKAGE_CONTROL_STRICT_PERMISSION ON)
 set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
-set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS_PRIVATE_DIRS ${PROJECT_BINARY_DIR}/kssubtitle)
+set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS_PRIVATE_DIRS
+  ${PROJECT_BINARY_DIR}/kssubtitle ${PROJECT_BINARY_DIR}/kssubtitle/import)
 set(CPACK_DEBIAN_PACKAGE_GENERATE_SHLIBS ON)
 set(CPACK_DEBIAN_PACKAGE_GENERATE_SHLIBS_POLICY ">=")
 set(package_version ${PROJECT_VERSION}-${CPACK_DEBIAN_PACKAGE_RELEASE})
@@ -55,6 +56,24 @@ It tells which subtitle of a file is shown at a moment.
 .
 This package holds what is needed to build with the library: its headers,
 files for CMake and pkg-config, and what it answers in every odd case.")
+set(import_library libkssubtitle-import${PROJECT_VERSION_MAJOR})
+set(import_same "libkssubtitle-dev (= ${package_version})")
+if(BUILD_SHARED_LIBS)
+  string(PREPEND import_same "${import_library} (= ${package_version}), ")
+  set(CPACK_DEBIAN_IMPORTLIBRARY_PACKAGE_CONTROL_EXTRA ${PROJECT_BINARY_DIR}/debian/triggers)
+  kssubtitle_package(ImportLibrary ${import_library} libs "${library_newer}"
+    "library that reads subtitle files of any encoding
+It reads the subtitle files that people have as a careful person would, and
+tells which subtitle is shown at a moment. It is made for media players: it
+starts no threads, writes nothing, and asks no locale.")
+endif()
+kssubtitle_package(ImportDevelopment libkssubtitle-import-dev libdevel "${import_same}"
+  "library that reads subtitle files of any encoding - development files
+It reads the subtitle files that people have as a careful person would, and
+tells which subtitle is shown at a moment.
+.
+This package holds what is needed to build with the library: its headers, and
+files for CMake and pkg-config.")
 kssubtitle_package(Kssub kssub video "${library_newer}" "tell which subtitle is shown at a moment
 On the command line, kssub lists the subtitles of a file, tells which are
 shown at given times, plays them, and writes the pictures of VobSub files as

@@ -3,6 +3,7 @@
 cmake_minimum_required(VERSION 3.25)
 cmake_path(SET source NORMALIZE ${CMAKE_CURRENT_LIST_DIR}/../..)
 set(smallest ${source}/examples/smallest)
+set(exact ${source}/examples/exact)
 set(film ${source}/examples/film)
 set(warnings "-Wall -Wextra -Wpedantic -Wconversion -Wshadow -Wold-style-cast -Werror")
 
@@ -30,13 +31,14 @@ function(build_project project binaries)
   run(${CMAKE_COMMAND} --build ${binaries} --parallel 2)
 endfunction()
 
-function(build_with_pkg_config library_directory)
-  set(ENV{PKG_CONFIG_LIBDIR} ${library_directory}/pkgconfig)
-  run(${pkg_config} --modversion kssubtitle)
+# The host of one library; where another library is asked for by name, it stands beside the system's.
+function(build_with_pkg_config library_directory host module)
+  set(ENV{PKG_CONFIG_PATH} ${library_directory}/pkgconfig)
+  run(${pkg_config} --modversion ${module})
   require("${output}" STREQUAL "${version}\n")
-  run(${pkg_config} --cflags --libs kssubtitle)
+  run(${pkg_config} --cflags --libs ${module})
   separate_arguments(flags UNIX_COMMAND "${warnings} ${output}")
-  run(${compiler} -std=c++20 ${smallest}/host.cpp ${flags} -o ${work}/host)
+  run(${compiler} -std=c++20 ${host}/host.cpp ${flags} -o ${work}/host)
   set(ENV{LD_LIBRARY_PATH} ${library_directory})
   run_smallest(${work}/host)
 endfunction()
@@ -67,12 +69,15 @@ function(test_install)
 endfunction()
 
 function(test_find_package)
-  build_project(${smallest} ${work} -D CMAKE_PREFIX_PATH=${prefix})
-  run_smallest(${work}/host)
+  foreach(host smallest exact)
+    build_project(${${host}} ${work}/${host} -D CMAKE_PREFIX_PATH=${prefix})
+    run_smallest(${work}/${host}/host)
+  endforeach()
 endfunction()
 
 function(test_pkg_config)
-  build_with_pkg_config(${prefix}/${libdir})
+  build_with_pkg_config(${prefix}/${libdir} ${smallest} kssubtitle-import)
+  build_with_pkg_config(${prefix}/${libdir} ${exact} kssubtitle)
 endfunction()
 
 function(test_threaded)
@@ -134,7 +139,7 @@ function(test_subproject)
     -D CMAKE_INSTALL_LIBDIR=${work}/libraries)
   run(${CMAKE_COMMAND} --build ${work}/build --parallel 2)
   run(${CMAKE_COMMAND} --install ${work}/build)
-  build_with_pkg_config(${work}/libraries)
+  build_with_pkg_config(${work}/libraries ${smallest} kssubtitle-import)
 endfunction()
 
 function(test_static)
@@ -145,9 +150,9 @@ function(test_static)
     -D KSSUBTITLE_BUILD_TESTS=OFF -D KSSUBTITLE_BUILD_TOOLS=OFF)
   run(${CMAKE_COMMAND} --build ${work}/build --target install --parallel 2)
   file(GLOB libraries RELATIVE ${prefix}/${libdir} ${prefix}/${libdir}/lib*)
-  require("${libraries}" STREQUAL "libkssubtitle.a")
+  require("${libraries}" STREQUAL "libkssubtitle-import.a;libkssubtitle.a")
   test_find_package()
-  build_with_pkg_config(${prefix}/${libdir})
+  test_pkg_config()
 endfunction()
 
 # `files` is a pattern of all that the package holds apart from headers and what each one has.
@@ -175,6 +180,13 @@ function(test_packages)
   set(cxx "libstdc[+][+]6 [^,]*")
   require_package(${library}
     "${libdir}/libkssubtitle.so.${major};${libdir}/libkssubtitle.so.${version}" "${system}, ${cxx}")
+  require_package(libkssubtitle-import${major}
+    "${libdir}/libkssubtitle-import.so.${major};${libdir}/libkssubtitle-import.so.${version}"
+    "${library} \\(>= ${version}\\), ${system}, ${cxx}, libuchardet0.*")
+  require_package(libkssubtitle-import-dev
+    "(${libdir}/cmake/kssubtitle/kssubtitle[^;]*.cmake;)+${libdir}/libkssubtitle-import.so;\
+${libdir}/pkgconfig/kssubtitle-import.pc"
+    "libkssubtitle-import${major} \\(= ${version}-[a-z0-9]+\\), libkssubtitle-dev \\(= .*")
   require_package(libkssubtitle-dev
     "(${libdir}/cmake/kssubtitle/kssubtitle[^;]*.cmake;)+${libdir}/libkssubtitle.so;\
 ${libdir}/pkgconfig/kssubtitle.pc;share/doc/libkssubtitle-dev/behaviour.md;\
