@@ -23,6 +23,8 @@ function(run_smallest host)
   run(${host} ${film}/lighthouse.srt)
   require("${output}" MATCHES
     "^15000 ms of subtitles\n1000:\nThe lamp has been dark.*\n15000:\nNobody answered")
+  run(${host} ${film}/lighthouse-wide.srt)
+  require("${output}" MATCHES "^15000 ms of subtitles\n1000:(\nМаяк не горит| 26 wide characters)")
 endfunction()
 
 function(build_project project binaries)
