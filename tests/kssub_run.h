@@ -16,8 +16,15 @@ class KssubTest : public testing::Test {
                       arguments);
     EXPECT_EQ(run.status, status);
     EXPECT_TRUE(std::regex_match(run.out, std::regex(out))) << run.out << "is not\n" << out;
-    EXPECT_TRUE(std::regex_match(run.err, std::regex(err))) << run.err << "is not\n" << err;
+    const std::string printed = withoutSanitizerWarnings(run.err);
+    EXPECT_TRUE(std::regex_match(printed, std::regex(err))) << printed << "is not\n" << err;
   }
 
   TempDir directory;
+
+ private:
+  /// AddressSanitizer warns of a scanf format that the index reader passes on purpose.
+  static std::string withoutSanitizerWarnings(const std::string& text) {
+    return std::regex_replace(text, std::regex("==[0-9]+==AddressSanitizer: WARNING[^\n]*\n"), "");
+  }
 };
