@@ -15,16 +15,17 @@ class KssubTest : public testing::Test {
     const Outcome run("cd " + directory.path("") + "; " + before + "; timeout 60 " KSSUB_PATH " " +
                       arguments);
     EXPECT_EQ(run.status, status);
-    EXPECT_TRUE(std::regex_match(run.out, std::regex(out))) << run.out << "is not\n" << out;
-    const std::string printed = withoutSanitizerWarnings(run.err);
-    EXPECT_TRUE(std::regex_match(printed, std::regex(err))) << printed << "is not\n" << err;
+    expectMatch(run.out, out);
+    expectMatch(run.err, err);
   }
 
   TempDir directory;
 
  private:
   /// AddressSanitizer warns of a scanf format that the index reader passes on purpose.
-  static std::string withoutSanitizerWarnings(const std::string& text) {
-    return std::regex_replace(text, std::regex("==[0-9]+==AddressSanitizer: WARNING[^\n]*\n"), "");
+  static void expectMatch(const std::string& text, const std::string& pattern) {
+    const std::regex warning("==[0-9]+==AddressSanitizer: WARNING[^\n]*\n");
+    const std::string printed = std::regex_replace(text, warning, "");
+    EXPECT_TRUE(std::regex_match(printed, std::regex(pattern))) << printed << "is not\n" << pattern;
   }
 };
