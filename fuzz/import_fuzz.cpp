@@ -1,0 +1,144 @@
+// Files of any content, opened by the import library with any options.
+#include "fuzz/support.h"
+#include "kssubtitle/import/markup/white_space.h"
+#include "kssubtitle/import/text/unicode.h"
+#include "tests/models/moments_model.h"
+
+namespace {
+
+using namespace kssubtitle::importing;
+
+/// The first two bytes of an input choose the options.
+ksImportOptions optionsOf(unsigned char first, unsigned char second) {
+  constexpr const char* kFormats[] = {"", "", "subrip", "ass"};
+  constexpr const char* kEncodings[] = {
+      "",      "",        "",        "",       "windows-1251", "UTF-8",  "CP932",  "UTF-16",
+      "UTF-7", "UCS-4LE", "GB18030", "UTF-32", "ISO-2022-JP",  "EUC-KR", "CP1255", "x"};
+  ksImportOptions options;
+  options.markup = (first & 1) != 0 ? ksImportMarkup::kHtml : ksImportMarkup::kPlain;
+  options.format = kFormats[first >> 1 & 3];
+  options.maxBytes = (first & 8) != 0 ? 2048 : options.maxBytes;
+  options.encoding = kEncodings[second & 15];
+  options.fallbackEncoding = kEncodings[second >> 4];
+  return options;
+}
+
+/// Whether the tags of `html` are those of the small set, each closed before the one round it.
+bool isWellFormed(std::string_view html) {
+  std::vector<std::string_view> open;
+  for (std::size_t at; (at = html.find_first_of("<>&")) != html.npos;) {
+    html.remove_prefix(at);
+    const std::size_t end = html.find_first_of(html.front() == '&' ? ";" : ">");
+    if (html.front() == '>' || end == html.npos) return false;
+    std::string_view inner = html.substr(1, end - 1);
+    if (html.front() == '&') {
+      if (inner != "amp" && inner != "lt" && inner != "gt") return false;
+    } else if (inner.starts_with('/')) {
+      if (open.empty() || open.back() != inner.substr(1)) return false;
+      open.pop_back();
+    } else {
+      const bool isFont = inner.size() == 20 && inner.starts_with("font color=\"#") &&
+                          inner.find_first_not_of("0123456789abcdef", 13) == 19 && inner[19] == '"';
+      if (!isFont && inner != "i" && inner != "b" && inner != "u" && inner != "s") return false;
+      open.push_back(isFont ? "font" : inner);
+    }
+    html.remove_prefix(end + 1);
+  }
+  return open.empty();
+}
+
+void checkText(std::string_view text, bool isHtml) {
+  check(!text.empty(), "a cue has text");
+  const Utf8Count count = countUtf8(text);
+  check(count.badBytes == 0 && !count.cutAtEnd, "a text is valid UTF-8");
+  check(text.find('\0') == text.npos, "a text has no zero character");
+  if (isHtml) return check(isWellFormed(text), "html is well formed");
+  for (bool more = true; more;) {
+    const std::size_t end = std::min(text.find('\n'), text.size());
+    const std::string_view line = text.substr(0, end);
+    check(!line.empty() && leadingWhiteSpace(line) == 0 && trailingWhiteSpace(line) == 0,
+          "a line neither begins nor ends in white space");
+    more = end < text.size();
+    text.remove_prefix(std::min(end + 1, text.size()));
+  }
+}
+
+void checkReport(const ksImportReport& report, bool isOpen) {
+  check(isOpen == (report.refusal() == ksImportRefusal::kNone), "a refusal has a reason");
+  check(isOpen == report.refusalText().empty(), "a refusal is explained");
+  std::size_t all = 0;
+  for (std::size_t i = 0; i < kImportProblems; ++i) {
+    const auto problem = static_cast<ksImportProblem>(i);
+    const auto kept =
+        std::count_if(report.notes().begin(), report.notes().end(),
+                      [&](const ksImportNote& note) { return note.problem == problem; });
+    check(static_cast<std::size_t>(kept) <= report.count(problem), "every note is counted");
+    all += report.count(problem);
+  }
+  check(report.notes().size() == std::min<std::size_t>(all, 1000), "a thousand notes are kept");
+  for (const ksImportNote& note : report.notes()) {
+    check(note.line >= 0 && static_cast<std::size_t>(note.line) <= report.size() + 1 &&
+              !describe(note).empty(),
+          "a note names a line");
+  }
+}
+
+void checkMoments(ksImportParser& parser) {
+  constexpr std::size_t kEnough = 100;
+  std::set<long long> times{LLONG_MIN, -1, 0, 1, LLONG_MAX};
+  long long greatestEnd = 0;
+  for (const ksImportCue& cue : parser.cues()) {
+    greatestEnd = std::max(greatestEnd, cue.end);
+    if (times.size() > kEnough) continue;
+    for (const long long t : {cue.start, cue.end}) times.insert({t - 1, t, t + 1});
+  }
+  check(parser.DurationTime() == greatestEnd, "the duration is the greatest end");
+  for (const long long t : times) {
+    const ShownText shown = ask(parser, t);
+    check(shown == shownAt(parser.cues(), t), "what is shown is what a look at all cues gives");
+    check(shown.text.empty() || shown.end > shown.start, "a moment lasts");
+    const SUBTITLE_ST_U wideAnswer = parser.GetSubTitleU(t);
+    check(wideAnswer.start == shown.start && wideAnswer.end == shown.end &&
+              wideAnswer.text.getData() == wideText(shown.text),
+          "both widths say the same");
+  }
+}
+
+void checkCues(std::span<const ksImportCue> cues, bool isHtml) {
+  for (std::size_t i = 0; i < cues.size(); ++i) {
+    checkText(cues[i].text, isHtml);
+    check(cues[i].line > 0 && cues[i].index >= 0, "a cue knows its place");
+    check(cues[i].alignment >= 1 && cues[i].alignment <= 9, "an alignment is a key of the pad");
+    if (i == 0) continue;
+    check(std::pair(cues[i - 1].start, cues[i - 1].index) < std::pair(cues[i].start, cues[i].index),
+          "cues are sorted by start, then by place");
+  }
+}
+
+bool areSameCues(const ksImportParser& a, const ksImportParser& b) {
+  return std::equal(a.cues().begin(), a.cues().end(), b.cues().begin(), b.cues().end(),
+                    [](const ksImportCue& x, const ksImportCue& y) {
+                      return x.start == y.start && x.end == y.end && x.text == y.text &&
+                             x.line == y.line && x.index == y.index;
+                    });
+}
+
+}  // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+  if (size < 2) return 0;
+  const ksImportOptions options = optionsOf(data[0], data[1]);
+  ksImportParser parser;
+  const bool isOpen = parser.OpenMemory(data + 2, size - 2, options);
+  check(isOpen == parser.IsOpen(), "a parser is open if Open() says so");
+  check(isOpen || parser.cues().empty(), "a refused file has no cues");
+  checkReport(parser.report(), isOpen);
+  checkCues(parser.cues(), options.markup == ksImportMarkup::kHtml);
+  checkMoments(parser);
+  ksImportParser again;
+  again.OpenMemory(data, 2);
+  check(again.OpenMemory(data + 2, size - 2, options) == isOpen && areSameCues(parser, again) &&
+            again.report().notes().size() == parser.report().notes().size(),
+        "a file is read the same way again");
+  return 0;
+}
