@@ -1,6 +1,7 @@
 // Bytes become UTF-8.
 #include "kssubtitle/import/text/decoding.h"
 
+#include <algorithm>
 #include <array>
 #include <cstdint>
 #include <cstring>
@@ -107,6 +108,21 @@ DecodedText decodeUtf8(std::string bytes) {
   return decoded;
 }
 
+/// The C library also writes UTF-8 for what is above U+10FFFF, which only some encodings can
+/// express.
+std::optional<DecodedText> decodeByIconv(std::string_view bytes, const std::string& name) {
+  constexpr unsigned char kHighestLead = 0xF4;
+  std::optional<DecodedText> decoded = decodeCodePage(bytes, name);
+  const auto mayBeAbove = [](char c) { return static_cast<unsigned char>(c) >= kHighestLead; };
+  if (!decoded || std::none_of(decoded->text.begin(), decoded->text.end(), mayBeAbove)) {
+    return decoded;
+  }
+  DecodedText valid = decodeUtf8(std::move(decoded->text));
+  return valid.replacements.count() > 0
+             ? std::move(valid)
+             : DecodedText{std::move(valid.text), std::move(decoded->replacements)};
+}
+
 std::optional<DecodedText> decodeAs(std::string bytes, const Encoding& encoding) {
   switch (encoding.kind) {
     case EncodingKind::kUtf8:
@@ -122,7 +138,7 @@ std::optional<DecodedText> decodeAs(std::string bytes, const Encoding& encoding)
     case EncodingKind::kCodePage:
       break;
   }
-  return decodeCodePage(bytes, encoding.name);
+  return decodeByIconv(bytes, encoding.name);
 }
 
 }  // namespace
