@@ -113,7 +113,8 @@ void Moments::noteEnd(int cue, long long end) {
   }
 }
 
-/// Finds those of `cues` in one group of a level that are shown at `time`.
+/// Finds those of `cues` in one group of a level that are shown at `time`. Groups behind `cues` were
+/// added later and are passed over.
 void Moments::search(std::span<const ksImportCue> cues, std::size_t level, std::size_t group,
                      long long time, std::vector<int>& found) const {
   if (greatestEnds_[level][group] <= time) return;
@@ -125,7 +126,9 @@ void Moments::search(std::span<const ksImportCue> cues, std::size_t level, std::
     }
     return;
   }
-  const std::size_t end = std::min(first + kGroup, greatestEnds_[level - 1].size());
+  const std::size_t below = kGroup << (4 * (level - 1));  // cues in a group of the next level
+  const std::size_t begun = (cues.size() + below - 1) / below;
+  const std::size_t end = std::min(first + kGroup, begun);
   for (std::size_t i = first; i < end; ++i) search(cues, level - 1, i, time, found);
 }
 
