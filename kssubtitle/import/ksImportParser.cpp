@@ -141,6 +141,7 @@ std::span<const ksImportCue> ksImportParser::cues() const noexcept {
 
 void ksImportParser::close() {
   contents_.reset();
+  report_.data_.reset();  // even if there is no memory for a new one
   report_.data_ = std::make_unique<ReportData>();
 }
 
@@ -183,7 +184,7 @@ bool ksImportParser::openText(std::string text, std::string_view path,
   report.format = format->name;
   replaceZeros(text, format->keepsZeros, report.notes);
   const int firstLine = 1 + countLines(std::string_view(text).substr(0, begin));
-  readCues(*format, {text, begin, firstLine, options, report.languages});
+  readCues(*format, {text, httpHeaderLength(text), firstLine, options, report.languages});
   report.notes.sortByLine();
   report.refusal = ksImportRefusal::kNone;
   report.systemError = 0;
