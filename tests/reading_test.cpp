@@ -127,6 +127,10 @@ TEST(WideReading, narrowTextBehindTheMark_isDecodedByTheLocale) {
   if (utf8) {
     EXPECT_EQ(parser.lines.at(0), L"n\xE9");
   }
+  for (const char* const bytes : {"\xEF\xBB\xBFn\n", "n\xC3\xA9n\n"}) {  // two end in a character
+    EXPECT_TRUE(parser.Open(dir.write("x", bytes).c_str()));
+    EXPECT_EQ(parser.lines.size(), 0U);
+  }
   ksWString infinity = L"\u0130NF";  // a capital I that has a small i
   EXPECT_EQ(std::isinf(ksAssParserU().GetFloat(infinity, ',')), utf8);
 }

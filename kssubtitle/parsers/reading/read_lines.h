@@ -97,8 +97,9 @@ bool collectText(const char*, Stream& stream, std::FILE*&,
 }
 
 /// Text that is not UTF-16LE is read by the C library under the host's locale, from a stream opened
-/// anew: looking at the bytes has made the first one a byte stream for good, and an orientation
-/// given to a stream that has a buffer already can keep glibc's fseek() from returning.
+/// anew: looking at the bytes has made the first one a byte stream for good. It gets its place
+/// before its orientation: in a wide stream glibc's fseek() need not return, not from the middle of
+/// a character.
 template <ReadingRules kRules>
 bool collectText(const char* path, Stream& stream, std::FILE*& file,
                  std::vector<ksBasicString<wchar_t>>& lines) {
@@ -107,8 +108,8 @@ bool collectText(const char* path, Stream& stream, std::FILE*& file,
   }
   stream.reset(file = sub_fopen(path, "rb"));
   if (file == nullptr) return false;
-  std::fwide(file, 1);
   std::fseek(file, kRules.start, SEEK_SET);
+  std::fwide(file, 1);
   return collectLines<kRules>(StreamPieces<wchar_t>(file), lines);
 }
 
