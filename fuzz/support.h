@@ -10,7 +10,7 @@
 #include <set>
 #include <utility>
 
-#include "kssubtitle/parsers/record_times.h"
+#include "kssubtitle/parsers/session_queries.h"
 #include "tests/support.h"
 
 /// Under this locale most wide text can be decoded, and some cannot.

@@ -5,7 +5,7 @@
 #include <cstdio>
 #include <cstdlib>
 
-#include "kssubtitle/parsers/reading/read_lines.h"
+#include "kssubtitle/parsers/reading/load_file.h"
 #include "support.h"
 
 namespace {

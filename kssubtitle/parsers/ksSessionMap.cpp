@@ -6,7 +6,7 @@
 #include <queue>
 
 #include "kssubtitle/parsers/ass/ksAssParser.h"
-#include "kssubtitle/parsers/record_times.h"
+#include "kssubtitle/parsers/session_queries.h"
 #include "kssubtitle/parsers/srt/ksSrtParser.h"
 
 namespace {

@@ -6,32 +6,29 @@
 #include <string_view>
 
 #include "kssubtitle/parsers/ass/ksAssParser.h"
-#include "kssubtitle/parsers/record_times.h"
+#include "kssubtitle/parsers/times.h"
 
 namespace kssubtitle::internal {
 namespace {
 
-template <typename Char>
-constexpr Char kComma = Char{','};
-
 /// The Layer column, which SSA v4 has not: there "Marked=" stands in its place. Deliberate: in a
 /// script that is not ASS v4+ an equals sign anywhere in the line cuts the line behind it.
 template <typename Char>
-int readLayer(FieldReader<Char>& reader, FormatLevel level) {
-  if (level == FormatLevel::kAssV4Plus) return reader.integer(kComma<Char>);
+int readLayer(ColumnReader<Char>& reader, FormatLevel level) {
+  if (level == FormatLevel::kAssV4Plus) return reader.integer();
   reader.text(Char{'='});
-  reader.integer(kComma<Char>);
+  reader.integer();
   return 0;
 }
 
 template <typename Char>
-long long readTime(FieldReader<Char>& reader) {
+long long readTime(ColumnReader<Char>& reader) {
   int fields[4];
   if (!reader.take("0:00:00.00,", fields)) {  // the usual form, read at once
     fields[0] = reader.integer(Char{':'});
     fields[1] = reader.integer(Char{':'});
     fields[2] = reader.integer(Char{'.'});
-    fields[3] = reader.integer(kComma<Char>);
+    fields[3] = reader.integer();
   }
   return milliseconds32(fields[0], fields[1], fields[2], times10(fields[3]));
 }
@@ -66,24 +63,24 @@ std::basic_string_view<Char> effectBeside(std::basic_string_view<Char> effect,
 }  // namespace
 
 template <typename Char, typename Event>
-void readEventLine(FieldReader<Char>& reader, FormatLevel level, OverrideTagRemover<Char>& tags,
+void readEventLine(ColumnReader<Char>& reader, FormatLevel level, OverrideTagRemover<Char>& tags,
                    Event& event) {
   event.layer = readLayer(reader, level);
   event.startTime = readTime(reader);
   event.endTime = readTime(reader);
-  assignStyle(event.style, reader.text(kComma<Char>));
-  assign(event.name, reader.text(kComma<Char>));
-  for (int margin = 0; margin < 3; ++margin) reader.text(kComma<Char>);
-  const auto effect = reader.text(kComma<Char>);
+  assignStyle(event.style, reader.text());
+  assign(event.name, reader.text());
+  for (int margin = 0; margin < 3; ++margin) reader.text();
+  const auto effect = reader.text();
   assign(event.effect, effectBeside(effect, reader.rest()));
   const auto text = tags.clean(reader.rest());
   event.text += Char{'\n'};
   event.text.append(text.data(), static_cast<int>(text.size()));
 }
 
-template void readEventLine(FieldReader<char>&, FormatLevel, OverrideTagRemover<char>&,
+template void readEventLine(ColumnReader<char>&, FormatLevel, OverrideTagRemover<char>&,
                             ASS_SESSION_ST&);
-template void readEventLine(FieldReader<wchar_t>&, FormatLevel, OverrideTagRemover<wchar_t>&,
+template void readEventLine(ColumnReader<wchar_t>&, FormatLevel, OverrideTagRemover<wchar_t>&,
                             ASS_SESSION_ST_U&);
 
 }  // namespace kssubtitle::internal

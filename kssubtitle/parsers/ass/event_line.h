@@ -3,14 +3,14 @@
 
 #include "kssubtitle/parsers/ass/format_level.h"
 #include "kssubtitle/parsers/ass/override_tags.h"
-#include "kssubtitle/parsers/field_reader.h"
+#include "kssubtitle/parsers/column_reader.h"
 
 namespace kssubtitle::internal {
 
 /// Reads the columns in `reader`, behind which a NUL stands, into an event and adds its text behind
 /// a line feed.
 template <typename Char, typename Event>
-void readEventLine(FieldReader<Char>& reader, FormatLevel level, OverrideTagRemover<Char>& tags,
+void readEventLine(ColumnReader<Char>& reader, FormatLevel level, OverrideTagRemover<Char>& tags,
                    Event& event);
 
 }  // namespace kssubtitle::internal

@@ -10,16 +10,16 @@
 #include "kssubtitle/parsers/ass/event_line.h"
 #include "kssubtitle/parsers/ass/override_tags.h"
 #include "kssubtitle/parsers/ass/style_line.h"
-#include "kssubtitle/parsers/reading/read_lines.h"
-#include "kssubtitle/parsers/record_times.h"
+#include "kssubtitle/parsers/reading/load_file.h"
 #include "kssubtitle/parsers/session_access.h"
+#include "kssubtitle/parsers/session_queries.h"
 
 namespace {
 
 using namespace kssubtitle::internal;
 
 template <typename Char>
-constexpr ReadingRules kReading{LastLine::kLost, kTextStart<Char>, kMaxLines};
+constexpr ReadingRules kReading = kTextFile<Char, LastLine::kLost>;
 
 enum class Key {
   kPlayResX,
@@ -90,26 +90,25 @@ class AssConverter {
   /// Blank lines and comments need no care: their keys are none.
   void convertLine(const ksBasicString<Char>& stored) {
     line_.assign(stored.getData(), static_cast<std::size_t>(stored.length()));
-    FieldReader<Char> reader(line_);
+    ColumnReader<Char> reader(line_);
     reader.trimBothSides();
     const Key key = keyOf(reader.text(Char{':'}));
     convertValue(key, reader);
   }
 
-  void convertValue(Key key, FieldReader<Char>& value) {
-    constexpr Char kComma = ',';
+  void convertValue(Key key, ColumnReader<Char>& value) {
     switch (key) {
       case Key::kPlayResX:
-        parser_.playResX = value.integer(kComma);
+        parser_.playResX = value.integer();
         break;
       case Key::kPlayResY:
-        parser_.playResY = value.integer(kComma);
+        parser_.playResY = value.integer();
         break;
       case Key::kScriptType:
         readScriptType(value.rest());
         break;
       case Key::kCollisions:
-        readCollisions(String(value.text(kComma)));
+        readCollisions(String(value.text()));
         break;
       case Key::kSsaStyles:
         styleLevel_ = FormatLevel::kSsaV4;
@@ -160,19 +159,20 @@ long long lastEnd(Sessions& sessions) {
 
 template <typename Char>
 ksBasicString<Char> takeText(ksBasicString<Char>& s, Char separator) {
-  return takeField(s, [separator](FieldReader<Char>& reader) {
+  return takeColumn(s, [separator](ColumnReader<Char>& reader) {
     return ksBasicString<Char>(std::basic_string<Char>(reader.text(separator)));
   });
 }
 
 template <typename Char>
 int takeInteger(ksBasicString<Char>& s, Char separator) {
-  return takeField(s, [separator](FieldReader<Char>& reader) { return reader.integer(separator); });
+  return takeColumn(s,
+                    [separator](ColumnReader<Char>& reader) { return reader.integer(separator); });
 }
 
 template <typename Char>
 double takeReal(ksBasicString<Char>& s, Char separator) {
-  return takeField(s, [separator](FieldReader<Char>& reader) { return reader.real(separator); });
+  return takeColumn(s, [separator](ColumnReader<Char>& reader) { return reader.real(separator); });
 }
 
 template <typename Char>
@@ -194,7 +194,7 @@ SUBTITLE_ST ksAssParser::GetSubTitle(long long t) { return answerAt<SUBTITLE_ST>
 
 SUBTITLE_ST_U ksAssParser::GetSubTitleU(long long) { return {}; }
 
-bool ksAssParser::ReadString(ksString& out) { return readStreamLine<LastLine::kLost>(file, out); }
+bool ksAssParser::ReadString(ksString& out) { return readStreamLine<kReading<char>>(file, out); }
 
 bool ksAssParser::ConvertBufToAssMap() {
   AssConverter<char, ksAssParser>(*this).convert();
@@ -226,7 +226,9 @@ SUBTITLE_ST_U ksAssParserU::GetSubTitleU(long long t) {
   return answerAt<SUBTITLE_ST_U>(sessions, t);
 }
 
-bool ksAssParserU::ReadString(ksWString& out) { return readStreamLine<LastLine::kLost>(file, out); }
+bool ksAssParserU::ReadString(ksWString& out) {
+  return readStreamLine<kReading<wchar_t>>(file, out);
+}
 
 bool ksAssParserU::ConvertBufToAssMap() {
   AssConverter<wchar_t, ksAssParserU>(*this).convert();

@@ -42,28 +42,27 @@ void applySsaRules(Parser& parser, int alphaLevel) noexcept {
 // Deliberate: the colour columns are not skipped, so that from `bold` on (`borderStyle` in SSA v4)
 // each member takes the column in its place: the primary colour's for `bold`, and so on.
 template <typename Char, typename Parser>
-void readStyleLine(FieldReader<Char>& reader, FormatLevel level, Parser& parser) {
-  constexpr Char kComma = ',';
-  reader.text(kComma);  // the style's name
-  parser.fontName = std::basic_string<Char>(reader.text(kComma));
-  parser.fontSize = reader.real(kComma);
+void readStyleLine(ColumnReader<Char>& reader, FormatLevel level, Parser& parser) {
+  reader.text();  // the style's name
+  parser.fontName = std::basic_string<Char>(reader.text());
+  parser.fontSize = reader.real();
   if (level == FormatLevel::kAssV4Plus) {
-    parser.bold = reader.integer(kComma) != 0;
-    parser.italic = reader.integer(kComma) != 0;
-    parser.fontScaleX = reader.real(kComma);
-    parser.fontScaleY = reader.real(kComma);
-    parser.fontSpacing = reader.real(kComma);
-    parser.fontAngle = reader.real(kComma);
+    parser.bold = reader.integer() != 0;
+    parser.italic = reader.integer() != 0;
+    parser.fontScaleX = reader.real();
+    parser.fontScaleY = reader.real();
+    parser.fontSpacing = reader.real();
+    parser.fontAngle = reader.real();
   }
-  if (level != FormatLevel::kUnknown) parser.borderStyle = reader.integer(kComma);
-  parser.outlineWidth = reader.real(kComma);
-  parser.shadowDepth = reader.real(kComma);
-  parser.alignment = reader.integer(kComma);
-  parser.marginLeft = reader.integer(kComma);
-  parser.marginRight = reader.integer(kComma);
-  parser.marginTop = parser.marginBottom = reader.integer(kComma);
-  const int alphaLevel = level == FormatLevel::kAssV4Plus ? 0 : reader.integer(kComma);
-  parser.charset = reader.integer(kComma);
+  if (level != FormatLevel::kUnknown) parser.borderStyle = reader.integer();
+  parser.outlineWidth = reader.real();
+  parser.shadowDepth = reader.real();
+  parser.alignment = reader.integer();
+  parser.marginLeft = reader.integer();
+  parser.marginRight = reader.integer();
+  parser.marginTop = parser.marginBottom = reader.integer();
+  const int alphaLevel = level == FormatLevel::kAssV4Plus ? 0 : reader.integer();
+  parser.charset = reader.integer();
   if (level == FormatLevel::kAssV4Plus) {
     splitColours(parser);
   } else {
@@ -71,7 +70,7 @@ void readStyleLine(FieldReader<Char>& reader, FormatLevel level, Parser& parser)
   }
 }
 
-template void readStyleLine(FieldReader<char>&, FormatLevel, ksAssParser&);
-template void readStyleLine(FieldReader<wchar_t>&, FormatLevel, ksAssParserU&);
+template void readStyleLine(ColumnReader<char>&, FormatLevel, ksAssParser&);
+template void readStyleLine(ColumnReader<wchar_t>&, FormatLevel, ksAssParserU&);
 
 }  // namespace kssubtitle::internal

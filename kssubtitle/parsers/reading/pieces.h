@@ -1,4 +1,4 @@
-// Where pieces of a file come from: a stream, one at a time, or blocks of it. See line_readers.h
+// Where pieces of a file come from: a stream, one at a time, or blocks of it. See join_pieces.h
 // for what a source of pieces is.
 #pragma once
 
@@ -9,7 +9,7 @@
 #include <string_view>
 #include <vector>
 
-#include "kssubtitle/parsers/reading/line_readers.h"
+#include "kssubtitle/parsers/reading/join_pieces.h"
 #include "kssubtitle/parsers/reading/utf16_input.h"
 
 namespace kssubtitle::internal {

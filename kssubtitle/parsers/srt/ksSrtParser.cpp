@@ -6,11 +6,11 @@
 #include <string>
 #include <string_view>
 
-#include "kssubtitle/parsers/digit_form.h"
-#include "kssubtitle/parsers/reading/read_lines.h"
-#include "kssubtitle/parsers/record_times.h"
+#include "kssubtitle/parsers/decimal.h"
+#include "kssubtitle/parsers/reading/load_file.h"
 #include "kssubtitle/parsers/session_access.h"
-#include "kssubtitle/strings/decimal.h"
+#include "kssubtitle/parsers/session_queries.h"
+#include "kssubtitle/parsers/times.h"
 #include "kssubtitle/strings/view.h"
 
 namespace {
@@ -18,7 +18,7 @@ namespace {
 using namespace kssubtitle::internal;
 
 template <typename Char>
-constexpr ReadingRules kReading{LastLine::kKept, kTextStart<Char>, kMaxLines};
+constexpr ReadingRules kReading = kTextFile<Char, LastLine::kKept>;
 
 /// What differs between the two widths, on purpose.
 template <typename Char>
@@ -192,7 +192,7 @@ SUBTITLE_ST ksSrtParser::GetSubTitle(long long t) { return answerAt<SUBTITLE_ST>
 
 SUBTITLE_ST_U ksSrtParser::GetSubTitleU(long long) { return {}; }
 
-bool ksSrtParser::ReadString(ksString& out) { return readStreamLine<LastLine::kKept>(file, out); }
+bool ksSrtParser::ReadString(ksString& out) { return readStreamLine<kReading<char>>(file, out); }
 
 bool ksSrtParser::ConvertBufToSrtMap() {
   SrtConverter<char, decltype(sessions)>(lines, sessions).convert();
@@ -212,7 +212,9 @@ SUBTITLE_ST_U ksSrtParserU::GetSubTitleU(long long t) {
   return answerAt<SUBTITLE_ST_U>(sessions, t);
 }
 
-bool ksSrtParserU::ReadString(ksWString& out) { return readStreamLine<LastLine::kKept>(file, out); }
+bool ksSrtParserU::ReadString(ksWString& out) {
+  return readStreamLine<kReading<wchar_t>>(file, out);
+}
 
 bool ksSrtParserU::ConvertBufToSrtMap() {
   SrtConverter<wchar_t, decltype(sessions)>(lines, sessions).convert();

@@ -9,9 +9,9 @@
 #include <span>
 #include <string>
 
-#include "kssubtitle/parsers/field_reader.h"
-#include "kssubtitle/parsers/reading/read_lines.h"
-#include "kssubtitle/parsers/record_times.h"
+#include "kssubtitle/parsers/column_reader.h"
+#include "kssubtitle/parsers/reading/load_file.h"
+#include "kssubtitle/parsers/times.h"
 #include "kssubtitle/parsers/vobsub/program_stream_pack.h"
 #include "kssubtitle/strings/view.h"
 
@@ -19,7 +19,7 @@ namespace {
 
 using namespace kssubtitle::internal;
 
-constexpr ReadingRules kReading{LastLine::kLost, 0, 5000};
+constexpr ReadingRules kReading{.lastLine = LastLine::kLost, .start = 0, .lineCap = 5000};
 
 /// What differs between the two widths, on purpose.
 template <typename Char>
@@ -189,7 +189,7 @@ template <typename Char>
 ksBasicString<Char> takeTextOrThrow(ksBasicString<Char>& s, Char separator) {
   s.TrimLeft();
   if (s.isEmpty()) throw 1;
-  return takeField(s, [separator](FieldReader<Char>& reader) {
+  return takeColumn(s, [separator](ColumnReader<Char>& reader) {
     return ksBasicString<Char>(std::basic_string<Char>(reader.upTo(separator)));
   });
 }
@@ -241,7 +241,7 @@ bool ksIdxParser::Open(const char* path) {
   return openAndConvert<kReading>(*this, path, &ksIdxParser::ConvertBufToIdxMap);
 }
 
-bool ksIdxParser::ReadString(ksString& out) { return readStreamLine<LastLine::kLost>(file, out); }
+bool ksIdxParser::ReadString(ksString& out) { return readStreamLine<kReading>(file, out); }
 
 bool ksIdxParser::ConvertBufToIdxMap() {
   IdxConverter<char, ksIdxParser>(*this).convert();
@@ -277,7 +277,7 @@ bool ksIdxParserU::Open(wchar_t* path) {
                                   &ksIdxParserU::ConvertBufToIdxMap);
 }
 
-bool ksIdxParserU::ReadString(ksWString& out) { return readStreamLine<LastLine::kLost>(file, out); }
+bool ksIdxParserU::ReadString(ksWString& out) { return readStreamLine<kReading>(file, out); }
 
 bool ksIdxParserU::ConvertBufToIdxMap() {
   IdxConverter<wchar_t, ksIdxParserU>(*this).convert();

@@ -1,5 +1,5 @@
 // Floating-point columns.
-#include "kssubtitle/parsers/field_reader.h"
+#include "kssubtitle/parsers/column_reader.h"
 
 #include <cstdio>
 #include <cwchar>

@@ -1,9 +1,22 @@
-// Times whose digits all stand where they usually do.
+// Times of day, from the usual form of their digits or from their fields.
 #pragma once
 
 #include <cstddef>
 
 namespace kssubtitle::internal {
+
+/// A time of day in milliseconds. Deliberate: it wraps at 32 bits before it is widened.
+inline long long milliseconds32(int hours, int minutes, int seconds, int milliseconds) noexcept {
+  const auto wrapped = static_cast<unsigned>(hours) * 3600000U +
+                       static_cast<unsigned>(minutes) * 60000U +
+                       static_cast<unsigned>(seconds) * 1000U + static_cast<unsigned>(milliseconds);
+  return static_cast<int>(wrapped);
+}
+
+/// `value` times ten, wrapped at 32 bits.
+inline int times10(int value) noexcept {
+  return static_cast<int>(static_cast<unsigned>(value) * 10U);
+}
 
 /// Reads a text of the form `form`, in which each '0' stands for a digit and any other character
 /// for itself; the runs of digits become `fields`. False, with `fields` undefined, if the text at

@@ -23,15 +23,15 @@ enum class LastLine { kKept, kLost };
 /// How a parser reads its file.
 struct ReadingRules {
   LastLine lastLine;
-  long start;         ///< The offset, in bytes, of the text.
-  unsigned maxLines;  ///< How many lines that end in a line feed are accepted, empty ones included.
+  long start;        ///< The offset, in bytes, of the text.
+  unsigned lineCap;  ///< How many lines that end in a line feed are accepted, empty ones included.
 };
 
-/// What SubRip files and scripts may have.
-inline constexpr unsigned kMaxLines = 20000;
-/// Their text stands behind the mark FF FE if it is wide.
-template <typename Char>
-inline constexpr long kTextStart = std::is_same_v<Char, wchar_t> ? 2 : 0;
+/// How SubRip files and scripts are read. Wide ones begin with a byte-order mark of two bytes,
+/// which the manager knows them by and nothing looks at here.
+template <typename Char, LastLine kLastLine>
+inline constexpr ReadingRules kTextFile{
+    .lastLine = kLastLine, .start = std::is_same_v<Char, wchar_t> ? 2 : 0, .lineCap = 20000};
 
 template <LastLine kLastLine, typename Source>
 bool readLine(Source& source, std::basic_string<typename Source::Char>& out) {
@@ -43,11 +43,11 @@ bool readLine(Source& source, std::basic_string<typename Source::Char>& out) {
 }
 
 /// ReadString() of the parsers: the next line of a stream.
-template <LastLine kLastLine, typename Char>
+template <ReadingRules kRules, typename Char>
 bool readStreamLine(std::FILE* file, ksBasicString<Char>& out) {
   StreamPieces<Char> pieces(file);
   std::basic_string<Char> line(out.getData(), static_cast<std::size_t>(out.length()));
-  const bool found = readLine<kLastLine>(pieces, line);
+  const bool found = readLine<kRules.lastLine>(pieces, line);
   out = std::move(line);
   return found;
 }
@@ -67,7 +67,7 @@ bool takeWholeLine(Source& source, std::basic_string_view<typename Source::Char>
 template <ReadingRules kRules, typename Source>
 bool collectLines(Source source, std::vector<ksBasicString<typename Source::Char>>& lines) {
   using String = std::basic_string<typename Source::Char>;
-  for (unsigned count = 0; count <= kRules.maxLines; ++count) {
+  for (unsigned count = 0; count <= kRules.lineCap; ++count) {
     if (std::basic_string_view<typename Source::Char> whole; takeWholeLine(source, whole)) {
       if (!whole.empty()) lines.emplace_back(String(whole));
       continue;

@@ -1,5 +1,5 @@
 // Decimal numbers that the short way in decimal.h does not take.
-#include "kssubtitle/strings/decimal.h"
+#include "kssubtitle/parsers/decimal.h"
 
 #include <cstdlib>
 #include <cwchar>

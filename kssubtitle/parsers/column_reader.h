@@ -4,8 +4,8 @@
 #include <string>
 #include <string_view>
 
-#include "kssubtitle/parsers/digit_form.h"
-#include "kssubtitle/strings/decimal.h"
+#include "kssubtitle/parsers/decimal.h"
+#include "kssubtitle/parsers/times.h"
 #include "kssubtitle/strings/find_near.h"
 #include "kssubtitle/strings/trimming.h"
 #include "kssubtitle/strings/view.h"
@@ -26,11 +26,11 @@ int integerOf(std::basic_string_view<Char> token) {
 /// Takes columns off the front of a line without shifting it; trimming rewrites the line's
 /// characters in place.
 template <typename Char>
-class FieldReader {
+class ColumnReader {
  public:
   using View = std::basic_string_view<Char>;
 
-  explicit FieldReader(std::basic_string<Char>& line) noexcept
+  explicit ColumnReader(std::basic_string<Char>& line) noexcept
       : begin_(line.data()), end_(line.data() + line.size()) {}
 
   /// What is left of the line.
@@ -45,7 +45,7 @@ class FieldReader {
 
   /// The text in front of the next `separator`. Deliberate: without one, all that is left, which
   /// stays in place for the next column.
-  View text(Char separator) noexcept {
+  View text(Char separator = Char{','}) noexcept {
     begin_ = trimLeft(begin_, end_, Char{' '});
     return upTo(separator);
   }
@@ -69,9 +69,9 @@ class FieldReader {
   }
 
   /// A column read by integerOf().
-  int integer(Char separator) { return integerOf(text(separator)); }
+  int integer(Char separator = Char{','}) { return integerOf(text(separator)); }
 
-  double real(Char separator) {
+  double real(Char separator = Char{','}) {
     std::basic_string<Char> token(text(separator));
     for (Char& c : token) c = WidthRules<Char>::toLower(c);
     return scanFloat(token);
@@ -84,9 +84,9 @@ class FieldReader {
 
 /// Lets `read` take a column off the front of `s`.
 template <typename Char, typename Read>
-auto takeField(ksBasicString<Char>& s, Read read) {
+auto takeColumn(ksBasicString<Char>& s, Read read) {
   std::basic_string<Char> text(viewOf(s));
-  FieldReader<Char> reader(text);
+  ColumnReader<Char> reader(text);
   auto field = read(reader);
   s = std::basic_string<Char>(reader.rest());
   return field;
