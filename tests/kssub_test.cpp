@@ -35,31 +35,85 @@ TEST_F(KssubTest, commands_print_answers) {
       "duration: 0:00:03.000\n0:00:01.000: 0:00:01.000 --> 0:00:02.000\n    Hello\n    there\n"
       "-0:00:00.005: nothing is shown\n";
   const std::string header = "      start          end  text\n";
+  const std::string played =
+      "0:00:01.*  Hello \\| there\n0:00:02.*  nothing is shown\n0:00:02.*  Bye\n"
+      "0:00:03.001  nothing is shown\n";
   const struct {
     std::string arguments, out;
   } cases[] = {
       {"at plain.srt 1000 -5", plainAnswers},
-      {"at wide.srt 0:1 -0:0,005", plainAnswers},
+      {"at plain.srt 1000 -5 --exact", plainAnswers},
+      {"at - 1000 -5 <plain.srt", plainAnswers},
+      {"at wide.srt 0:1 -0:0,005 --exact", plainAnswers},
       {"at wide.srt 0:3", "duration: 0:00:03.000\n0:00:03.000: .*\n    \u00e9\n"},
       {"at script.ass 1:00:03",
        "duration: 1:00:03.000\n1:00:03.000: 1:00:01.500 --> 1:00:03.000\n    Hello, you\n    X\n"},
-      {"at none.ass 0", "duration: 0:00:00.000\n0:00:00.000: nothing is shown\n"},
-      {"list none.ass", "0 cues\n"},
-      {"list overlap.srt",
+      {"at overlap.srt 2500 --json",
+       R"(\{"time":2500,"start":2000,"end":3000,"text":"long\\nfirst"\})"
+       "\n"},
+      {"at overlap.srt 2500 1 --json --exact",
+       R"(\{"time":2500,"start":2000,"end":3000,"text":"first"\})"
+       "\n"
+       R"(\{"time":1,"start":null,"end":null,"text":null\})"
+       "\n"},
+      {"at none.ass 0 --exact", "duration: 0:00:00.000\n0:00:00.000: nothing is shown\n"},
+      {"list none.ass --exact", "0 cues\n"},
+      {"list overlap.srt --exact",
        header + "0:00:02.000  0:00:03.000  first\n0:00:02.000  0:00:09.000  long\n"
                 "0:00:05.000  0:00:09.000  last\n3 cues; 1 record of the file never shown .*\n"},
-      {"list hostile.srt",
+      {"list overlap.srt",
+       header + "0:00:02.000  0:00:09.000  long\n0:00:02.000  0:00:03.000  first\n"
+                "0:00:05.000  0:00:09.000  last\n0:00:08.000  0:00:01.000  backwards\n"
+                "4 cues; subrip, UTF-8, LF; 3 notes\n"},
+      {"list hostile.srt --exact",
        header + "0:00:00.000  0:00:01.000  a\u241b\\[2Jb\ufffd\\|c\u2421\ufffd\n1 cue\n"},
-      {"play plain.srt --from 0:0.9 --speed 2",
-       "0:00:01.*  Hello \\| there\n0:00:02.*  nothing is shown\n0:00:02.*  Bye\n"
-       "0:00:03.001  nothing is shown\n"},
+      {"list hostile.srt --encoding utf-8",
+       header + "0:00:00.000  0:00:01.000  a\u241b\\[2Jb\ufffd\\|c\u2421\ufffd\n1 cue; .*\n"},
+      {"play plain.srt --from 0:0.9 --speed 2", played},
+      {"play plain.srt --from 0:0.9 --speed 2 --exact", played},
       {"--version", "kssub \\d+\\.\\d+\\.\\d+\n"},
   };
   for (const auto& [arguments, out] : cases) expectRun(arguments, out, "", 0);
   expectRun("play plain.srt --from 3000", "", "kssub: plain.srt: nothing left to play, .*\n", 0);
+  expectRun("list overlap.srt --notes --json", "[^]*",
+            "(overlap.srt:[47]: The cue begins while .*\n){2}"
+            "overlap.srt:10: The cue ends no later .*\n",
+            0);
 }
 
-TEST_F(KssubTest, odd_forms_are_noted_in_one_line_before_the_answers) {
+TEST_F(KssubTest, json_holds_any_text_in_the_order_of_the_file) {
+  directory.write(
+      "late.srt",
+      "1\r\n00:00:05,000 --> 00:00:06,000\r\nHe said \"\\N\"\r\n\u00e9\xf0\x9f\x8c\x8a\r\n"
+      "2\r\n-0:00:01,000 --> 00:00:01,000\r\na\x1b[2J\xc2\x9b|\t\x7f\r\n");
+  const std::string second =
+      R"(\{"start":-1000,"end":1000,"text":"a\\u001b\[2J\\u009b\|\\u0009\\u007f"\})";
+  expectRun("list late.srt --json",
+            R"(\{"start":5000,"end":6000,"text":"He said \\"\\\\N\\"\\n)"
+            "\u00e9\xf0\x9f\x8c\x8a\"\\}\n" +
+                second + "\n",
+            "", 0);
+}
+
+TEST_F(KssubTest, encoding_is_found_given_or_usual_where_the_user_lives) {
+  directory.write("code-page.srt", "1\n00:00:01,000 --> 00:00:02,000\n\xe9\xe3\xf0\n");
+  const struct {
+    std::string locale, options, text, encoding;
+  } cases[] = {
+      {"LC_ALL=de_DE.UTF-8", "", "\u00e9\u00e3\u00f0", "windows-1252 \\(assumed\\)"},
+      {"LC_ALL=uk_UA.UTF-8 LANG=de_DE", "", "\u0439\u0433\u0440", "windows-1251 \\(assumed\\)"},
+      {"LC_ALL= LC_CTYPE= LANG=el", "", "\u03b9\u03b3\u03c0", "windows-1253 \\(assumed\\)"},
+      {"LC_ALL=zh_TW.Big5", "--fallback windows-1251", "\u0439\u0433\u0440", "windows-1251 .*"},
+      {"LC_ALL=C", "--encoding cp866", "\u0449\u0443\u0401", "cp866 \\(given\\)"},
+  };
+  for (const auto& [locale, options, text, encoding] : cases) {
+    expectRun("list code-page.srt " + options,
+              "[^]*  " + text + "\n1 cue; subrip, " + encoding + ", LF\n", "", 0,
+              "export " + locale);
+  }
+}
+
+TEST_F(KssubTest, fixed_readers_note_odd_forms_in_one_line_before_the_answers) {
   const std::string tooManyLines(20001, '\n');
   const struct {
     std::string name, content, note;
@@ -82,10 +136,11 @@ TEST_F(KssubTest, odd_forms_are_noted_in_one_line_before_the_answers) {
   for (const auto& [name, content, note] : cases) {
     directory.write(name, content);
     const std::string line = "kssub: " + name + ": note: " + note + ".*\n";
-    expectRun("at " + name + " 0", "duration: .*\n0:00:00.000: [^]*", note.empty() ? "" : line, 0);
+    expectRun("at --exact " + name + " 0", "duration: .*\n0:00:00.000: [^]*",
+              note.empty() ? "" : line, 0);
   }
   directory.write("long.srt", tooManyLines);
-  expectRun("list long.srt", "", "kssub: long.srt: cannot open: .* 20000 lines\n", 1);
+  expectRun("list --exact long.srt", "", "kssub: long.srt: cannot open: .* 20000 lines\n", 1);
 }
 
 TEST_F(KssubTest, failures_are_told_apart_by_exit_status) {
@@ -95,9 +150,15 @@ TEST_F(KssubTest, failures_are_told_apart_by_exit_status) {
   std::filesystem::create_directory(directory.path("dir.srt"));
   const std::string cannotOpen = "kssub: .*: cannot open: ";
   expectRun("at missing.srt 0", "", cannotOpen + "No such file or directory\n", 1);
-  expectRun("list plain.txt", "", cannotOpen + "the extension is none .*\n", 1);
-  expectRun("play empty.srt", "", cannotOpen + "the file is empty\n", 1);
-  expectRun("list dir.srt", "", cannotOpen + "not a regular file\n", 1);
+  expectRun("list plain.txt --exact", "", cannotOpen + "the extension is none .*\n", 1);
+  expectRun("play empty.srt --exact", "", cannotOpen + "the file is empty\n", 1);
+  expectRun("list dir.srt --exact", "", cannotOpen + "not a regular file\n", 1);
+  expectRun("list - <dir.srt", "", "kssub: standard input: cannot open: Is a directory\n", 1);
+  expectRun("at - 0 --json <empty.srt", "", "kssub: standard input: The file is empty.\n", 1);
+  expectRun("list plain.txt --encoding nix", "", "kssub: plain.txt: There is no encoding .*\n", 1);
+  expectRun("play plain.txt --format nix", "", "kssub: plain.txt: There is no .*format .*\n", 1);
+  expectRun("list /dev/zero", "", "kssub: /dev/zero: The file is larger .*\n", 1);
+  expectRun("list - </dev/zero", "", "kssub: standard input: The file is larger .*\n", 1);
   expectRun("list plain.srt >/dev/full", "", "kssub: cannot write the output\n", 1);
   expectRun("--help >/dev/full", "", "kssub: cannot write the output\n", 1);
   const std::string notATime = "\"[^ ]*\" is not a time: .*1500 \\(milliseconds\\)";
@@ -108,6 +169,9 @@ TEST_F(KssubTest, failures_are_told_apart_by_exit_status) {
                        {" list", "plain.srt --x a", "unexpected: \"--x\" \"a\""},
                        {" at", "plain.srt", "TIME is required"},
                        {" play", "plain.srt --from soon", notATime},
+                       {" list", "- --exact", "--exact: needs the name of a file, not -"},
+                       {" at", "plain.srt 0 --exact --encoding x", "--e.* excludes --e.*"},
+                       {" list", "plain.srt --fps 0", "--fps: must be .*"},
                        {" play", "plain.srt --speed 0", "--speed: must be .*"},
                        {" play", "plain.srt --speed nan", "--speed: must be .*"}};
   for (const auto& [command, arguments, reason] : usageFailures) {

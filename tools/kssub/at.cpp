@@ -2,7 +2,8 @@
 #include <iostream>
 
 #include "tools/kssub/commands.h"
-#include "tools/kssub/subtitle_file.h"
+#include "tools/kssub/json.h"
+#include "tools/kssub/terminal_text.h"
 #include "tools/kssub/times.h"
 
 namespace kssub {
@@ -10,7 +11,7 @@ namespace {
 
 void printCue(const Cue& cue) {
   std::cout << formatTime(cue.start) << " --> " << formatTime(cue.end) << '\n';
-  for (const std::string_view line : linesOf(cue.text)) std::cout << "    " << line << '\n';
+  for (const std::string& line : terminalLines(cue.text)) std::cout << "    " << line << '\n';
 }
 
 void printAnswer(long long time, const std::optional<Cue>& cue) {
@@ -22,12 +23,25 @@ void printAnswer(long long time, const std::optional<Cue>& cue) {
   }
 }
 
+void printObject(long long time, const std::optional<Cue>& cue) {
+  std::cout << "{\"time\":" << time;
+  if (cue) {
+    std::cout << ",\"start\":" << cue->start << ",\"end\":" << cue->end
+              << ",\"text\":" << jsonString(cue->text) << "}\n";
+  } else {
+    std::cout << ",\"start\":null,\"end\":null,\"text\":null}\n";
+  }
+}
+
 }  // namespace
 
-void at(const std::string& path, const std::vector<long long>& times) {
-  SubtitleFile file(path);
-  std::cout << "duration: " << formatTime(file.duration()) << '\n';
-  for (const long long time : times) printAnswer(time, file.cueAt(time));
+void at(const FileRequest& request, const std::vector<long long>& times, Output output) {
+  const std::unique_ptr<SubtitleFile> file = openSubtitles(request);
+  const bool isJson = output == Output::kJson;
+  if (!isJson) std::cout << "duration: " << formatTime(file->duration()) << '\n';
+  for (const long long time : times) {
+    (isJson ? printObject : printAnswer)(time, file->cueAt(time));
+  }
 }
 
 }  // namespace kssub

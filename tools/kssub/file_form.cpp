@@ -147,7 +147,7 @@ std::string remarksOn(const FileForm& form) {
 }  // namespace
 
 FileError::FileError(const std::string& path, const std::string& reason)
-    : std::runtime_error(terminalText(path.c_str()) + ": cannot open: " + reason) {}
+    : std::runtime_error(terminalText(path) + ": cannot open: " + reason) {}
 
 FileForm examine(const std::string& path) {
   const FileHandle file = openFile(path);
@@ -176,7 +176,7 @@ void requireReadable(const std::string& path) { openFile(path); }
 void printRemarks(const std::string& path, const FileForm& form) {
   const std::string remarks = remarksOn(form);
   if (remarks.empty()) return;
-  std::cerr << "kssub: " << terminalText(path.c_str()) << ": note: " << remarks << '\n';
+  std::cerr << "kssub: " << terminalText(path) << ": note: " << remarks << '\n';
 }
 
 std::string refusalOf(const FileForm& form) {

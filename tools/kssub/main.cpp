@@ -1,4 +1,4 @@
-// kssub, a host of the library on the command line: the command line itself.
+// kssub, a host of the libraries on the command line: the command line itself.
 #include <CLI/CLI.hpp>
 #include <cmath>
 #include <csignal>
@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "kssubtitle/version.h"
+#include "tools/kssub/code_pages.h"
 #include "tools/kssub/commands.h"
 #include "tools/kssub/terminal_text.h"
 #include "tools/kssub/times.h"
@@ -18,7 +19,10 @@ constexpr int kFileFailure = 1;
 constexpr int kUsageFailure = 2;
 
 struct Options {
-  std::string file;
+  kssub::FileRequest request;
+  bool asJson = false;
+  bool withNotes = false;
+  std::string index;
   std::vector<long long> times;
   long long from = 0;
   double speed = 1;
@@ -43,21 +47,70 @@ void explainTimes(CLI::App& command) {
       "or comma: 1500, 0:01.5 and 0:00:01,500 are the same. A negative one begins with '-'.");
 }
 
+auto requirePositive(const char* option, double& value) {
+  return [option, &value](const double& number) {
+    if (!std::isfinite(number) || number <= 0) {
+      throw CLI::ValidationError(option, "must be a number above 0");
+    }
+    value = number;
+  };
+}
+
+void addReadingOptions(CLI::App& command, kssub::FileRequest& request) {
+  CLI::Option* exact = command.add_flag("--exact", request.isExact,
+                                        "Ask the fixed readers: .srt, .ass and .ssa files alone");
+  ksImportOptions& options = request.options;
+  options.fallbackEncoding = kssub::codePageOfUser();
+  const auto add = [&](const char* name, std::string& value, const char* description) {
+    command.add_option(name, value, description)->type_name("NAME")->excludes(exact);
+  };
+  add("--encoding", options.encoding, "The file's encoding, whatever it looks like");
+  add("--fallback", options.fallbackEncoding,
+      "The encoding of text that cannot be told; else the one usual in the user's language");
+  add("--format", options.format, "The file's format, whatever it looks like");
+  add("--language", options.language, "Which of a file's languages");
+  command
+      .add_option_function<double>("--fps", requirePositive("--fps", options.frameRate),
+                                   "Frames in a second, where a file counts frames")
+      ->type_name("NUMBER")
+      ->excludes(exact);
+  command.callback([&request] {
+    if (request.isExact && request.path == "-") {
+      throw CLI::ValidationError("--exact", "needs the name of a file, not -");
+    }
+  });
+}
+
+void addJson(CLI::App& command, Options& options) {
+  command.add_flag("--json", options.asJson, "Print one JSON object a line");
+}
+
 CLI::App* addCommand(CLI::App& app, const char* name, const char* description, Options& options) {
   CLI::App* command = app.add_subcommand(name, description);
-  command->add_option("FILE", options.file, "A .srt, .ass or .ssa file")->required()->type_name("");
+  command->add_option("FILE", options.request.path, "A subtitle file; - for standard input")
+      ->required()
+      ->type_name("");
+  addReadingOptions(*command, options.request);
   return command;
 }
 
 void addAt(CLI::App& app, Options& options) {
-  CLI::App* at = addCommand(app, "at", "Print the duration and the cue at each time", options);
+  CLI::App* at =
+      addCommand(app, "at", "Print the duration and what is shown at each time", options);
   const auto addTimes = [&options](const std::vector<std::string>& texts) {
     for (const std::string& text : texts) options.times.push_back(requireTime(text));
   };
   at->add_option_function<std::vector<std::string>>("TIME", addTimes, "Times to ask for")
       ->required()
       ->type_name("");
+  addJson(*at, options);
   explainTimes(*at);
+}
+
+void addList(CLI::App& app, Options& options) {
+  CLI::App* list = addCommand(app, "list", "Print every cue as a table", options);
+  addJson(*list, options);
+  list->add_flag("--notes", options.withNotes, "Tell the file's problems on standard error");
 }
 
 void addPlay(CLI::App& app, Options& options) {
@@ -66,13 +119,8 @@ void addPlay(CLI::App& app, Options& options) {
   play->add_option_function<std::string>("--from", setFrom, "Time to begin at")
       ->type_name("TIME")
       ->default_str("0");
-  const auto requirePositive = [&options](const double& speed) {
-    if (!std::isfinite(speed) || speed <= 0) {
-      throw CLI::ValidationError("--speed", "must be a number above 0");
-    }
-    options.speed = speed;
-  };
-  play->add_option_function<double>("--speed", requirePositive, "How many times as fast")
+  play->add_option_function<double>("--speed", requirePositive("--speed", options.speed),
+                                    "How many times as fast")
       ->type_name("NUMBER")
       ->default_str("1");
   explainTimes(*play);
@@ -83,7 +131,7 @@ void addPicture(CLI::App& app, Options& options) {
       app.add_subcommand("picture",
                          "Write what a VobSub index shows near TIME, cropped to its "
                          "display area, as a PNG file with transparency");
-  picture->add_option("INDEX", options.file, "A .idx file with its .sub file beside it")
+  picture->add_option("INDEX", options.index, "A .idx file with its .sub file beside it")
       ->required()
       ->type_name("");
   const auto setTime = [&options](const std::string& text) { options.times = {requireTime(text)}; };
@@ -119,7 +167,7 @@ std::string reasonOf(const CLI::App& app, const CLI::Error& error) {
 std::string usageMessage(const CLI::App* app, const CLI::Error& error) {
   std::string command = "kssub";
   for (const CLI::App* given : app->get_subcommands()) command += ' ' + given->get_name();
-  return "kssub: " + kssub::terminalText(reasonOf(*app, error).c_str()) + "\nRun " + command +
+  return "kssub: " + kssub::terminalText(reasonOf(*app, error)) + "\nRun " + command +
          " --help for its usage.\n";
 }
 
@@ -133,7 +181,7 @@ void addCommands(CLI::App& app, Options& options) {
   app.failure_message(usageMessage);
   app.set_version_flag("--version", version(), "Print the version and exit");
   addAt(app, options);
-  addCommand(app, "list", "Print every cue as a table", options);
+  addList(app, options);
   addPlay(app, options);
   addPicture(app, options);
   app.footer(
@@ -143,16 +191,17 @@ void addCommands(CLI::App& app, Options& options) {
 
 void runPicture(const Options& options) {
   if (options.times.empty()) {
-    kssub::allPictures(options.file, options.directory);
+    kssub::allPictures(options.index, options.directory);
   } else {
-    kssub::picture(options.file, options.times.front(), options.output);
+    kssub::picture(options.index, options.times.front(), options.output);
   }
 }
 
 void run(const CLI::App& app, const Options& options) {
-  if (app.got_subcommand("at")) kssub::at(options.file, options.times);
-  if (app.got_subcommand("list")) kssub::list(options.file);
-  if (app.got_subcommand("play")) kssub::play(options.file, options.from, options.speed);
+  const kssub::Output output = options.asJson ? kssub::Output::kJson : kssub::Output::kTable;
+  if (app.got_subcommand("at")) kssub::at(options.request, options.times, output);
+  if (app.got_subcommand("list")) kssub::list(options.request, output, options.withNotes);
+  if (app.got_subcommand("play")) kssub::play(options.request, options.from, options.speed);
   if (app.got_subcommand("picture")) runPicture(options);
 }
 

@@ -56,14 +56,14 @@ std::string fileName(std::size_t number, const Entry& entry) {
 }
 
 std::string failureOf(const std::string& index, const Entry& entry, const BrokenUnit& reason) {
-  return terminalText(index.c_str()) + ": the picture at " + formatTime(entry.startTime) +
+  return terminalText(index) + ": the picture at " + formatTime(entry.startTime) +
          " is broken: " + reason.what();
 }
 
 void printPicture(const std::string& path, const Entry& entry, const Subpicture& picture) {
-  std::cout << terminalText(path.c_str()) << ": " << picture.image.width << " x "
-            << picture.image.height << " pixels at " << picture.left << ',' << picture.top
-            << ", shown from " << formatTime(entry.startTime + picture.startDelay);
+  std::cout << terminalText(path) << ": " << picture.image.width << " x " << picture.image.height
+            << " pixels at " << picture.left << ',' << picture.top << ", shown from "
+            << formatTime(entry.startTime + picture.startDelay);
   if (picture.stopDelay) std::cout << " to " << formatTime(entry.startTime + *picture.stopDelay);
   std::cout << std::endl;
 }
@@ -91,7 +91,7 @@ class Export {
 
   void run() {
     if (file_.entries().empty()) {
-      throw std::runtime_error(terminalText(index_.c_str()) + ": no entries");
+      throw std::runtime_error(terminalText(index_) + ": no entries");
     }
     makeDirectory();
     raiseOpenFileLimit();
@@ -139,7 +139,7 @@ void picture(const std::string& index, long long time, const std::string& output
   VobSubFile file(index);
   const std::optional<Entry> entry = file.entryNear(time);
   if (!entry) {
-    throw std::runtime_error(terminalText(index.c_str()) + ": no picture is shown near " +
+    throw std::runtime_error(terminalText(index) + ": no picture is shown near " +
                              formatTime(time));
   }
   try {

@@ -8,7 +8,6 @@
 #include <thread>
 
 #include "tools/kssub/commands.h"
-#include "tools/kssub/subtitle_file.h"
 #include "tools/kssub/terminal_text.h"
 #include "tools/kssub/times.h"
 
@@ -43,7 +42,7 @@ class Screen : public Display {
   }
   void show(long long /*time*/, const std::optional<Cue>& cue) override {
     std::cout << "\033[H\033[2J";
-    if (cue) std::cout << cue->text << '\n';
+    if (cue) std::cout << terminalText(cue->text) << '\n';
     std::cout << std::flush;
   }
 
@@ -64,7 +63,7 @@ class Log : public Display {
  private:
   static std::string inOneLine(const std::string& text) {
     std::string joined;
-    for (const std::string_view line : linesOf(text)) {
+    for (const std::string& line : terminalLines(text)) {
       joined.append(joined.empty() ? "" : " | ").append(line);
     }
     return joined;
@@ -111,16 +110,16 @@ void follow(const MediaClock& clock, SubtitleFile& file, Display& display) {
 
 }  // namespace
 
-void play(const std::string& path, long long from, double speed) {
-  SubtitleFile file(path);
-  if (from >= file.duration()) {
-    std::cerr << "kssub: " << terminalText(path.c_str())
-              << ": nothing left to play, the duration is " << formatTime(file.duration()) << '\n';
+void play(const FileRequest& request, long long from, double speed) {
+  const std::unique_ptr<SubtitleFile> file = openSubtitles(request);
+  if (from >= file->duration()) {
+    std::cerr << "kssub: " << terminalText(request.path)
+              << ": nothing left to play, the duration is " << formatTime(file->duration()) << '\n';
     return;
   }
   {
     const std::unique_ptr<Display> display = makeDisplay();
-    follow(MediaClock(from, speed), file, *display);
+    follow(MediaClock(from, speed), *file, *display);
   }
   if (caughtSignal != 0) std::raise(caughtSignal);
 }

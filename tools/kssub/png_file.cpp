@@ -17,7 +17,7 @@ namespace kssub {
 namespace {
 
 [[noreturn]] void throwWriteError(const std::string& path, const std::string& reason) {
-  throw std::runtime_error(terminalText(path.c_str()) + ": cannot write: " + reason);
+  throw std::runtime_error(terminalText(path) + ": cannot write: " + reason);
 }
 
 std::string systemReason() { return std::generic_category().message(errno); }

@@ -1,22 +1,22 @@
-// An open subtitle file, without its text width.
+// An open subtitle file, whichever library reads it.
 #pragma once
 
+#include <memory>
 #include <optional>
 #include <string>
 #include <string_view>
 #include <tuple>
 #include <vector>
 
-#include "kssubtitle/manager/ksSubtitleManager.h"
-#include "tools/kssub/file_form.h"
+#include "kssubtitle/import/ksImportOptions.h"
 
 namespace kssub {
 
-/// A cue with its text fit for a terminal.
+/// A cue, its text UTF-8 with a line feed between lines.
 struct Cue {
   long long start;
   long long end;
-  std::string text;  ///< Lines with a line feed between them.
+  std::string text;
 
   bool operator==(const Cue&) const = default;
   bool operator<(const Cue& other) const {
@@ -24,26 +24,40 @@ struct Cue {
   }
 };
 
-/// A cue from the text that the library keeps for it, which begins with a line feed.
-Cue makeCue(long long start, long long end, const ksString& text);
-Cue makeCue(long long start, long long end, const ksWString& text);
+enum class Order { kByTime, kAsInFile };
 
-/// The lines of a cue's text; none for the empty text.
-std::vector<std::string_view> linesOf(std::string_view text);
+struct Listing {
+  std::vector<Cue> cues;
+  std::string summary;  ///< What is known of the file beside its cues, in a few words.
+};
 
 class SubtitleFile {
  public:
-  /// Opens the file at `path`, and says on standard error what in its form is known to give odd
-  /// answers. Throws FileError if it cannot be opened.
-  explicit SubtitleFile(const std::string& path);
+  SubtitleFile() = default;
+  SubtitleFile(const SubtitleFile&) = delete;
+  SubtitleFile& operator=(const SubtitleFile&) = delete;
+  virtual ~SubtitleFile() = default;
 
-  const FileForm& form() const { return form_; }
-  long long duration() { return manager_.DurationTime(); }
-  std::optional<Cue> cueAt(long long time);
-
- private:
-  FileForm form_;
-  ksSubtitleManager manager_;
+  virtual long long duration() = 0;
+  virtual std::optional<Cue> cueAt(long long time) = 0;
+  virtual Listing list(Order order) = 0;
+  /// A line on each problem of the file that `path` names.
+  virtual std::vector<std::string> notes(std::string_view path) const = 0;
 };
+
+/// Which file is read, and how.
+struct FileRequest {
+  std::string path;      ///< "-" for standard input.
+  bool isExact = false;  ///< By the fixed readers, which know none of the options.
+  ksImportOptions options;
+};
+
+/// Opens a file. Throws std::runtime_error, whose text names the file, if it cannot be read.
+std::unique_ptr<SubtitleFile> openSubtitles(const FileRequest& request);
+/// By the import library.
+std::unique_ptr<SubtitleFile> openImported(const FileRequest& request);
+/// By the fixed readers, which tell a file's format by its name. Says on standard error what in its
+/// form is known to give odd answers. Throws FileError.
+std::unique_ptr<SubtitleFile> openExact(const std::string& path);
 
 }  // namespace kssub

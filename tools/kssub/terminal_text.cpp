@@ -1,7 +1,7 @@
-// Text of any file, made fit for a terminal.
+// Text of any file, made UTF-8 and fit for a terminal.
 #include "tools/kssub/terminal_text.h"
 
-#include <string_view>
+#include <algorithm>
 
 namespace kssub {
 namespace {
@@ -52,7 +52,7 @@ char32_t visible(char32_t c) {
   if (c < 0x20) return 0x2400 + c;
   if (c == 0x7F) return 0x2421;
   if (c < 0xA0 && c > 0x7F) return kReplacement;
-  return isScalar(c) ? c : kReplacement;
+  return c;
 }
 
 void appendUtf8(std::string& out, char32_t c) {
@@ -63,22 +63,40 @@ void appendUtf8(std::string& out, char32_t c) {
   for (int i = tailBytes - 1; i >= 0; --i) append(0x80 | (c >> (6 * i) & 0x3F));
 }
 
-}  // namespace
-
-std::string terminalText(const char* text) {
+/// Every code point of `text` as `map` gives it.
+template <typename Map>
+std::string mapped(std::string_view text, Map map) {
   std::string out;
-  for (std::string_view rest = text; !rest.empty();) {
-    const Decoded next = decodeUtf8(rest);
-    appendUtf8(out, visible(next.codePoint));
-    rest.remove_prefix(next.size);
+  while (!text.empty()) {
+    const Decoded next = decodeUtf8(text);
+    appendUtf8(out, map(next.codePoint));
+    text.remove_prefix(next.size);
   }
   return out;
 }
 
-std::string terminalText(const wchar_t* text) {
+char32_t scalar(char32_t c) { return isScalar(c) ? c : kReplacement; }
+
+}  // namespace
+
+std::string terminalText(std::string_view text) { return mapped(text, visible); }
+
+std::vector<std::string> terminalLines(std::string_view text) {
+  std::vector<std::string> lines;
+  while (!text.empty()) {
+    const std::size_t end = std::min(text.find('\n'), text.size());
+    lines.push_back(terminalText(text.substr(0, end)));
+    text.remove_prefix(std::min(end + 1, text.size()));
+  }
+  return lines;
+}
+
+std::string utf8Text(const char* text) { return mapped(text, scalar); }
+
+std::string utf8Text(const wchar_t* text) {
   std::string out;
   for (const wchar_t c : std::wstring_view(text)) {
-    appendUtf8(out, visible(static_cast<char32_t>(c)));
+    appendUtf8(out, scalar(static_cast<char32_t>(c)));
   }
   return out;
 }

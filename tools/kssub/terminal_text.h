@@ -1,15 +1,23 @@
-// Text of any file, made fit for a terminal.
+// Text of any file, made UTF-8 and fit for a terminal.
 #pragma once
 
 #include <string>
+#include <string_view>
+#include <vector>
 
 namespace kssub {
 
 /// `text` as UTF-8 in which the line feed is the only control character: the others of ASCII become
 /// their pictures, and whatever is no printable character becomes U+FFFD, byte by byte. Text in an
 /// 8-bit encoding other than UTF-8 comes out with U+FFFD for its foreign letters.
-std::string terminalText(const char* text);
+std::string terminalText(std::string_view text);
+
+/// The lines of terminalText(); none for the empty text.
+std::vector<std::string> terminalLines(std::string_view text);
+
+/// `text` as UTF-8: whatever is none becomes U+FFFD, byte by byte. Control characters stay.
+std::string utf8Text(const char* text);
 /// The same for wide text, one code point in each character.
-std::string terminalText(const wchar_t* text);
+std::string utf8Text(const wchar_t* text);
 
 }  // namespace kssub

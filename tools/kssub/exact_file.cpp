@@ -1,0 +1,121 @@
+// A subtitle file as the fixed readers answer it, without its text width.
+#include <algorithm>
+#include <set>
+#include <utility>
+
+#include "kssubtitle/manager/ksSubtitleManager.h"
+#include "kssubtitle/parsers/ass/ksAssParser.h"
+#include "kssubtitle/parsers/srt/ksSrtParser.h"
+#include "tools/kssub/file_form.h"
+#include "tools/kssub/subtitle_file.h"
+#include "tools/kssub/terminal_text.h"
+
+namespace kssub {
+namespace {
+
+using Cues = std::vector<Cue>;
+
+// The pointer, not the length: the text ends at its first NUL, stale characters may follow.
+template <typename Text>
+Cue makeCue(long long start, long long end, const Text& text) {
+  std::string shown = utf8Text(text.getData());
+  if (shown.starts_with('\n')) shown.erase(0, 1);
+  return {start, end, std::move(shown)};
+}
+
+// No text at all, not even a line feed, is what tells that nothing is shown: an ASS script without
+// events answers time 0 with such a record once it was asked for its duration.
+template <typename Answer>
+std::optional<Cue> shownCue(const Answer& answer) {
+  if (answer.text.isEmpty()) return std::nullopt;
+  return makeCue(answer.start, answer.end, answer.text);
+}
+
+template <typename Record>
+Cue cueOfRecord(const Record& record) {
+  if constexpr (requires { record.startTime; }) {
+    return makeCue(record.startTime, record.endTime, record.text);
+  } else {
+    return makeCue(record.start, record.end, record.text);
+  }
+}
+
+template <typename Parser>
+Cues recordsOf(const std::string& path) {
+  Cues records;
+  Parser parser;
+  parser.Open(path.c_str());
+  for (const auto& [key, record] : std::as_const(parser.sessions)) {
+    records.push_back(cueOfRecord(record));
+  }
+  return records;
+}
+
+/// What the file holds; the manager tells only what is shown.
+Cues readRecords(const std::string& path, const FileForm& form) {
+  if (form.format == Format::kSubRip) {
+    return form.isWide ? recordsOf<ksSrtParserU>(path) : recordsOf<ksSrtParser>(path);
+  }
+  return form.isWide ? recordsOf<ksAssParserU>(path) : recordsOf<ksAssParser>(path);
+}
+
+/// The only times at which the answer can change, in order.
+std::set<long long> turningTimes(const Cues& records) {
+  std::set<long long> times{0};
+  for (const Cue& record : records) {
+    times.insert(record.start);
+    times.insert(record.end + 1);
+  }
+  times.erase(times.begin(), times.lower_bound(0));
+  return times;
+}
+
+std::string hiddenRecords(std::ptrdiff_t count) {
+  if (count == 0) return "";
+  return std::to_string(count) + (count == 1 ? " record" : " records") +
+         " of the file never shown (no valid times, or covered by others)";
+}
+
+class ExactFile : public SubtitleFile {
+ public:
+  explicit ExactFile(const std::string& path) : path_(path), form_(examine(path)) {
+    if (!manager_.Open(path.c_str())) throw FileError(path, refusalOf(form_));
+    printRemarks(path, form_);
+  }
+
+  long long duration() override { return manager_.DurationTime(); }
+
+  std::optional<Cue> cueAt(long long time) override {
+    std::optional<Cue> cue = shownCue(manager_.GetSubTitle(time));
+    return cue ? cue : shownCue(manager_.GetSubTitleU(time));
+  }
+
+  /// Each cue that is the answer for some time once, in the order of its first appearance.
+  Listing list(Order /*order*/) override {
+    const Cues records = readRecords(path_, form_);
+    Listing listing;
+    std::set<Cue> shown;
+    for (const long long time : turningTimes(records)) {
+      const std::optional<Cue> cue = cueAt(time);
+      if (cue && shown.insert(*cue).second) listing.cues.push_back(*cue);
+    }
+    listing.summary = hiddenRecords(
+        std::ranges::count_if(records, [&](const Cue& record) { return !shown.contains(record); }));
+    return listing;
+  }
+
+  std::vector<std::string> notes(std::string_view /*path*/) const override { return {}; }
+
+ private:
+  std::string path_;
+  FileForm form_;
+  ksSubtitleManager manager_;
+};
+
+}  // namespace
+
+std::unique_ptr<SubtitleFile> openExact(const std::string& path) {
+  return std::make_unique<ExactFile>(path);
+}
+
+}  // namespace kssub
