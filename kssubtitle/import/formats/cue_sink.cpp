@@ -25,7 +25,7 @@ void assumeEnds(std::vector<ksImportCue>& cues, long long longest, Notes& notes)
     if (!hasAssumedEnd(cue)) continue;
     const bool isLast = nextStart == std::numeric_limits<long long>::max();
     cue.end = isLast ? cue.start + kLastCue : std::min(nextStart, cue.start + longest);
-    if (isLast) notes.add(ksImportProblem::kEndAssumed, cue.line);
+    if (isLast && !cue.text.empty()) notes.add(ksImportProblem::kEndAssumed, cue.line);
   }
 }
 
@@ -106,6 +106,13 @@ void CueSink::finish() {
 }
 
 void CueSink::finishOrMark() { cues_.back().text = text_.finish(); }
+
+void CueSink::finishOrMark(std::size_t count) {
+  finishOrMark();
+  const std::string_view text = cues_.back().text;
+  std::for_each(cues_.end() - static_cast<std::ptrdiff_t>(count), cues_.end(),
+                [text](ksImportCue& cue) { cue.text = text; });
+}
 
 void arrange(std::vector<ksImportCue>& cues, long long longestAssumed, Notes& notes) {
   if (!std::is_sorted(cues.begin(), cues.end(), isBefore)) {

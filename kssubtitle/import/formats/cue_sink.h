@@ -24,6 +24,8 @@ class CueSink {
   void finish();
   /// Ends it: one without text only marks where the one before it ends.
   void finishOrMark();
+  /// Ends the last `count` cues, at least one, which share one text.
+  void finishOrMark(std::size_t count);
 
   std::vector<ksImportCue>& cues() noexcept { return cues_; }
   Notes& notes() noexcept { return notes_; }

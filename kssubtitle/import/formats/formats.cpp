@@ -12,6 +12,14 @@ namespace {
 
 constexpr Format kFormats[] = {
     {"ass", "ass ssa", likelihoodOfAss, readAss},
+    {"microdvd", "sub txt", likelihoodOfMicroDvd, readMicroDvd, kUpToTheNext},
+    {"mpl2", "txt mpl", likelihoodOfMpl2, readMpl2, kUpToTheNext},
+    {"tmplayer", "txt sub", likelihoodOfTmPlayer, readTmPlayer, 10000},
+    {"subviewer", "sub", likelihoodOfSubViewer, readSubViewer},
+    {"sbv", "sbv", likelihoodOfSbv, readSubViewer},
+    {"lrc", "lrc", likelihoodOfLrc, readLrc, kUpToTheNext},
+    {"mpsub", "sub", likelihoodOfMpsub, readMpsub},
+    {"subviewer1", "sub", likelihoodOfSubViewer1, readSubViewer1, kUpToTheNext},
     {"subrip", "srt", likelihoodOfSubRip, readSubRip},
 };
 

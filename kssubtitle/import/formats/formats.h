@@ -21,6 +21,10 @@ enum class Likelihood {
   kCertain,   ///< It begins with the format's signature.
 };
 
+/// The Format::longestAssumed of formats in which a cue lasts up to the next one however long. A
+/// time plus this is still a number.
+inline constexpr long long kUpToTheNext = 1LL << 60;
+
 /// What a format's reader reads.
 struct FormatInput {
   std::string_view text;  ///< Valid UTF-8 without a mark. Every line ends in a line feed, with or

@@ -15,4 +15,33 @@ void readAss(const FormatInput& input, CueSink& sink);
 Likelihood likelihoodOfSubRip(std::string_view text);
 void readSubRip(const FormatInput& input, CueSink& sink);
 
+/// MicroDVD.
+Likelihood likelihoodOfMicroDvd(std::string_view text);
+void readMicroDvd(const FormatInput& input, CueSink& sink);
+
+/// MPL2.
+Likelihood likelihoodOfMpl2(std::string_view text);
+void readMpl2(const FormatInput& input, CueSink& sink);
+
+/// TMPlayer and VPlayer.
+Likelihood likelihoodOfTmPlayer(std::string_view text);
+void readTmPlayer(const FormatInput& input, CueSink& sink);
+
+/// SubViewer 2, and SBV, of which the times have three digits behind the point.
+Likelihood likelihoodOfSubViewer(std::string_view text);
+Likelihood likelihoodOfSbv(std::string_view text);
+void readSubViewer(const FormatInput& input, CueSink& sink);
+
+/// LRC.
+Likelihood likelihoodOfLrc(std::string_view text);
+void readLrc(const FormatInput& input, CueSink& sink);
+
+/// MPsub.
+Likelihood likelihoodOfMpsub(std::string_view text);
+void readMpsub(const FormatInput& input, CueSink& sink);
+
+/// SubViewer 1.
+Likelihood likelihoodOfSubViewer1(std::string_view text);
+void readSubViewer1(const FormatInput& input, CueSink& sink);
+
 }  // namespace kssubtitle::importing

@@ -1,45 +1,20 @@
 // Times as people write them.
 #include "kssubtitle/import/formats/times.h"
 
-#include "kssubtitle/import/text/ascii.h"
+#include "kssubtitle/import/formats/numbers.h"
 
 namespace kssubtitle::importing {
 namespace {
 
-constexpr std::size_t kMostDigits = 12;
-
-struct Field {
-  long long value;
-  std::size_t digits;
-};
-
-/// Takes digits off, with the blanks before them; nothing if there are none or too many.
-std::optional<Field> takeField(std::string_view& text) noexcept {
-  std::string_view rest = withoutLeadingBlanks(text);
-  Field field{0, 0};
-  while (field.digits < rest.size() && isDigit(rest[field.digits])) {
-    if (field.digits == kMostDigits) return std::nullopt;
-    field.value = field.value * 10 + (rest[field.digits++] - '0');
-  }
-  if (field.digits == 0) return std::nullopt;
-  text = rest.substr(field.digits);
-  return field;
-}
-
 /// Takes `separator` off if a number follows it, blanks or not.
-std::optional<Field> takeFieldBehind(std::string_view& text, std::string_view separators) noexcept {
+std::optional<Digits> takeFieldBehind(std::string_view& text,
+                                      std::string_view separators) noexcept {
   std::string_view rest = withoutLeadingBlanks(text);
   if (rest.empty() || separators.find(rest.front()) == separators.npos) return std::nullopt;
   rest.remove_prefix(1);
-  const auto field = takeField(rest);
+  const auto field = takeDigits(rest);
   if (field) text = rest;
   return field;
-}
-
-long long millisecondsOf(Field fraction) noexcept {
-  for (; fraction.digits < 3; ++fraction.digits) fraction.value *= 10;
-  for (; fraction.digits > 3; --fraction.digits) fraction.value /= 10;
-  return fraction.value;
 }
 
 /// The two digits at `p`; above 99 if they are none.
@@ -84,7 +59,7 @@ std::optional<WrittenTime> takeTime(std::string_view& text) noexcept {
   }
   const bool isNegative = rest.starts_with('-');
   if (isNegative || rest.starts_with('+')) rest.remove_prefix(1);
-  const auto first = takeField(rest);
+  const auto first = takeDigits(rest);
   if (!first) return std::nullopt;
   const auto second = takeFieldBehind(rest, ":");
   if (!second) return std::nullopt;
@@ -94,9 +69,9 @@ std::optional<WrittenTime> takeTime(std::string_view& text) noexcept {
   time.fields = third ? 3 : 2;
   const long long seconds = third ? (first->value * 60 + second->value) * 60 + third->value
                                   : first->value * 60 + second->value;
-  time.milliseconds = seconds * 1000 + (fraction ? millisecondsOf(*fraction) : 0);
+  time.milliseconds = seconds * 1000 + (fraction ? millisecondsOfFraction(*fraction) : 0);
   if (isNegative) time.milliseconds = -time.milliseconds;
-  time.isUsual = third && fraction && second->digits == 2 && third->digits == 2 && !isNegative;
+  time.isUsual = third && fraction && second->count == 2 && third->count == 2 && !isNegative;
   text = rest;
   return time;
 }

@@ -30,27 +30,6 @@ std::optional<StyleTag> tagNamed(std::string_view name) noexcept {
   return std::nullopt;
 }
 
-/// The length of "{\...}" or "{y:...}" at the front of `text`; 0 if there is neither.
-std::size_t overrideLength(std::string_view text) noexcept {
-  const bool isOverride =
-      text.size() > 2 &&
-      (text[1] == '\\' || (text[2] == ':' && std::string_view("yfscp").find(lowerOf(text[1])) !=
-                                                 std::string_view::npos));
-  if (!isOverride) return 0;
-  const std::size_t end = text.find_first_of("{}", 1);
-  return end == text.npos || text[end] == '{' ? 0 : end + 1;
-}
-
-/// The alignment that "{\an8}" and its like ask for.
-std::optional<int> alignmentIn(std::string_view block) noexcept {
-  constexpr std::string_view kAlignment = "\\an";
-  const std::size_t at = block.find(kAlignment);
-  if (at == block.npos) return std::nullopt;
-  const char digit = block[at + kAlignment.size()];  // the closing brace at the latest
-  if (digit < '1' || digit > '9') return std::nullopt;
-  return digit - '0';
-}
-
 /// Walks over a text and hands its pieces on.
 class Writer {
  public:
@@ -113,10 +92,10 @@ class Writer {
   }
 
   void takeOverride() {
-    const std::size_t length = overrideLength(rest_);
+    const std::size_t length = overrideLength(rest_, "yfscp");
     if (length == 0) return takeText(1);
     const std::string_view block = rest_.substr(0, length);
-    if (!traits_.alignment) traits_.alignment = alignmentIn(block);
+    if (!traits_.alignment) traits_.alignment = alignmentOfOverride(block);
     rest_.remove_prefix(length);
   }
 
@@ -167,6 +146,24 @@ std::string_view attributeOf(std::string_view attributes, std::string_view name)
     return value.substr(0, value.find(quote));
   }
   return value.substr(0, value.find_first_of(" \t\r\n"));
+}
+
+std::size_t overrideLength(std::string_view text, std::string_view codes) noexcept {
+  const bool isOverride =
+      text.size() > 2 &&
+      (text[1] == '\\' || (text[2] == ':' && codes.find(lowerOf(text[1])) != codes.npos));
+  if (!isOverride) return 0;
+  const std::size_t end = text.find_first_of("{}", 1);
+  return end == text.npos || text[end] == '{' ? 0 : end + 1;
+}
+
+std::optional<int> alignmentOfOverride(std::string_view block) noexcept {
+  constexpr std::string_view kAlignment = "\\an";
+  const std::size_t at = block.find(kAlignment);
+  if (at == block.npos) return std::nullopt;
+  const char digit = block[at + kAlignment.size()];  // the closing brace at the latest
+  if (digit < '1' || digit > '9') return std::nullopt;
+  return digit - '0';
 }
 
 TextTraits writeSubRipText(std::string_view text, CueText& out) {

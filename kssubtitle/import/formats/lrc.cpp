@@ -1,0 +1,132 @@
+// LRC: lyrics, "[00:10.50]text" on a line each, no cue with an end of its own.
+#include <algorithm>
+#include <optional>
+#include <string_view>
+
+#include "kssubtitle/import/formats/numbers.h"
+#include "kssubtitle/import/formats/readers.h"
+#include "kssubtitle/import/formats/times.h"
+#include "kssubtitle/import/text/lines.h"
+
+namespace kssubtitle::importing {
+namespace {
+
+/// Takes "[00:10.50]" or, between those brackets, its like off.
+std::optional<WrittenTime> takeStamp(std::string_view& text, char opening, char closing) noexcept {
+  std::string_view rest = text;
+  if (!rest.starts_with(opening)) return std::nullopt;
+  rest.remove_prefix(1);
+  const auto time = takeTime(rest);
+  if (!time || !takeCharacter(rest, closing)) return std::nullopt;
+  text = rest;
+  return time;
+}
+
+std::optional<WrittenTime> takeStamp(std::string_view& text) noexcept {
+  return takeStamp(text, '[', ']');
+}
+
+/// What stands behind the colon of "[name:value]"; nothing if the line is no such tag.
+std::optional<std::string_view> tagValue(std::string_view line, std::string_view& name) noexcept {
+  if (!line.starts_with('[') || !line.ends_with(']')) return std::nullopt;
+  const std::size_t colon = line.find(':');
+  if (colon == line.npos) return std::nullopt;
+  name = withoutBlanks(line.substr(1, colon - 1));
+  if (name.empty() || !std::all_of(name.begin(), name.end(), isLetter)) return std::nullopt;
+  return withoutBlanks(line.substr(colon + 1, line.size() - colon - 2));
+}
+
+/// The integer that `value` is and nothing else: templates of tags stand there as they were.
+std::optional<long long> offsetOf(std::string_view value) noexcept {
+  const auto offset = takeInteger(value);
+  return withoutBlanks(value).empty() ? offset : std::nullopt;
+}
+
+/// Writes a line without the stamps of its words. Between two blanks one stays.
+void writeLyrics(std::string_view text, CueText& out) {
+  bool isBehindBlank = true;
+  while (!text.empty()) {
+    if (takeStamp(text, '<', '>') || takeStamp(text)) {
+      if (isBehindBlank) text = withoutLeadingBlanks(text);
+      continue;
+    }
+    const std::size_t length = std::min(text.find_first_of("<[", 1), text.size());
+    out.append(text.substr(0, length));
+    isBehindBlank = isBlank(text[length - 1]);
+    text.remove_prefix(length);
+  }
+}
+
+class LrcReader {
+ public:
+  LrcReader(const FormatInput& input, CueSink& sink) : input_(input), sink_(sink) {}
+
+  void read() {
+    Line line;
+    for (Lines lines(input_.text, input_.begin, input_.firstLine); lines.next(line);) {
+      readLine(withoutBlanks(line.text), line.number);
+    }
+    for (ksImportCue& cue : sink_.cues()) {
+      cue.start -= offset_;
+      cue.end -= offset_;
+    }
+  }
+
+ private:
+  void readLine(std::string_view line, int number) {
+    if (line.empty()) return;
+    std::string_view name;
+    if (const std::size_t stamps = beginCues(line, number); stamps > 0) {
+      writeLyrics(line, sink_.text());
+      sink_.finishOrMark(stamps);
+    } else if (const auto value = tagValue(line, name)) {
+      if (equalNoCase(name, "offset")) offset_ = offsetOf(*value).value_or(offset_);
+    } else {
+      sink_.notes().add(ksImportProblem::kLineIgnored, number);
+    }
+  }
+
+  /// Takes the stamps off the front of a line, each of which repeats it.
+  std::size_t beginCues(std::string_view& line, int number) {
+    // More would let a short file grow into many long cues.
+    constexpr std::size_t kMostStamps = 100;
+    std::size_t count = 0;
+    while (const auto time = takeStamp(line)) {
+      if (count == kMostStamps) {
+        sink_.notes().add(ksImportProblem::kUnsupported, number);
+        continue;
+      }
+      sink_.beginWithoutEnd(time->milliseconds, number);
+      ++count;
+    }
+    return count;
+  }
+
+  const FormatInput& input_;
+  CueSink& sink_;
+  long long offset_ = 0;  // in milliseconds; all is that much earlier
+};
+
+}  // namespace
+
+Likelihood likelihoodOfLrc(std::string_view text) {
+  Likelihood likelihood = Likelihood::kNone;
+  Line line;
+  for (Lines lines(text); lines.next(line);) {
+    std::string_view content = withoutBlanks(line.text);
+    if (content.find("-->") != content.npos) break;
+    std::string_view name;
+    if (const auto time = takeStamp(content)) {
+      // Of three fields and nothing else are the times of another format as well.
+      if (time->fields == 2) return Likelihood::kLikely;
+      likelihood = Likelihood::kPossible;
+    } else if (tagValue(content, name) && name.size() == 2) {
+      likelihood = Likelihood::kPossible;
+    }
+  }
+  return likelihood;
+}
+
+void readLrc(const FormatInput& input, CueSink& sink) { LrcReader(input, sink).read(); }
+
+}  // namespace kssubtitle::importing

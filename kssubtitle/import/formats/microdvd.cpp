@@ -1,0 +1,87 @@
+// MicroDVD: "{1}{25}text" on a line each, times counted in frames.
+#include <optional>
+#include <string_view>
+
+#include "kssubtitle/import/formats/frames.h"
+#include "kssubtitle/import/formats/numbers.h"
+#include "kssubtitle/import/formats/readers.h"
+#include "kssubtitle/import/formats/spans.h"
+#include "kssubtitle/import/markup/bar_text.h"
+
+namespace kssubtitle::importing {
+namespace {
+
+constexpr Brackets kBraces{'{', '}'};
+constexpr BarMarkup kMarkup{BarMarkup::Signs::kSlashes};
+
+/// The rate that a line at the first frame states: a number alone, one before "fps", or one with a
+/// fraction before anything, so that "2 men" stays text.
+std::optional<double> rateOf(const SpanLine& span) noexcept {
+  if (span.start != span.end || (span.start != 0 && span.start != 1)) return std::nullopt;
+  std::string_view rest = span.text;
+  if (rest.empty() || !isDigit(rest.front())) return std::nullopt;
+  const auto rate = takeDecimal(rest);
+  if (!rate) return std::nullopt;
+  const std::string_view written = span.text.substr(0, span.text.size() - rest.size());
+  rest = withoutLeadingBlanks(rest);
+  const bool hasFraction = written.find_first_of(".,") != written.npos;
+  if (!hasFraction && !rest.empty() && !startsWithNoCase(rest, "fps")) return std::nullopt;
+  return usableFrameRate(*rate);
+}
+
+class MicroDvdReader {
+ public:
+  MicroDvdReader(const FormatInput& input, CueSink& sink) : input_(input), sink_(sink) {}
+
+  void read() {
+    Line line;
+    for (Lines lines(input_.text, input_.begin, input_.firstLine); lines.next(line);) {
+      readLine(withoutBlanks(line.text), line.number);
+    }
+    settleTimes(rate_ ? *rate_ : frameRateWithout(input_.options, sink_.notes()));
+  }
+
+ private:
+  void readLine(std::string_view line, int number) {
+    constexpr std::string_view kDefault = "{DEFAULT}";
+    if (line.empty()) return;
+    if (startsWithNoCase(line, kDefault)) {
+      base_ = styleOfCodes(line.substr(kDefault.size()));
+    } else if (const auto span = spanLineOf(line, kBraces)) {
+      readSpan(*span, number);
+    } else {
+      sink_.notes().add(ksImportProblem::kLineIgnored, number);
+    }
+  }
+
+  void readSpan(const SpanLine& span, int number) {
+    if (!rate_ && (rate_ = rateOf(span))) return;
+    ksImportCue* const cue = beginSpan(span, number, sink_);
+    if (cue == nullptr) return;
+    const TextTraits traits = writeBarText(span.text, kMarkup, base_, sink_.text());
+    cue->alignment = traits.alignment.value_or(cue->alignment);
+    if (traits.isUnclosed) sink_.notes().add(ksImportProblem::kTagUnclosed, number);
+    sink_.finish();
+  }
+
+  /// Cues hold frames until the rate is known. Every frame of 12 digits has a time.
+  void settleTimes(double rate) {
+    for (ksImportCue& cue : sink_.cues()) {
+      cue.start = millisecondsOf(static_cast<double>(cue.start), rate).value_or(0);
+      cue.end = millisecondsOf(static_cast<double>(cue.end), rate).value_or(0);
+    }
+  }
+
+  const FormatInput& input_;
+  CueSink& sink_;
+  std::optional<double> rate_;
+  Style base_;
+};
+
+}  // namespace
+
+Likelihood likelihoodOfMicroDvd(std::string_view text) { return likelihoodOfSpans(text, kBraces); }
+
+void readMicroDvd(const FormatInput& input, CueSink& sink) { MicroDvdReader(input, sink).read(); }
+
+}  // namespace kssubtitle::importing

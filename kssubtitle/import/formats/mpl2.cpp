@@ -1,0 +1,40 @@
+// MPL2: "[1][25]text" on a line each, times counted in tenths of a second.
+#include <string_view>
+
+#include "kssubtitle/import/formats/readers.h"
+#include "kssubtitle/import/formats/spans.h"
+#include "kssubtitle/import/markup/bar_text.h"
+
+namespace kssubtitle::importing {
+namespace {
+
+constexpr Brackets kBrackets{'[', ']'};
+constexpr BarMarkup kMarkup{BarMarkup::Signs::kPrefixes};
+constexpr long long kTenth = 100;
+
+void readLine(const Line& line, CueSink& sink) {
+  if (withoutBlanks(line.text).empty()) return;
+  auto span = spanLineOf(line.text, kBrackets);
+  if (!span) return sink.notes().add(ksImportProblem::kLineIgnored, line.number);
+  if (span->start) *span->start *= kTenth;
+  if (span->end) *span->end *= kTenth;
+  ksImportCue* const cue = beginSpan(*span, line.number, sink);
+  if (cue == nullptr) return;
+  const TextTraits traits = writeBarText(span->text, kMarkup, Style(), sink.text());
+  cue->alignment = traits.alignment.value_or(cue->alignment);
+  if (traits.isUnclosed) sink.notes().add(ksImportProblem::kTagUnclosed, line.number);
+  sink.finish();
+}
+
+}  // namespace
+
+Likelihood likelihoodOfMpl2(std::string_view text) { return likelihoodOfSpans(text, kBrackets); }
+
+void readMpl2(const FormatInput& input, CueSink& sink) {
+  Line line;
+  for (Lines lines(input.text, input.begin, input.firstLine); lines.next(line);) {
+    readLine(line, sink);
+  }
+}
+
+}  // namespace kssubtitle::importing

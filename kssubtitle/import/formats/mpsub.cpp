@@ -1,0 +1,114 @@
+// MPsub: how long to wait behind the cue before and how long to show, and the lines of text below.
+#include <optional>
+#include <string_view>
+
+#include "kssubtitle/import/formats/frames.h"
+#include "kssubtitle/import/formats/numbers.h"
+#include "kssubtitle/import/formats/readers.h"
+#include "kssubtitle/import/markup/bar_text.h"
+#include "kssubtitle/import/text/lines.h"
+
+namespace kssubtitle::importing {
+namespace {
+
+constexpr BarMarkup kMarkup;
+
+struct WaitLine {
+  double wait;
+  double duration;
+};
+
+/// Two numbers and nothing else.
+std::optional<WaitLine> waitLineOf(std::string_view line) noexcept {
+  const auto wait = takeDecimal(line);
+  if (!wait || line.empty() || !isBlank(line.front())) return std::nullopt;
+  const auto duration = takeDecimal(line);
+  if (!duration || !withoutBlanks(line).empty()) return std::nullopt;
+  return WaitLine{*wait, *duration};
+}
+
+/// What a FORMAT line says one second has of: seconds or frames. Nothing if it is no such line, 0
+/// if what it says cannot be.
+std::optional<double> unitsOf(std::string_view line) noexcept {
+  constexpr std::string_view kFormat = "FORMAT=";
+  if (!startsWithNoCase(line, kFormat)) return std::nullopt;
+  line = withoutBlanks(line.substr(kFormat.size()));
+  if (equalNoCase(line, "TIME")) return 1;
+  const auto rate = takeDecimal(line);
+  return rate ? usableFrameRate(*rate).value_or(0) : 0;
+}
+
+class MpsubReader {
+ public:
+  MpsubReader(const FormatInput& input, CueSink& sink) : input_(input), sink_(sink) {}
+
+  void read() {
+    Line line;
+    for (Lines lines(input_.text, input_.begin, input_.firstLine); lines.next(line);) {
+      readLine(withoutBlanks(line.text), line.number);
+    }
+    finishCue();
+  }
+
+ private:
+  void readLine(std::string_view line, int number) {
+    if (line.empty()) return finishCue();
+    if (cue_ != nullptr) return readText(line, number);
+    if (const auto units = unitsOf(line)) {
+      perSecond_ = *units > 0 ? *units : frameRateWithout(input_.options, sink_.notes());
+    } else if (const auto times = waitLineOf(line)) {
+      beginCue(*times, number);
+    } else if (hasBegun_ || line.find('=') == line.npos) {
+      sink_.notes().add(ksImportProblem::kLineIgnored, number);
+    }
+  }
+
+  /// Sums are kept in the file's own unit, so that what is rounded off never adds up.
+  void beginCue(const WaitLine& times, int number) {
+    hasBegun_ = true;
+    const double start = end_ + times.wait;
+    end_ = start + times.duration;
+    const auto from = millisecondsOf(start, perSecond_);
+    const auto to = millisecondsOf(end_, perSecond_);
+    if (!from || !to) return sink_.notes().add(ksImportProblem::kTimeUnreadable, number);
+    cue_ = &sink_.begin(*from, *to, number);
+  }
+
+  void readText(std::string_view line, int number) {
+    const TextTraits traits = writeBarText(line, kMarkup, Style(), sink_.text());
+    cue_->alignment = traits.alignment.value_or(cue_->alignment);
+    if (traits.isUnclosed) sink_.notes().add(ksImportProblem::kTagUnclosed, number);
+  }
+
+  void finishCue() {
+    if (cue_ != nullptr) sink_.finish();
+    cue_ = nullptr;
+  }
+
+  const FormatInput& input_;
+  CueSink& sink_;
+  double perSecond_ = 1;
+  double end_ = 0;  // of the cue before
+  bool hasBegun_ = false;
+  ksImportCue* cue_ = nullptr;
+};
+
+}  // namespace
+
+Likelihood likelihoodOfMpsub(std::string_view text) {
+  bool hasFormat = false;
+  Line line;
+  for (Lines lines(text); lines.next(line);) {
+    const std::string_view content = withoutBlanks(line.text);
+    if (unitsOf(content)) {
+      hasFormat = true;
+    } else if (hasFormat && waitLineOf(content)) {
+      return Likelihood::kCertain;
+    }
+  }
+  return hasFormat ? Likelihood::kPossible : Likelihood::kNone;
+}
+
+void readMpsub(const FormatInput& input, CueSink& sink) { MpsubReader(input, sink).read(); }
+
+}  // namespace kssubtitle::importing

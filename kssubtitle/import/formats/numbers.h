@@ -1,0 +1,57 @@
+// Numbers as the text of a file has them.
+#pragma once
+
+#include <cstddef>
+#include <optional>
+#include <string_view>
+
+#include "kssubtitle/import/text/ascii.h"
+
+namespace kssubtitle::importing {
+
+/// Digits, and the number that they are.
+struct Digits {
+  long long value = 0;
+  std::size_t count = 0;
+};
+
+/// Takes digits off the front of `text`, with the blanks before them; nothing if there are none, or
+/// more than 12.
+constexpr std::optional<Digits> takeDigits(std::string_view& text) noexcept {
+  constexpr std::size_t kMostDigits = 12;
+  const std::string_view rest = withoutLeadingBlanks(text);
+  Digits digits;
+  while (digits.count < rest.size() && isDigit(rest[digits.count])) {
+    if (digits.count == kMostDigits) return std::nullopt;
+    digits.value = digits.value * 10 + (rest[digits.count++] - '0');
+  }
+  if (digits.count == 0) return std::nullopt;
+  text = rest.substr(digits.count);
+  return digits;
+}
+
+/// The milliseconds of the digits behind a decimal point.
+constexpr long long millisecondsOfFraction(Digits fraction) noexcept {
+  for (; fraction.count < 3; ++fraction.count) fraction.value *= 10;
+  for (; fraction.count > 3; --fraction.count) fraction.value /= 10;
+  return fraction.value;
+}
+
+/// Takes a character off the front of `text`, with the blanks before it; false if another is there.
+constexpr bool takeCharacter(std::string_view& text, char c) noexcept {
+  const std::string_view rest = withoutLeadingBlanks(text);
+  if (!rest.starts_with(c)) return false;
+  text = rest.substr(1);
+  return true;
+}
+
+/// Takes an integer with or without a sign off the front of `text`, with the blanks before it;
+/// nothing if there is none, or one of more than 12 digits.
+std::optional<long long> takeInteger(std::string_view& text) noexcept;
+
+/// Takes a number with or without a sign, and with or without a fraction behind a point or a comma,
+/// off the front of `text`; nothing if there is none, or one of more than 12 digits before the
+/// fraction. Of a fraction three digits or more are exact.
+std::optional<double> takeDecimal(std::string_view& text) noexcept;
+
+}  // namespace kssubtitle::importing

@@ -1,0 +1,116 @@
+// SubViewer 2 and SBV: two times with a comma between them, and the lines of text below.
+#include <algorithm>
+#include <optional>
+#include <string_view>
+
+#include "kssubtitle/import/formats/numbers.h"
+#include "kssubtitle/import/formats/readers.h"
+#include "kssubtitle/import/formats/times.h"
+#include "kssubtitle/import/markup/bar_text.h"
+#include "kssubtitle/import/text/lines.h"
+
+namespace kssubtitle::importing {
+namespace {
+
+constexpr BarMarkup kMarkup{BarMarkup::Signs::kNone, true};
+
+struct TimeLine {
+  WrittenTime start;
+  WrittenTime end;
+};
+
+/// Two times and nothing else.
+std::optional<TimeLine> timeLineOf(std::string_view text) noexcept {
+  const auto start = takeTime(text);
+  if (!start || start->fields != 3 || !takeCharacter(text, ',')) return std::nullopt;
+  const auto end = takeTime(text);
+  if (!end || end->fields != 3 || !withoutBlanks(text).empty()) return std::nullopt;
+  return TimeLine{*start, *end};
+}
+
+/// Whether a line only says what texts look like: "[COLF]&HFFFFFF,[STYLE]bd,...".
+bool isStyleLine(std::string_view line) noexcept {
+  constexpr std::string_view kKeys[] = {"[COLF]", "[STYLE]", "[SIZE]", "[FONT]"};
+  return std::any_of(std::begin(kKeys), std::end(kKeys),
+                     [line](std::string_view key) { return line.starts_with(key); });
+}
+
+class SubViewerReader {
+ public:
+  SubViewerReader(const FormatInput& input, CueSink& sink) : input_(input), sink_(sink) {}
+
+  void read() {
+    Line line;
+    for (Lines lines(input_.text, input_.begin, input_.firstLine); lines.next(line);) {
+      readLine(withoutBlanks(line.text), line.number);
+    }
+    finishCue();
+  }
+
+ private:
+  void readLine(std::string_view line, int number) {
+    if (line.empty() || isStyleLine(line)) return;
+    if (const auto times = timeLineOf(line)) {
+      finishCue();
+      if (!times->start.isUsual || !times->end.isUsual) {
+        sink_.notes().add(ksImportProblem::kTimeRepaired, number);
+      }
+      cue_ = &sink_.begin(times->start.milliseconds, times->end.milliseconds, number);
+    } else if (cue_ != nullptr) {
+      readText(line, number);
+    } else if (line.front() != '[') {
+      sink_.notes().add(ksImportProblem::kLineIgnored, number);
+    } else if (hasDelay(line)) {
+      sink_.notes().add(ksImportProblem::kUnsupported, number);
+    }
+  }
+
+  /// Files disagree on what a delay counts, and hardly any has one but 0.
+  static bool hasDelay(std::string_view line) noexcept {
+    constexpr std::string_view kDelay = "[DELAY]";
+    if (!startsWithNoCase(line, kDelay)) return false;
+    line.remove_prefix(kDelay.size());
+    return takeInteger(line).value_or(0) != 0;
+  }
+
+  void readText(std::string_view line, int number) {
+    const TextTraits traits = writeBarText(line, kMarkup, Style(), sink_.text());
+    cue_->alignment = traits.alignment.value_or(cue_->alignment);
+    if (traits.isUnclosed) sink_.notes().add(ksImportProblem::kTagUnclosed, number);
+  }
+
+  void finishCue() {
+    if (cue_ != nullptr) sink_.finish();
+    cue_ = nullptr;
+  }
+
+  const FormatInput& input_;
+  CueSink& sink_;
+  ksImportCue* cue_ = nullptr;
+};
+
+/// What the first time line tells: SBV has three digits in its fractions.
+Likelihood likelihoodByTimes(std::string_view text, bool isSbv) {
+  Line line;
+  for (Lines lines(text); lines.next(line);) {
+    const std::string_view content = withoutBlanks(line.text);
+    if (content.find("-->") != content.npos) return Likelihood::kNone;
+    if (!timeLineOf(content)) continue;
+    const std::size_t digits = content.size() - 1 - content.find_last_of(".,:");
+    return (digits == 3) == isSbv ? Likelihood::kLikely : Likelihood::kPossible;
+  }
+  return Likelihood::kNone;
+}
+
+}  // namespace
+
+Likelihood likelihoodOfSubViewer(std::string_view text) {
+  if (startsWithNoCase(withoutBlanks(text), "[INFORMATION]")) return Likelihood::kCertain;
+  return likelihoodByTimes(text, false);
+}
+
+Likelihood likelihoodOfSbv(std::string_view text) { return likelihoodByTimes(text, true); }
+
+void readSubViewer(const FormatInput& input, CueSink& sink) { SubViewerReader(input, sink).read(); }
+
+}  // namespace kssubtitle::importing

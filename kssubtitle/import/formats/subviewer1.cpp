@@ -1,0 +1,101 @@
+// SubViewer 1: "[00:00:10]" on a line, the text below, and the time of its end below that.
+#include <optional>
+#include <string_view>
+
+#include "kssubtitle/import/formats/numbers.h"
+#include "kssubtitle/import/formats/readers.h"
+#include "kssubtitle/import/formats/times.h"
+#include "kssubtitle/import/markup/bar_text.h"
+#include "kssubtitle/import/text/lines.h"
+
+namespace kssubtitle::importing {
+namespace {
+
+constexpr BarMarkup kMarkup{BarMarkup::Signs::kNone, true};
+
+/// The time that is all of a line.
+std::optional<long long> timeOf(std::string_view line) noexcept {
+  if (!takeCharacter(line, '[')) return std::nullopt;
+  const auto time = takeTime(line);
+  if (!time || time->fields != 3 || !takeCharacter(line, ']')) return std::nullopt;
+  return withoutBlanks(line).empty() ? std::optional(time->milliseconds) : std::nullopt;
+}
+
+/// "[END]", or a line of asterisks with or without words.
+bool isFrame(std::string_view line) noexcept {
+  return line.starts_with("***") || equalNoCase(line, "[END]");
+}
+
+class SubViewer1Reader {
+ public:
+  SubViewer1Reader(const FormatInput& input, CueSink& sink) : input_(input), sink_(sink) {}
+
+  void read() {
+    Line line;
+    for (Lines lines(input_.text, input_.begin, input_.firstLine); lines.next(line);) {
+      readLine(withoutBlanks(line.text), line.number);
+    }
+    if (cue_ != nullptr) sink_.finish();
+  }
+
+ private:
+  void readLine(std::string_view line, int number) {
+    if (line.empty() || isFrame(line)) return;
+    if (const auto time = timeOf(line)) {
+      endCue(*time);
+      start_ = time;
+      startLine_ = number;
+    } else if (start_) {
+      readText(line, number);
+    } else if (line.front() != '[') {
+      sink_.notes().add(ksImportProblem::kLineIgnored, number);
+    }
+  }
+
+  /// Every time ends the text above it, and begins the one below it if there is any.
+  void endCue(long long end) {
+    if (cue_ == nullptr) return;
+    cue_->end = end;
+    cue_->flags &= ~kImportEndAssumed;
+    sink_.finish();
+    cue_ = nullptr;
+  }
+
+  void readText(std::string_view line, int number) {
+    if (cue_ == nullptr) cue_ = &sink_.beginWithoutEnd(*start_, startLine_);
+    const TextTraits traits = writeBarText(line, kMarkup, Style(), sink_.text());
+    cue_->alignment = traits.alignment.value_or(cue_->alignment);
+    if (traits.isUnclosed) sink_.notes().add(ksImportProblem::kTagUnclosed, number);
+  }
+
+  const FormatInput& input_;
+  CueSink& sink_;
+  std::optional<long long> start_;  // the last time
+  int startLine_ = 0;
+  ksImportCue* cue_ = nullptr;  // whose text is being read
+};
+
+}  // namespace
+
+Likelihood likelihoodOfSubViewer1(std::string_view text) {
+  bool isBelowTime = false;
+  Line line;
+  for (Lines lines(text); lines.next(line);) {
+    const std::string_view content = withoutBlanks(line.text);
+    if (content.empty()) continue;
+    if (content.starts_with("***") && findNoCase(content, "START SCRIPT") != content.npos) {
+      return Likelihood::kCertain;
+    }
+    if (content.find("-->") != content.npos) return Likelihood::kNone;
+    const bool isTime = timeOf(content).has_value();
+    if (isBelowTime && !isTime && content.front() != '[') return Likelihood::kLikely;
+    isBelowTime = isTime;
+  }
+  return Likelihood::kNone;
+}
+
+void readSubViewer1(const FormatInput& input, CueSink& sink) {
+  SubViewer1Reader(input, sink).read();
+}
+
+}  // namespace kssubtitle::importing

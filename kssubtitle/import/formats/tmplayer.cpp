@@ -1,0 +1,124 @@
+// TMPlayer and VPlayer: "00:00:10:text" on a line each, no cue with an end of its own.
+#include <optional>
+#include <string_view>
+
+#include "kssubtitle/import/formats/numbers.h"
+#include "kssubtitle/import/formats/readers.h"
+#include "kssubtitle/import/markup/bar_text.h"
+#include "kssubtitle/import/text/lines.h"
+
+namespace kssubtitle::importing {
+namespace {
+
+constexpr BarMarkup kMarkup{BarMarkup::Signs::kSlashes, false, true};
+
+struct TimedLine {
+  long long start = 0;
+  bool goesOn = false;       ///< "00:00:10,2=text": the cue of the line before has a further line.
+  bool isAmbiguous = false;  ///< Only a blank stands behind the time, as it may in any text.
+  std::string_view text;
+};
+
+/// Takes "0:00:10" off, in milliseconds.
+std::optional<long long> takeClock(std::string_view& text) noexcept {
+  const bool isNegative = takeCharacter(text, '-');
+  const auto hours = takeDigits(text);
+  if (!hours || !takeCharacter(text, ':')) return std::nullopt;
+  const auto minutes = takeDigits(text);
+  if (!minutes || minutes->count > 2 || !takeCharacter(text, ':')) return std::nullopt;
+  const auto seconds = takeDigits(text);
+  if (!seconds || seconds->count > 2) return std::nullopt;
+  const long long time = ((hours->value * 60 + minutes->value) * 60 + seconds->value) * 1000;
+  return isNegative ? -time : time;
+}
+
+/// Takes the fraction of VPlayer, or the line number of TMPlayer, off.
+bool takeFractionOrNumber(std::string_view& text, TimedLine& line) noexcept {
+  const bool mayBeNumber = text.front() == ',';
+  text.remove_prefix(1);
+  if (text.empty() || !isDigit(text.front())) return false;
+  const auto digits = takeDigits(text);
+  if (!digits) return false;
+  if (mayBeNumber && text.starts_with('=')) {
+    line.goesOn = digits->value > 1;
+    return true;
+  }
+  const long long fraction = millisecondsOfFraction(*digits);
+  line.start += line.start < 0 ? -fraction : fraction;
+  return true;
+}
+
+std::optional<TimedLine> timedLineOf(std::string_view text) noexcept {
+  TimedLine line;
+  const auto start = takeClock(text);
+  if (!start || text.empty()) return std::nullopt;
+  line.start = *start;
+  const bool hasMore = text.front() == '.' || text.front() == ',';
+  if (hasMore && !takeFractionOrNumber(text, line)) return std::nullopt;
+  line.isAmbiguous = !hasMore && text.starts_with(' ');
+  if (!line.isAmbiguous && !text.starts_with(':') && !text.starts_with('=')) return std::nullopt;
+  line.text = text.substr(1);
+  if (withoutLeadingBlanks(line.text).starts_with("-->")) return std::nullopt;
+  return line;
+}
+
+class TmPlayerReader {
+ public:
+  TmPlayerReader(const FormatInput& input, CueSink& sink) : input_(input), sink_(sink) {}
+
+  void read() {
+    Line line;
+    for (Lines lines(input_.text, input_.begin, input_.firstLine); lines.next(line);) {
+      readLine(line);
+    }
+    finishCue();
+  }
+
+ private:
+  void readLine(const Line& line) {
+    if (withoutBlanks(line.text).empty()) return;
+    const auto timed = timedLineOf(line.text);
+    if (!timed) return sink_.notes().add(ksImportProblem::kLineIgnored, line.number);
+    if (cue_ == nullptr || !timed->goesOn || timed->start != cue_->start) {
+      finishCue();
+      cue_ = &sink_.beginWithoutEnd(timed->start, line.number);
+    }
+    const TextTraits traits = writeBarText(timed->text, kMarkup, Style(), sink_.text());
+    cue_->alignment = traits.alignment.value_or(cue_->alignment);
+    if (traits.isUnclosed) sink_.notes().add(ksImportProblem::kTagUnclosed, line.number);
+  }
+
+  void finishCue() {
+    if (cue_ != nullptr) sink_.finishOrMark();
+    cue_ = nullptr;
+  }
+
+  const FormatInput& input_;
+  CueSink& sink_;
+  ksImportCue* cue_ = nullptr;  // to which the next line may add
+};
+
+}  // namespace
+
+/// Prose may hold such a line: several of them, among few others, are asked for.
+Likelihood likelihoodOfTmPlayer(std::string_view text) {
+  int clear = 0;
+  int ambiguous = 0;
+  int others = 0;
+  Line line;
+  for (Lines lines(text); lines.next(line);) {
+    if (withoutBlanks(line.text).empty()) continue;
+    if (line.text.find("-->") != line.text.npos) break;  // what follows may be the text of a cue
+    const auto timed = timedLineOf(line.text);
+    ++(!timed ? others : timed->isAmbiguous ? ambiguous : clear);
+  }
+  constexpr int kFew = 3;
+  if (others > clear + ambiguous) return Likelihood::kNone;
+  if (clear > 1) return Likelihood::kLikely;
+  return clear + ambiguous >= kFew || (clear == 1 && others == 0) ? Likelihood::kPossible
+                                                                  : Likelihood::kNone;
+}
+
+void readTmPlayer(const FormatInput& input, CueSink& sink) { TmPlayerReader(input, sink).read(); }
+
+}  // namespace kssubtitle::importing
