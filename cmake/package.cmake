@@ -58,8 +58,10 @@ This package holds what is needed to build with the library: its headers,
 files for CMake and pkg-config, and what it answers in every odd case.")
 set(import_library libkssubtitle-import${PROJECT_VERSION_MAJOR})
 set(import_same "libkssubtitle-dev (= ${package_version})")
+set(kssub_depends "")
 if(BUILD_SHARED_LIBS)
   string(PREPEND import_same "${import_library} (= ${package_version}), ")
+  set(kssub_depends "${library_newer}, ${import_library} (>= ${PROJECT_VERSION})")
   set(CPACK_DEBIAN_IMPORTLIBRARY_PACKAGE_CONTROL_EXTRA ${PROJECT_BINARY_DIR}/debian/triggers)
   kssubtitle_package(ImportLibrary ${import_library} libs "${library_newer}"
     "library that reads subtitle files of any encoding
@@ -74,9 +76,9 @@ tells which subtitle is shown at a moment.
 .
 This package holds what is needed to build with the library: its headers, and
 files for CMake and pkg-config.")
-kssubtitle_package(Kssub kssub video "${library_newer}" "tell which subtitle is shown at a moment
+kssubtitle_package(Kssub kssub video "${kssub_depends}" "tell which subtitle is shown at a moment
 On the command line, kssub lists the subtitles of a file, tells which are
 shown at given times, plays them, and writes the pictures of VobSub files as
-PNG files. It shows what a media player with the library kssubtitle would.")
+PNG files. It shows what a media player with these libraries would.")
 
 include(CPack)
