@@ -21,6 +21,7 @@ constexpr Format kFormats[] = {
     {"mpsub", "sub", likelihoodOfMpsub, readMpsub},
     {"subviewer1", "sub", likelihoodOfSubViewer1, readSubViewer1, kUpToTheNext},
     {"subrip", "srt", likelihoodOfSubRip, readSubRip},
+    {"webvtt", "vtt webvtt", likelihoodOfWebVtt, readWebVtt, 0, true},
 };
 
 /// Whether `extensions` names that of `path`.

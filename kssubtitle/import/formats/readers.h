@@ -44,4 +44,8 @@ void readMpsub(const FormatInput& input, CueSink& sink);
 Likelihood likelihoodOfSubViewer1(std::string_view text);
 void readSubViewer1(const FormatInput& input, CueSink& sink);
 
+/// WebVTT.
+Likelihood likelihoodOfWebVtt(std::string_view text);
+void readWebVtt(const FormatInput& input, CueSink& sink);
+
 }  // namespace kssubtitle::importing

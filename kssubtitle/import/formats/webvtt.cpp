@@ -1,0 +1,185 @@
+// WebVTT, by the algorithm of its standard.
+#include <optional>
+#include <string_view>
+
+#include "kssubtitle/import/formats/readers.h"
+#include "kssubtitle/import/markup/webvtt_tags.h"
+#include "kssubtitle/import/text/ascii.h"
+#include "kssubtitle/import/text/lines.h"
+
+namespace kssubtitle::importing {
+namespace {
+
+constexpr std::string_view kArrow = "-->";
+constexpr std::string_view kSignature = "WEBVTT";
+
+/// How fractions are read.
+enum class Fractions { kStandard, kTolerant };
+
+struct Digits {
+  long long value = 0;
+  std::size_t count = 0;
+};
+
+/// Takes all digits off; nothing if there are none, or more than hours need.
+std::optional<Digits> takeDigits(std::string_view& text) noexcept {
+  constexpr std::size_t kMost = 12;
+  Digits digits;
+  while (digits.count < text.size() && isDigit(text[digits.count])) {
+    if (digits.count == kMost) return std::nullopt;
+    digits.value = digits.value * 10 + (text[digits.count++] - '0');
+  }
+  if (digits.count == 0) return std::nullopt;
+  text.remove_prefix(digits.count);
+  return digits;
+}
+
+bool take(std::string_view& text, char c) noexcept {
+  if (!text.starts_with(c)) return false;
+  text.remove_prefix(1);
+  return true;
+}
+
+/// Two digits behind a colon.
+std::optional<long long> takePair(std::string_view& text) noexcept {
+  if (!take(text, ':')) return std::nullopt;
+  const auto digits = takeDigits(text);
+  if (!digits || digits->count != 2) return std::nullopt;
+  return digits->value;
+}
+
+std::optional<long long> takeFraction(std::string_view& text, Fractions fractions) noexcept {
+  const bool isTolerant = fractions == Fractions::kTolerant;
+  if (!take(text, '.') && !(isTolerant && take(text, ','))) {
+    return isTolerant ? std::optional(0LL) : std::nullopt;
+  }
+  auto digits = takeDigits(text);
+  if (!digits || digits->count > 3 || (digits->count < 3 && !isTolerant)) return std::nullopt;
+  for (; digits->count < 3; ++digits->count) digits->value *= 10;
+  return digits->value;
+}
+
+/// Takes a time off, in milliseconds.
+std::optional<long long> takeTimestamp(std::string_view& text, Fractions fractions) noexcept {
+  const auto first = takeDigits(text);
+  if (!first) return std::nullopt;
+  const auto second = takePair(text);
+  if (!second) return std::nullopt;
+  const bool hasHours = first->count != 2 || first->value > 59 || text.starts_with(':');
+  const auto third = hasHours ? takePair(text) : second;
+  if (!third) return std::nullopt;
+  const auto fraction = takeFraction(text, fractions);
+  const long long hours = hasHours ? first->value : 0;
+  const long long minutes = hasHours ? *second : first->value;
+  if (!fraction || minutes > 59 || *third > 59) return std::nullopt;
+  return ((hours * 60 + minutes) * 60 + *third) * 1000 + *fraction;
+}
+
+struct Times {
+  long long start;
+  long long end;
+};
+
+/// The times of a cue; what follows them are its settings.
+std::optional<Times> timesIn(std::string_view line, Fractions fractions) noexcept {
+  line = withoutLeadingBlanks(line);
+  const auto start = takeTimestamp(line, fractions);
+  line = withoutLeadingBlanks(line);
+  if (!start || !line.starts_with(kArrow)) return std::nullopt;
+  line = withoutLeadingBlanks(line.substr(kArrow.size()));
+  const auto end = takeTimestamp(line, fractions);
+  if (!end) return std::nullopt;
+  return Times{*start, *end};
+}
+
+/// Whether one time at least, on either side of an arrow, is written as the standard has it.
+bool hasStandardTime(std::string_view text, std::size_t begin) noexcept {
+  Line line;
+  for (Lines lines(text, begin); lines.next(line);) {
+    const std::size_t arrow = line.text.find(kArrow);
+    if (arrow == line.text.npos) continue;
+    std::string_view start = withoutLeadingBlanks(line.text.substr(0, arrow));
+    std::string_view end = withoutLeadingBlanks(line.text.substr(arrow + kArrow.size()));
+    if (takeTimestamp(start, Fractions::kStandard) && withoutBlanks(start).empty()) return true;
+    if (takeTimestamp(end, Fractions::kStandard)) return true;
+  }
+  return false;
+}
+
+class WebVttReader {
+ public:
+  WebVttReader(const FormatInput& input, CueSink& sink)
+      : input_(input),
+        sink_(sink),
+        fractions_(hasStandardTime(input.text, input.begin) ? Fractions::kStandard
+                                                            : Fractions::kTolerant) {}
+
+  /// The header is a block in which no cue can be, up to the first line with an arrow.
+  void read() {
+    Lines lines(input_.text, input_.begin, input_.firstLine);
+    Line line;
+    lines.next(line);  // the signature, whatever else it holds
+    while (lines.next(line)) readLine(line);
+    finishBlock(input_.text.size());
+  }
+
+ private:
+  void readLine(const Line& line) {
+    const bool hasArrow = line.text.find(kArrow) != line.text.npos;
+    if (!hasArrow && !line.text.empty()) {
+      ++linesInBlock_;
+      return;
+    }
+    const bool mayFollowIdentifier = !isHeader_ && !hasSeenArrow_ && linesInBlock_ <= 1;
+    if (!hasArrow || !mayFollowIdentifier) finishBlock(line.begin);
+    if (hasArrow) readTimes(line);
+  }
+
+  void readTimes(const Line& line) {
+    hasSeenArrow_ = true;
+    ++linesInBlock_;
+    times_ = timesIn(line.text, fractions_);
+    line_ = line.number;
+    textBegin_ = std::min(line.next, input_.text.size());
+    if (!times_) sink_.notes().add(ksImportProblem::kTimeUnreadable, line.number);
+  }
+
+  void finishBlock(std::size_t end) {
+    if (times_) {
+      if (fractions_ == Fractions::kTolerant) {
+        sink_.notes().add(ksImportProblem::kTimeRepaired, line_);
+      }
+      sink_.begin(times_->start, times_->end, line_);
+      writeWebVttText(input_.text.substr(textBegin_, end - textBegin_), sink_.text());
+      sink_.finish();
+    }
+    isHeader_ = false;
+    hasSeenArrow_ = false;
+    linesInBlock_ = 0;
+    times_.reset();
+  }
+
+  const FormatInput& input_;
+  CueSink& sink_;
+  Fractions fractions_;
+  // The block that is being read.
+  bool isHeader_ = true;
+  bool hasSeenArrow_ = false;
+  int linesInBlock_ = 0;
+  std::optional<Times> times_;
+  int line_ = 0;
+  std::size_t textBegin_ = 0;
+};
+
+}  // namespace
+
+Likelihood likelihoodOfWebVtt(std::string_view text) {
+  if (!text.starts_with(kSignature)) return Likelihood::kNone;
+  const std::string_view rest = text.substr(kSignature.size());
+  const bool isWhole = rest.empty() || isBlank(rest.front()) || rest.front() == '\n';
+  return isWhole ? Likelihood::kCertain : Likelihood::kNone;
+}
+
+void readWebVtt(const FormatInput& input, CueSink& sink) { WebVttReader(input, sink).read(); }
+
+}  // namespace kssubtitle::importing

@@ -1,0 +1,26 @@
+// Characters written as the character references of HTML.
+#pragma once
+
+#include <cstddef>
+#include <string_view>
+
+#include "kssubtitle/import/markup/cue_text.h"
+
+namespace kssubtitle::importing {
+
+/// What a character reference stands for, and how long it is.
+struct HtmlEntity {
+  char32_t first = 0;
+  char32_t second = 0;     ///< 0: there is only one character.
+  std::size_t length = 0;  ///< 0: `text` begins with no reference.
+};
+
+/// The reference at the front of `text`, which begins with '&': a number, or any name that HTML
+/// has. The semicolon may be missing where HTML lets it.
+HtmlEntity htmlEntityOf(std::string_view text) noexcept;
+
+/// Takes the reference, or else the ampersand alone, off the front of `text` and appends what it
+/// stands for; white space as a space, as no reference ends a line.
+void takeHtmlEntity(std::string_view& text, CueText& out);
+
+}  // namespace kssubtitle::importing

@@ -1,0 +1,97 @@
+// The tags that stand in the texts of WebVTT cues.
+#include "kssubtitle/import/markup/webvtt_tags.h"
+
+#include <algorithm>
+#include <vector>
+
+#include "kssubtitle/import/markup/html_entities.h"
+#include "kssubtitle/import/text/ascii.h"
+
+namespace kssubtitle::importing {
+namespace {
+
+/// An element that is open, with the style within it.
+struct Element {
+  std::string_view name;
+  Style style;
+};
+
+/// The colour that a class names: the standard's own are plain names, others write "colorE5E5E5".
+std::optional<int> colourOfClass(std::string_view name) noexcept {
+  constexpr std::string_view kPrefix = "color";
+  return colourOf(name.starts_with(kPrefix) ? name.substr(kPrefix.size()) : name);
+}
+
+/// Walks over a text and hands its pieces on.
+class Writer {
+ public:
+  Writer(std::string_view text, CueText& out) noexcept : rest_(text), out_(out) {}
+
+  void write() {
+    while (!rest_.empty()) {
+      const std::size_t plain = std::min(rest_.find_first_of("\n<&"), rest_.size());
+      if (plain > 0) out_.append(rest_.substr(0, plain));
+      rest_.remove_prefix(plain);
+      if (!rest_.empty()) takeSpecial();
+    }
+  }
+
+ private:
+  void takeSpecial() {
+    if (rest_.front() == '&') return takeHtmlEntity(rest_, out_);
+    if (rest_.front() == '<') return takeTag();
+    out_.endLine();
+    rest_.remove_prefix(1);
+  }
+
+  /// A tag that does not end takes all that follows.
+  void takeTag() {
+    const std::size_t end = std::min(rest_.find('>'), rest_.size());
+    const std::string_view tag = rest_.substr(1, end - 1);
+    rest_.remove_prefix(std::min(end + 1, rest_.size()));
+    if (!out_.isHtml()) return;
+    if (tag.starts_with('/')) {
+      close(tag.substr(1));
+    } else {
+      open(tag.substr(0, tag.find_first_of(" \t\f\r\n")));
+    }
+    out_.setStyle(style());
+  }
+
+  Style style() const noexcept { return open_.empty() ? Style() : open_.back().style; }
+
+  /// `tag` is a name and its classes, each behind a point.
+  void open(std::string_view tag) {
+    const std::string_view name = tag.substr(0, tag.find('.'));
+    constexpr std::string_view kNames[] = {"c", "i", "b", "u", "v", "lang", "ruby", "rt"};
+    const bool isInRuby = !open_.empty() && open_.back().name == "ruby";
+    const bool isKnown = std::find(std::begin(kNames), std::end(kNames), name) != std::end(kNames);
+    if (!isKnown || (name == "rt" && !isInRuby)) return;
+    Style style = this->style();
+    style.italic |= name == "i";
+    style.bold |= name == "b";
+    style.underline |= name == "u";
+    for (std::size_t at = tag.find('.'); at != tag.npos; at = tag.find('.')) {
+      tag.remove_prefix(at + 1);
+      if (const auto colour = colourOfClass(tag.substr(0, tag.find('.')))) style.colour = *colour;
+    }
+    open_.push_back({name, style});
+  }
+
+  /// Only the innermost element can be closed; the end of ruby closes what annotates it too.
+  void close(std::string_view name) noexcept {
+    if (open_.empty()) return;
+    if (name == "ruby" && open_.back().name == "rt") open_.pop_back();
+    if (!open_.empty() && open_.back().name == name) open_.pop_back();
+  }
+
+  std::string_view rest_;
+  CueText& out_;
+  std::vector<Element> open_;
+};
+
+}  // namespace
+
+void writeWebVttText(std::string_view text, CueText& out) { Writer(text, out).write(); }
+
+}  // namespace kssubtitle::importing
