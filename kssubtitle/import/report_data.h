@@ -16,7 +16,7 @@ struct ReportData {
   ksImportRefusal refusal = ksImportRefusal::kCannotOpen;
   int systemError = ENOMEM;
   std::string_view refusalSentence;  // where more can be said than what the reason is
-  std::string_view format;  // a name from the table of formats
+  std::string_view format;           // a name from the table of formats
   std::string encoding;
   ksImportEncodingSource encodingSource = ksImportEncodingSource::kValidUtf8;
   ksImportLineEnds lineEnds = ksImportLineEnds::kNone;

@@ -32,7 +32,6 @@ TagAtFront tagAtFront(std::string_view text) noexcept;
 /// The value of an attribute in any case, without its quotes; empty if there is none.
 std::string_view attributeOf(std::string_view attributes, std::string_view name) noexcept;
 
-
 /// The length of "{\...}" at the front of `text`, or of "{y:...}" with a letter of `codes` in any
 /// case; 0 if there is neither.
 std::size_t overrideLength(std::string_view text, std::string_view codes) noexcept;

@@ -113,8 +113,8 @@ void Moments::noteEnd(int cue, long long end) {
   }
 }
 
-/// Finds those of `cues` in one group of a level that are shown at `time`. Groups behind `cues` were
-/// added later and are passed over.
+/// Finds those of `cues` in one group of a level that are shown at `time`. Groups behind `cues`
+/// were added later and are passed over.
 void Moments::search(std::span<const ksImportCue> cues, std::size_t level, std::size_t group,
                      long long time, std::vector<int>& found) const {
   if (greatestEnds_[level][group] <= time) return;
