@@ -41,7 +41,7 @@ class Mutant:
     begin: int
     end: int
     after: str
-    name: str  # the source line with {before => after} in it, and which one of its kind it is
+    name: str  # the function or constant, "before => after", and which one of its kind it is
 
 
 def tokenize(source):
@@ -157,6 +157,58 @@ def statement_changes(source, tokens):
             yield begin, end, "\n" * text.count("\n")
 
 
+def declared_name(head):
+    """What the beginning of a declaration declares, with the classes in front: Text::find."""
+    marks = [i for i, token in enumerate(head) if token.text in ("(", "=", "{") or (
+        token.text == "[" and i > 0 and head[i - 1].kind == "word")]
+    end = marks[0] if marks else len(head)
+    if "operator" in (token.text for token in head):
+        return "operator" + "".join(token.text for token in head[:end + 2]).split("operator")[1]
+    parts, position = [], end - 1
+    while position >= 0 and head[position].kind == "word":
+        parts.insert(0, head[position].text)
+        if position < 2 or head[position - 1].text != "::":
+            break
+        position -= 2
+        if head[position].text == ">":  # the arguments of a class template
+            while head[position].text != "<":
+                position -= 1
+            position -= 1
+    return "::".join(parts)
+
+
+def scope_of_braces(head, enclosing):
+    """(name, what separates declarations inside, if any) of the braces behind `head`."""
+    words = [token.text for token in head]
+    if enclosing and not enclosing[-1][1]:
+        return "", ""  # inside a function
+    if "namespace" in words or "extern" in words:
+        return "", ";"
+    for kind in ("enum", "class", "struct"):
+        if kind in words and "(" not in words:
+            base = words.index(":") if ":" in words else len(words)
+            named = [w for w in words[words.index(kind) + 1:base] if w != "final"]
+            begin = named.index("<") - 1 if "<" in named else -1
+            return "".join(named[begin:]), ";," if kind == "enum" else ";"
+    return declared_name(head), ""
+
+
+def places(tokens):
+    """The name of the function, constant or member that each token belongs to."""
+    enclosing, begin = [], 0
+    for i, token in enumerate(tokens):
+        names = [name for name, _ in enclosing if name]
+        if not enclosing or enclosing[-1][1]:
+            names.append(declared_name(tokens[begin:i + 1]))
+        yield "::".join(names)
+        if token.text == "{":
+            enclosing.append(scope_of_braces(tokens[begin:i], enclosing))
+        elif token.text == "}" and enclosing:
+            enclosing.pop()
+        if token.text in "{}" or token.text in (enclosing[-1][1] if enclosing else ";"):
+            begin = i + 1
+
+
 def mutants(file, source):
     """All changes of one source, in the order of their places."""
     tokens = tokenize(source)
@@ -164,12 +216,11 @@ def mutants(file, source):
     for before, token in zip([None] + tokens, tokens):
         changes += [(token.begin, token.end, after)
                     for after in token_changes(source, token, before)]
+    place = dict(zip((token.begin for token in tokens), places(tokens)))
     seen = collections.Counter()
     for begin, end, after in sorted(changes):
-        line_begin = source.rfind("\n", 0, begin) + 1
-        line_end = source.find("\n", end)
-        shown = f"{source[line_begin:begin]}{{{source[begin:end]} => {after}}}{source[end:line_end]}"
-        name = " ".join(shown.split())
+        before = " ".join(source[begin:end].split())
+        name = f"{place[begin]}: {before} => {' '.join(after.split()) or 'nothing'}"
         seen[name] += 1
         yield Mutant(file, source.count("\n", 0, begin) + 1, begin, end, after,
                      name if seen[name] == 1 else f"{name} ({seen[name]})")
