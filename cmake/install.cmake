@@ -50,13 +50,13 @@ endfunction()
 
 kssubtitle_install_library(kssubtitle kssubtitle core "" "${PROJECT_DESCRIPTION}")
 if(KSSUBTITLE_BUILD_IMPORT)
-  set(import_requires kssubtitle)
+  set(kssubtitle_modules_import "")
   if(NOT BUILD_SHARED_LIBS)
-    list(APPEND import_requires uchardet)
+    set(kssubtitle_modules_import uchardet)
   endif()
   kssubtitle_install_library(kssubtitle_import kssubtitle-import import Import
     "Reads subtitle files of any encoding and tells which subtitle is shown at a moment"
-    ${import_requires})
+    kssubtitle ${kssubtitle_modules_import})
 endif()
 
 configure_file(cmake/kssubtitleConfig.cmake.in ${PROJECT_BINARY_DIR}/kssubtitleConfig.cmake @ONLY)

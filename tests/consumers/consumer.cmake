@@ -103,25 +103,33 @@ function(test_other_major)
 endfunction()
 
 function(find_components components)
-  file(WRITE ${work}/CMakeLists.txt "cmake_minimum_required(VERSION 3.25)
+  file(WRITE ${work}/finding/CMakeLists.txt "cmake_minimum_required(VERSION 3.25)
 project(host LANGUAGES NONE)
 find_package(kssubtitle 0.1 REQUIRED COMPONENTS ${components})
 get_property(targets DIRECTORY PROPERTY IMPORTED_TARGETS)
 message(\"It has: \${targets}\")
 ")
-  execute_process(COMMAND ${CMAKE_COMMAND} -S ${work} -B ${work}/build
+  execute_process(COMMAND ${CMAKE_COMMAND} --fresh -S ${work}/finding -B ${work}/finding
     -D CMAKE_PREFIX_PATH=${prefix} OUTPUT_VARIABLE output ERROR_VARIABLE output)
-  string(REGEX REPLACE "[ \n]+" " " output "${output}")
+  string(REGEX REPLACE "\n  +" " " output "${output}")
   set(output "${output}" PARENT_SCOPE)
 endfunction()
 
 function(test_components)
-  find_components("core OPTIONAL_COMPONENTS pictures")
-  require("${output}" MATCHES "It has: kssubtitle::kssubtitle")
+  find_components("import OPTIONAL_COMPONENTS pictures")
+  require("${output}" MATCHES "It has: kssubtitle::kssubtitle;kssubtitle::import\n")
   find_components("core pictures")
-  require("${output}" MATCHES
-    "The component 'pictures' of kssubtitle ${version} is not installed[.]")
-  require("${output}" MATCHES "Configuring incomplete")
+  require("${output}" MATCHES "'pictures' of kssubtitle ${version} is not installed[.]")
+
+  # What a packager does who ships the core alone.
+  file(COPY ${prefix}/ DESTINATION ${work}/core)
+  file(GLOB import_targets ${work}/core/${libdir}/cmake/kssubtitle/kssubtitle-import*)
+  file(REMOVE ${import_targets})
+  set(prefix ${work}/core)
+  find_components("core")
+  require("${output}" MATCHES "It has: kssubtitle::kssubtitle\n")
+  find_components("import")
+  require("${output}" MATCHES "'import' of kssubtitle ${version} is not installed[.]")
 endfunction()
 
 # As a subproject the library installs nothing unless asked to, here with its libraries elsewhere.
@@ -155,6 +163,13 @@ function(test_static)
   require("${libraries}" STREQUAL "libkssubtitle-import.a;libkssubtitle.a")
   test_find_package()
   test_pkg_config()
+
+  set(ENV{PKG_CONFIG_PATH} "")
+  set(ENV{PKG_CONFIG_LIBDIR} ${work}/none)
+  find_components("core")
+  require("${output}" MATCHES "It has: kssubtitle::kssubtitle\n")
+  find_components("import")
+  require("${output}" MATCHES "'import' of kssubtitle ${version} is not installed with uchardet,")
 endfunction()
 
 # `files` is a pattern of all that the package holds apart from headers and what each one has.
