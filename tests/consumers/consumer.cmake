@@ -209,7 +209,8 @@ ${libdir}/pkgconfig/kssubtitle-import.pc"
 ${libdir}/pkgconfig/kssubtitle.pc;share/doc/libkssubtitle-dev/behaviour.md;\
 share/doc/libkssubtitle-dev/limits.md" "${library} \\(= ${version}-[a-z0-9]+\\)")
   require_package(kssub "bin/kssub;share/man/man1/kssub.1.gz"
-    "${library} \\(>= ${version}\\), ${system}, libpng16-16 [^,]*, ${cxx}.*")
+    "${library} \\(>= ${version}\\), libkssubtitle-import${major} \\(>= ${version}\\), ${system}, \
+libpng16-16 [^,]*, ${cxx}.*")
   file(GLOB package ${work}/${library}_*.deb)
   run(dpkg-deb --info ${package} shlibs triggers)
   require("${output}" MATCHES "libkssubtitle ${major} ${library} .*activate-noawait ldconfig")
