@@ -94,7 +94,7 @@ void measureDurations() {
   }
 }
 
-/// A reference to a record leaves the parser without its table.
+/// A changed map is without its table.
 void measureScans() {
   for (int records = 600; records <= 9600; records *= 2) {
     std::string content;

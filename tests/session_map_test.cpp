@@ -45,85 +45,70 @@ TEST(SessionMap, covering_matchesAWalkOverRandomRecords) {
     for (int i = number(0, 60); i > 0; --i) {
       filled[number(0, 99)] = {time(), time(), {}};  // reversed times too
     }
-    const Sessions sessions = filled;  // a copy that nobody else refers to has its table
-    expectEqualAnswers(sessions);
+    ASSERT_NO_FATAL_FAILURE(expectEqualAnswers(filled));
+    const Sessions sessions = filled;  // a copy has its table
+    ASSERT_NO_FATAL_FAILURE(expectEqualAnswers(sessions));
     assigned = sessions;
-    expectEqualAnswers(assigned);
     Sessions moved = std::move(assigned);
+    EXPECT_TRUE(assigned.empty());
     expectEqualAnswers(assigned);
     expectEqualAnswers(moved);
     assigned = std::move(moved);
     EXPECT_EQ(assigned.size(), sessions.size());
-    expectEqualAnswers(moved);
-    expectEqualAnswers(assigned);
-    ASSERT_NO_FATAL_FAILURE(expectEqualAnswers(filled));
+    ASSERT_NO_FATAL_FAILURE(expectEqualAnswers(assigned));
   }
 }
 
-TEST(SessionMap, changesThroughKeptReferences_areSeen) {
-  Sessions sessions{{1, {10, 20, {}}}, {2, {15, 30, {}}}};
-  SRC_SESSION_ST& kept = sessions[2];
-  expectEqualAnswers(sessions);
-  kept.start = 25;
-  expectEqualAnswers(sessions);
-  Sessions moved = std::move(sessions);
-  EXPECT_TRUE(sessions.empty());
+TEST(SessionMap, changesThroughKeptReferences_areSeenUntilClear) {
+  ksSrtParser parser;
+  parser.lines = {"1", "00:00:00,010 --> 00:00:00,020", "a"};
+  SRC_SESSION_ST& kept = parser.sessions[1];
+  parser.ConvertBufToSrtMap();
+  expectEqualAnswers(parser.sessions);
+  kept.start = 15;
+  expectEqualAnswers(parser.sessions);
+  Sessions moved = std::move(parser.sessions);
   kept.start = 5;
   expectEqualAnswers(moved);
-  sessions = moved;
-  expectEqualAnswers(sessions);
-  sessions = std::move(moved);
-  EXPECT_TRUE(moved.empty());
-  expectEqualAnswers(sessions);
-  kept.start = 25;
-  expectEqualAnswers(sessions);
-  sessions.clear();
-  EXPECT_EQ(sessions.covering(27), nullptr);
+  parser.sessions = std::move(moved);
+  kept.end = 30;
+  expectEqualAnswers(parser.sessions);
+  parser.sessions.clear();
+  EXPECT_EQ(parser.sessions.covering(7), nullptr);
 }
 
-TEST(SessionMap, changesThroughEveryWayToARecord_areSeen) {
-  using Way = SRC_SESSION_ST* (*)(Sessions&);
-  const Way ways[] = {
-      [](auto& s) { return &s.begin()->second; },
-      [](auto& s) { return &std::prev(s.end())->second; },
-      [](auto& s) { return &s.rbegin()->second; },
-      [](auto& s) { return &std::prev(s.rend())->second; },
-      [](auto& s) { return &s.find(4)->second; },
-      [](auto& s) { return &s.lower_bound(4)->second; },
-      [](auto& s) { return &std::prev(s.upper_bound(4))->second; },
-      [](auto& s) { return &s.at(4); },
-      [](auto& s) { return &s[4]; },
-      [](auto& s) { return &s.insert(*s.cbegin()).first->second; },
-      [](auto& s) { return &s.emplace(4, SRC_SESSION_ST()).first->second; },
-      [](auto& s) { return &s.try_emplace(4).first->second; },
-      [](auto& s) { return &s.insert_or_assign(4, SRC_SESSION_ST()).first->second; }};
-  for (const Way& way : ways) {
-    Sessions sessions{{4, {10, 20, {}}}};
-    expectEqualAnswers(sessions);
-    SRC_SESSION_ST* const record = way(sessions);
-    expectEqualAnswers(sessions);
-    record->start = 15;
-    expectEqualAnswers(sessions);
-  }
+TEST(SessionMap, everyChange_isSeen) {
+  Sessions filled;
+  filled[4] = {10, 20, {}};
+  Sessions sessions = filled;
+  SRC_SESSION_ST& kept = sessions[4];
+  expectEqualAnswers(sessions);
+  kept.start = 15;
+  expectEqualAnswers(sessions);
+  sessions = filled;
+  EXPECT_TRUE(sessions.insert_or_assign(5, SRC_SESSION_ST{12, 14, {}}).second);
+  expectEqualAnswers(sessions);
+  sessions = Sessions(sessions);
+  EXPECT_EQ(sessions.erase(5) + sessions.erase(5), 1U);
+  expectEqualAnswers(sessions);
 }
 
-TEST(SessionMap, actsAsAnOrderedMap) {
-  Sessions sessions{{7, {}}, {3, {2, 0, {}}}};
-  const Sessions& fixed = sessions;
-  EXPECT_FALSE(sessions.insert({7, {1, 1, {}}}).second);
-  EXPECT_EQ(sessions[5].start, 0);
-  EXPECT_TRUE(fixed.rbegin()->first == 7 && std::prev(fixed.rend())->first == 3);
-  EXPECT_TRUE(fixed.lower_bound(3)->first == 3 && fixed.upper_bound(3)->first == 5);
-  EXPECT_TRUE(fixed.find(3) == fixed.cbegin() && fixed.find(4) == fixed.cend());
-  EXPECT_TRUE(fixed.size() == 3 && fixed.count(3) == 1 && !fixed.contains(4));
-  EXPECT_EQ(fixed.at(3).start, 2);
+TEST(SessionMap, readsAsAnOrderedMap) {
+  Sessions sessions;
+  for (const int key : {7, 3, 5}) sessions[key].start = key;
+  const std::map<int, SRC_SESSION_ST>& plain = sessions;
+  EXPECT_EQ(&plain.at(5), &sessions.at(5));
+  EXPECT_EQ(sessions.begin()->first, 3);
+  EXPECT_EQ(std::prev(sessions.cend())->first, 7);
+  EXPECT_EQ(sessions.rbegin()->first, 7);
+  EXPECT_EQ(std::prev(sessions.rend())->first, 3);
+  EXPECT_EQ(sessions.lower_bound(3)->first, 3);
+  EXPECT_EQ(sessions.upper_bound(3)->first, 5);
+  EXPECT_EQ(sessions.find(3), sessions.cbegin());
+  EXPECT_EQ(sessions.find(4), sessions.end());
+  EXPECT_EQ(sessions.count(3), 1U);
+  EXPECT_FALSE(sessions.contains(4));
   EXPECT_THROW(sessions.at(4), std::out_of_range);
-  EXPECT_EQ(sessions.erase(sessions.find(3))->first, 5);
-  EXPECT_EQ(sessions.erase(fixed.find(5))->first, 7);
-  EXPECT_EQ(sessions.erase(7) + sessions.erase(7), 1U);
-  EXPECT_TRUE(sessions.empty());
-  sessions = {{1, {}}, {2, {}}};
-  EXPECT_TRUE(sessions.erase(fixed.begin(), fixed.end()) == sessions.end() && fixed.empty());
 }
 
 }  // namespace

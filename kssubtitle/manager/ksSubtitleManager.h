@@ -27,7 +27,7 @@ class KSSUBTITLE_API ksSubtitleManager {
 
   /// Replaces the open file by the one at `path`. False if `path` is null, empty or has another
   /// extension, and if the file cannot be opened, is shorter than two bytes, or is refused by its
-  /// parser (see IParser::Open()).
+  /// parser (see ksSrtParser::Open()).
   bool Open(const char* path);
   /// Whether a file is open. After a failure of the chosen parser: whether that parser ever opened
   /// a file.
@@ -36,9 +36,10 @@ class KSSUBTITLE_API ksSubtitleManager {
   /// the end time of the last event line. 0 when nothing is open. In a script without events each
   /// call adds an empty record, which then answers for 0 ms; see ksAssParser::DurationTime().
   long long DurationTime();
-  /// The cue shown at `t` milliseconds, as IParser::GetSubTitle(); nothing if the file is wide.
+  /// Of the cues that cover `t` milliseconds the one with the greatest number, of events the last
+  /// one; nothing if no cue covers `t` or the file is wide.
   SUBTITLE_ST GetSubTitle(long long t);
-  /// The cue shown at `t` milliseconds of a wide file; nothing if the file is not wide.
+  /// GetSubTitle() of a wide file; nothing if the file is not wide.
   SUBTITLE_ST_U GetSubTitleU(long long t);
 
  private:

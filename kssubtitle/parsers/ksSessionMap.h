@@ -2,8 +2,6 @@
 /// The ordered map in which a parser keeps its records.
 #pragma once
 
-#include <cstddef>
-#include <initializer_list>
 #include <map>
 #include <utility>
 #include <vector>
@@ -16,14 +14,14 @@ struct SessionAccess;
 
 /// An ordered map from `int` to `Record` that also answers which record covers a moment.
 ///
-/// Offers what code written for a `std::map<int, Record>` uses: iteration in ascending key order,
-/// references and iterators that stay valid, `operator[]` that inserts, and the members below.
+/// Reads like a `std::map<int, Record>` and converts to one. Looking never changes it, and reaches
+/// no record that could be changed; what changes it is operator[], insert_or_assign(), erase() and
+/// clear(). References stay valid as in a `std::map`.
 ///
-/// covering() takes a binary search in a table that is built when it is first needed after a
-/// change. What hands out a record that may be changed through it (operator[], and the members that
-/// are not const) leaves the map without its table until clear(): covering() then looks at every
-/// record, so that a later change is never missed. A host that only reads does so through a const
-/// reference, or `std::as_const`.
+/// covering() takes a binary search in a table that the parser makes with the records. After
+/// operator[], insert_or_assign() or erase() the table is gone until clear(), which Open() begins
+/// with, and covering() looks at every record: a change through a reference that was kept is never
+/// missed. A copy has its own table.
 template <typename Record>
 class KSSUBTITLE_API ksSessionMap {
  public:
@@ -34,22 +32,18 @@ class KSSUBTITLE_API ksSessionMap {
   using mapped_type = typename Map::mapped_type;
   using value_type = typename Map::value_type;
   using size_type = typename Map::size_type;
-  using iterator = typename Map::iterator;
   using const_iterator = typename Map::const_iterator;
-  using reverse_iterator = typename Map::reverse_iterator;
+  using iterator = const_iterator;
   using const_reverse_iterator = typename Map::const_reverse_iterator;
+  using reverse_iterator = const_reverse_iterator;
   /// @}
 
   /// @{
   /// Copies hold copies of the records; moves leave the source empty, and references to its records
-  /// lead into the new map.
+  /// lead into the new map. A copy that throws leaves the map that is assigned to as it was.
   ksSessionMap() = default;
-  ksSessionMap(std::initializer_list<value_type> records) : map_(records) {}
-  ksSessionMap(const ksSessionMap& other) : map_(other.map_) {}
-  ksSessionMap(ksSessionMap&& other) noexcept
-      : map_(std::move(other.map_)), isShared_(other.isShared_) {
-    other.clear();
-  }
+  ksSessionMap(const ksSessionMap& other);
+  ksSessionMap(ksSessionMap&& other) noexcept { swap(other); }
   ksSessionMap& operator=(const ksSessionMap& other);
   ksSessionMap& operator=(ksSessionMap&& other) noexcept;
   ~ksSessionMap() = default;
@@ -57,11 +51,13 @@ class KSSUBTITLE_API ksSessionMap {
 
   /// The record with the greatest key that covers `t` milliseconds, both its ends included; null if
   /// none does or `t` is negative. Belongs to the map, and is valid until its next change.
-  /// @throws std::bad_alloc only if the table is not built yet.
-  const Record* covering(long long t) const;
+  const Record* covering(long long t) const noexcept;
+
+  /// The records as a plain map, which belongs to this one.
+  operator const Map&() const noexcept { return map_; }
 
   /// @{
-  /// As in `std::map`, for a host that only reads.
+  /// As in `std::map`.
   const_iterator begin() const noexcept { return map_.begin(); }
   const_iterator end() const noexcept { return map_.end(); }
   const_iterator cbegin() const noexcept { return map_.begin(); }
@@ -78,65 +74,43 @@ class KSSUBTITLE_API ksSessionMap {
   bool contains(int key) const { return map_.contains(key); }
   size_type size() const noexcept { return map_.size(); }
   bool empty() const noexcept { return map_.empty(); }
+  friend bool operator==(const ksSessionMap& a, const ksSessionMap& b) { return a.map_ == b.map_; }
   /// @}
 
   /// @{
-  /// As in `std::map`; leaves the map without its table until clear(), as said above.
-  iterator begin() noexcept { return shared().begin(); }
-  iterator end() noexcept { return shared().end(); }
-  reverse_iterator rbegin() noexcept { return shared().rbegin(); }
-  reverse_iterator rend() noexcept { return shared().rend(); }
-  iterator find(int key) { return shared().find(key); }
-  iterator lower_bound(int key) { return shared().lower_bound(key); }
-  iterator upper_bound(int key) { return shared().upper_bound(key); }
-  /// The record of `key`, through which it may be changed.
-  /// @throws std::out_of_range if there is none.
-  Record& at(int key) { return shared().at(key); }
-  /// The record of `key`, through which it may be changed; a new one if there is none.
-  Record& operator[](int key) { return shared()[key]; }
-  std::pair<iterator, bool> insert(const value_type& record) { return shared().insert(record); }
-  template <typename... Arguments>
-  std::pair<iterator, bool> emplace(Arguments&&... arguments) {
-    return shared().emplace(std::forward<Arguments>(arguments)...);
-  }
-  template <typename... Arguments>
-  std::pair<iterator, bool> try_emplace(int key, Arguments&&... arguments) {
-    return shared().try_emplace(key, std::forward<Arguments>(arguments)...);
-  }
+  /// As in `std::map`; the table is gone until clear(), as said above.
+  Record& operator[](int key) { return changed()[key]; }
   template <typename Value>
-  std::pair<iterator, bool> insert_or_assign(int key, Value&& record) {
-    return shared().insert_or_assign(key, std::forward<Value>(record));
+  std::pair<const_iterator, bool> insert_or_assign(int key, Value&& record) {
+    return changed().insert_or_assign(key, std::forward<Value>(record));
   }
-  size_type erase(int key) { return shared().erase(key); }
-  iterator erase(iterator position) { return shared().erase(position); }
-  iterator erase(const_iterator position) { return shared().erase(position); }
-  iterator erase(const_iterator first, const_iterator last) { return shared().erase(first, last); }
+  size_type erase(int key) { return changed().erase(key); }
   /// @}
   /// Removes every record, and with them every reference that was handed out.
   void clear() noexcept;
 
-  /// Whether both maps hold the same keys and equal records. Requires: records can be compared.
-  friend bool operator==(const ksSessionMap& a, const ksSessionMap& b) { return a.map_ == b.map_; }
-
  private:
   friend struct kssubtitle::internal::SessionAccess;
 
-  /// Up to the next segment's begin, no other record than this one answers.
+  /// Up to the next segment's begin, no other record than this one answers; null: none does.
   struct Segment {
     long long begin;
     const Record* record;
   };
 
-  Map& shared() noexcept {
-    isShared_ = true;
+  Map& changed() noexcept {
+    isChanged_ = true;
+    table_.clear();
     return map_;
   }
-  KSSUBTITLE_LOCAL void buildTable() const;
-  KSSUBTITLE_LOCAL bool buildTableInOneWalk() const;
-  KSSUBTITLE_LOCAL const Record* scan(long long t) const noexcept;
+  void swap(ksSessionMap& other) noexcept {
+    map_.swap(other.map_);
+    std::swap(isChanged_, other.isChanged_);
+    table_.swap(other.table_);
+  }
+  KSSUBTITLE_LOCAL void buildTable();
 
   Map map_;
-  bool isShared_ = false;  // the host may hold a reference through which it changes a record
-  mutable bool isBuilt_ = false;
-  mutable std::vector<Segment> table_;  // ascending
+  bool isChanged_ = false;      // by the host, which may hold a reference to a record
+  std::vector<Segment> table_;  // ascending, from 0 on; empty if it is not built
 };

@@ -45,7 +45,7 @@ Cues recordsOf(const std::string& path) {
   Cues records;
   Parser parser;
   parser.Open(path.c_str());
-  for (const auto& [key, record] : std::as_const(parser.sessions)) {
+  for (const auto& [key, record] : parser.sessions) {
     records.push_back(cueOfRecord(record));
   }
   return records;

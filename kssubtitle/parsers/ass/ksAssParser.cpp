@@ -11,8 +11,7 @@
 #include "kssubtitle/parsers/ass/override_tags.h"
 #include "kssubtitle/parsers/ass/style_line.h"
 #include "kssubtitle/parsers/reading/load_file.h"
-#include "kssubtitle/parsers/session_access.h"
-#include "kssubtitle/parsers/session_queries.h"
+#include "kssubtitle/parsers/session_table.h"
 
 namespace {
 
@@ -152,8 +151,8 @@ class AssConverter {
 template <typename Sessions>
 long long lastEnd(Sessions& sessions) {
   const int key = static_cast<int>(sessions.size());
-  const auto last = std::as_const(sessions).find(key);
-  if (last != sessions.cend()) return last->second.endTime;
+  const auto last = sessions.find(key);
+  if (last != sessions.end()) return last->second.endTime;
   return SessionAccess::record(sessions, key).endTime;
 }
 
@@ -182,6 +181,9 @@ ksBasicString<Char> withoutTags(const ksBasicString<Char>& text) {
 }
 
 }  // namespace
+
+template class ksSessionMap<ASS_SESSION_ST>;
+template class ksSessionMap<ASS_SESSION_ST_U>;
 
 bool ksAssParser::Open(const char* path) {
   sessions.clear();

@@ -41,13 +41,23 @@ struct KSSUBTITLE_API ASS_SESSION_ST_U {
 /// Deliberate: the colour columns of a Style line are not skipped. In an ordinary script, which has
 /// four of them, only `fontName` and `fontSize` are what their names say: every member behind them
 /// holds a column that stands further in front.
+///
+/// An object must not be used by two threads at once. Copies are deep, but for the stream in
+/// `file`; the destructor closes no stream.
 class KSSUBTITLE_API ksAssParser : public IParser {
  public:
+  /// Replaces `lines` and `sessions` by the content of the file at `path`. True if it was read,
+  /// whatever it holds: up to its end, or up to a read error or a line that begins with a NUL.
+  /// False if it cannot be opened, is empty (its size counts as a signed number of 32 bits: below
+  /// 1; its stream stays open on purpose), or has more than 20000 lines ended by a line feed;
+  /// `sessions` is then empty.
   bool Open(const char* path) override;
+  /// Whether an Open() of this object ever succeeded; a later failure does not take that back.
   bool IsOpen() const override { return opened; }
   /// The end time of the last event line, not the greatest. 0 without events; each such call adds
   /// one empty record to `sessions` (keys 0, 1, 2, ...), which then answers GetSubTitle(0).
   long long DurationTime() override;
+  /// Of the records that cover `t` the one with the greatest key, with its own times.
   SUBTITLE_ST GetSubTitle(long long t) override;
   /// Always nothing: the text is 8-bit.
   SUBTITLE_ST_U GetSubTitleU(long long t) override;
@@ -111,12 +121,15 @@ class KSSUBTITLE_API ksAssParser : public IParser {
 /// of the host's locale behind two bytes that are skipped. Otherwise as ksAssParser.
 class KSSUBTITLE_API ksAssParserU : public IParser {
  public:
+  /// As ksAssParser::Open(); reads also no further than bytes that the locale cannot decode.
   bool Open(const char* path) override;
+  /// As ksAssParser::IsOpen().
   bool IsOpen() const override { return opened; }
   /// As ksAssParser::DurationTime(), with its growth.
   long long DurationTime() override;
   /// Always nothing: the text is wide.
   SUBTITLE_ST GetSubTitle(long long t) override;
+  /// Of the records that cover `t` the one with the greatest key, with its own times.
   SUBTITLE_ST_U GetSubTitleU(long long t) override;
 
   /// As ksAssParser::ReadString(). A stream with wide orientation is read with `fgetws` under the

@@ -8,8 +8,7 @@
 
 #include "kssubtitle/parsers/decimal.h"
 #include "kssubtitle/parsers/reading/load_file.h"
-#include "kssubtitle/parsers/session_access.h"
-#include "kssubtitle/parsers/session_queries.h"
+#include "kssubtitle/parsers/session_table.h"
 #include "kssubtitle/parsers/times.h"
 #include "kssubtitle/strings/view.h"
 
@@ -180,6 +179,9 @@ long long latestEnd(const Sessions& sessions) noexcept {
 }
 
 }  // namespace
+
+template class ksSessionMap<SRC_SESSION_ST>;
+template class ksSessionMap<SRC_SESSION_ST_U>;
 
 bool ksSrtParser::Open(const char* path) {
   sessions.clear();

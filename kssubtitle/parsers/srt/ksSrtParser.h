@@ -29,12 +29,22 @@ struct KSSUBTITLE_API SRC_SESSION_ST_U {
 /// Digits beyond the third of the milliseconds are not read, and times wrap at 32 bits. The places
 /// of the end time's separators cut the start time as well, so that the two must have fields of the
 /// same lengths.
+///
+/// An object must not be used by two threads at once. Copies are deep, but for the stream in
+/// `file`; the destructor closes no stream.
 class KSSUBTITLE_API ksSrtParser : public IParser {
  public:
+  /// Replaces `lines` and `sessions` by the content of the file at `path`. True if it was read,
+  /// whatever it holds: up to its end, or up to a read error or a line that begins with a NUL.
+  /// False if it cannot be opened, is empty (its size counts as a signed number of 32 bits: below
+  /// 1; its stream stays open on purpose), or has more than 20000 lines ended by a line feed;
+  /// `sessions` is then empty.
   bool Open(const char* path) override;
+  /// Whether an Open() of this object ever succeeded; a later failure does not take that back.
   bool IsOpen() const override { return opened; }
   /// The greatest end time of all cues; 0 without any.
   long long DurationTime() override;
+  /// Of the records that cover `t` the one with the greatest key, with its own times.
   SUBTITLE_ST GetSubTitle(long long t) override;
   /// Always nothing: the text is 8-bit.
   SUBTITLE_ST_U GetSubTitleU(long long t) override;
@@ -61,12 +71,15 @@ class KSSUBTITLE_API ksSrtParser : public IParser {
 /// start time is cut also where it ends right at the place of the end time's separator.
 class KSSUBTITLE_API ksSrtParserU : public IParser {
  public:
+  /// As ksSrtParser::Open(); reads also no further than bytes that the locale cannot decode.
   bool Open(const char* path) override;
+  /// As ksSrtParser::IsOpen().
   bool IsOpen() const override { return opened; }
   /// The greatest end time of all cues; 0 without any.
   long long DurationTime() override;
   /// Always nothing: the text is wide.
   SUBTITLE_ST GetSubTitle(long long t) override;
+  /// Of the records that cover `t` the one with the greatest key, with its own times.
   SUBTITLE_ST_U GetSubTitleU(long long t) override;
 
   /// As ksSrtParser::ReadString(). A stream with wide orientation is read with `fgetws` under the
