@@ -34,6 +34,18 @@ void noteReplacements(const DecodedText& decoded, Notes& notes) {
     at = offset;
     notes.add(ksImportProblem::kUndecodable, line);
   }
+  for (std::size_t i = decoded.replacements.offsets().size(); i < decoded.replacements.count();
+       ++i) {
+    notes.add(ksImportProblem::kUndecodable, line);
+  }
+}
+
+/// The format of a text in which zero characters do not count.
+const Format* recogniseText(std::string_view text, std::string_view path) {
+  if (text.find('\0') == text.npos) return recognise(text, path);
+  std::string withoutZeros(text);
+  std::erase(withoutZeros, '\0');
+  return recognise(withoutZeros, path);
 }
 
 /// Zero characters end texts elsewhere: none is left in.
@@ -175,7 +187,7 @@ bool ksImportParser::openText(std::string text, std::string_view path,
   if (text.ends_with('\x1A')) text.pop_back();  // with which old systems ended text files
   const std::size_t begin = httpHeaderLength(text);
   const Format* const format = options.format.empty()
-                                   ? recognise(std::string_view(text).substr(begin), path)
+                                   ? recogniseText(std::string_view(text).substr(begin), path)
                                    : formatNamed(options.format);
   if (format == nullptr && !options.format.empty()) return refuse(ksImportRefusal::kUnknownOption);
   if (format == nullptr) {

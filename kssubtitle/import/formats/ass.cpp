@@ -104,6 +104,8 @@ bool hasKey(std::string_view line, std::string_view key, std::string_view& value
   return true;
 }
 
+constexpr bool isLowerCase(char c) noexcept { return c >= 'a' && c <= 'z'; }
+
 class AssReader {
  public:
   AssReader(const FormatInput& input, CueSink& sink)
@@ -136,9 +138,10 @@ class AssReader {
 
   void enterSection(std::string_view line) {
     const auto is = [line](std::string_view name) { return startsWithNoCase(line, name); };
-    // Attached data may look like anything, but never like a header of the sections that matter.
-    if (isAttachment_ && !is("[Events]") && !is("[V4") && !is("[Script Info]")) return;
+    // Attached data may look like anything, but has no lower-case letters.
+    if (isAttachment_ && std::none_of(line.begin(), line.end(), isLowerCase)) return;
     isAttachment_ = is("[Fonts]") || is("[Graphics]");
+    if (is("[Events")) events_.setFormat(kEventFormat);
     if (is("[V4")) {
       isSsa_ = is("[V4 ");
       styleColumns_.setFormat(isSsa_ ? kSsaStyleFormat : kAssStyleFormat);
@@ -218,6 +221,24 @@ class AssReader {
   bool isAttachment_ = false;  // within the data of [Fonts] or [Graphics]
 };
 
+bool isSectionOfScripts(std::string_view line) noexcept {
+  return equalNoCase(line, "[Script Info]") ||
+         (startsWithNoCase(line, "[V4") && line.ends_with(']') &&
+          findNoCase(line, "Styles") != line.npos);
+}
+
+/// Whether one of the first columns of an event is a time.
+bool hasTimes(std::string_view event) noexcept {
+  constexpr int kColumnsUpToStart = 2;
+  for (int column = 0; column < kColumnsUpToStart; ++column) {
+    std::string_view text = event.substr(0, event.find(','));
+    if (const auto time = takeTime(text); time && time->fields == 3) return true;
+    event.remove_prefix(std::min(event.find(','), event.size()));
+    if (!event.empty()) event.remove_prefix(1);
+  }
+  return false;
+}
+
 }  // namespace
 
 Likelihood likelihoodOfAss(std::string_view text) {
@@ -225,14 +246,11 @@ Likelihood likelihoodOfAss(std::string_view text) {
   Line line;
   for (Lines lines(text); lines.next(line);) {
     const std::string_view content = withoutBlanks(line.text);
+    if (content.find("-->") != content.npos) break;  // texts of other formats may quote scripts
     std::string_view value;
-    if (startsWithNoCase(content, "[Script Info]") || startsWithNoCase(content, "[V4")) {
-      return Likelihood::kCertain;
-    }
-    if (hasKey(content, "Dialogue", value) && value.find(',') != value.npos) {
-      return Likelihood::kLikely;
-    }
-    if (startsWithNoCase(content, "[Events]")) likelihood = Likelihood::kPossible;
+    if (isSectionOfScripts(content)) return Likelihood::kCertain;
+    if (hasKey(content, "Dialogue", value) && hasTimes(value)) return Likelihood::kLikely;
+    if (equalNoCase(content, "[Events]")) likelihood = Likelihood::kPossible;
   }
   return likelihood;
 }

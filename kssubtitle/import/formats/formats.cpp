@@ -37,15 +37,21 @@ bool hasExtension(std::string_view path, std::string_view extensions) noexcept {
   return false;
 }
 
-const Format* mostLikely(std::string_view text, std::string_view path) noexcept {
-  const Format* best = nullptr;
+struct Match {
+  const Format* format = nullptr;
+  Likelihood likelihood = Likelihood::kNone;
+};
+
+Match mostLikely(std::string_view text, std::string_view path) noexcept {
+  Match best;
   int bestRank = 1;
   for (const Format& format : kFormats) {
-    const int likelihood = static_cast<int>(format.likelihood(text));
-    if (likelihood == 0) continue;
-    const int rank = 2 * likelihood + (hasExtension(path, format.extensions) ? 1 : 0);
+    const Likelihood likelihood = format.likelihood(text);
+    if (likelihood == Likelihood::kNone) continue;
+    const int rank =
+        2 * static_cast<int>(likelihood) + (hasExtension(path, format.extensions) ? 1 : 0);
     if (rank > bestRank) {
-      best = &format;
+      best = {&format, likelihood};
       bestRank = rank;
     }
   }
@@ -65,8 +71,9 @@ const Format* formatNamed(std::string_view name) noexcept {
 
 const Format* recognise(std::string_view text, std::string_view path) noexcept {
   constexpr std::size_t kUsuallyEnough = 4096;
-  const Format* const format = mostLikely(text.substr(0, kUsuallyEnough), path);
-  return format == nullptr && text.size() > kUsuallyEnough ? mostLikely(text, path) : format;
+  const Match first = mostLikely(text.substr(0, kUsuallyEnough), path);
+  const bool isClear = first.likelihood >= Likelihood::kLikely || text.size() <= kUsuallyEnough;
+  return isClear ? first.format : mostLikely(text, path).format;
 }
 
 }  // namespace kssubtitle::importing

@@ -49,13 +49,31 @@ constexpr bool canBeginTimeLine(char c) noexcept {
   return isDigit(c) || c == '-' || c == '+' || c == '\xE2';
 }
 
+/// Whether a line with an arrow has a time at its front or behind the arrow.
+bool isBrokenTimeLine(std::string_view text) noexcept {
+  const std::size_t arrow = text.find(kArrow);
+  if (arrow == text.npos) return false;
+  std::string_view end = text.substr(arrow + kArrow.size());
+  return takeTime(text) || takeTime(end);
+}
+
+/// Whether what follows a time without a fraction says that it was meant to be another one.
+bool isCutShort(const WrittenTime& time, std::string_view rest) noexcept {
+  return !time.isUsual && !rest.empty() && (rest.front() == ':' || isLetter(rest.front()));
+}
+
 /// The time line that `text` is. Two times of three fields with the usual arrow between them are
 /// one anywhere; other spellings, and lines with one time only, where `above` announces a cue.
 std::optional<TimeLine> timeLineOf(std::string_view text, Above above) noexcept {
+  const std::string_view whole = text;
   const auto start = takeTime(text);
   const int arrow = takeArrow(text);
-  if (arrow == 0) return std::nullopt;
-  const auto end = takeTime(text);
+  if (arrow == 0) {
+    return above == Above::kNumber && isBrokenTimeLine(whole) ? std::optional(TimeLine())
+                                                              : std::nullopt;
+  }
+  auto end = takeTime(text);
+  if (end && isCutShort(*end, text)) end.reset();
   if (!start && !end) return std::nullopt;
   const bool isStrict = start && end && arrow == 1 && start->fields == 3 && end->fields == 3;
   if (!isStrict && above == Above::kOther) return std::nullopt;
@@ -136,7 +154,7 @@ class SubRipReader {
       above_ = Above::kBlank;
       return;
     }
-    if (!canBeginTimeLine(text.front())) return takeText(line);
+    if (!canBeginTimeLine(text.front()) && above_ != Above::kNumber) return takeText(line);
     if (isNumber(withoutTrailingBlanks(text))) return takeNumber(line);
     if (const auto timeLine = timeLineOf(text, above_)) return beginCue(line, *timeLine);
     takeText(line);

@@ -67,7 +67,7 @@ class Overrides {
  private:
   void takeTag(std::string_view tag) {
     if (const auto value = valueOf(tag, "p")) {
-      if (const auto scale = integerOfAss(*value)) isDrawing_ = *scale > 0;
+      isDrawing_ = integerOfAss(*value).value_or(0) > 0;
     } else if (const auto colour = colourValue(tag)) {
       style_.colour = colourOfAss(*colour).value_or(base_.colour);
     } else if (tag.front() == 'r') {
@@ -224,6 +224,7 @@ std::optional<int> colourOfAss(std::string_view text) noexcept {
 
 std::optional<int> integerOfAss(std::string_view text) noexcept {
   text = withoutLeadingBlanks(text);
+  if (text.starts_with('+')) text.remove_prefix(1);
   int value = 0;
   const auto read = std::from_chars(text.data(), text.data() + text.size(), value);
   return read.ec == std::errc() ? std::optional(value) : std::nullopt;

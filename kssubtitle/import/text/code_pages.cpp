@@ -81,6 +81,8 @@ class Output {
 
 }  // namespace
 
+bool isCodePage(const std::string& name) { return Conversion(name).isOpen(); }
+
 std::optional<DecodedText> decodeCodePage(std::string_view bytes, const std::string& name) {
   Conversion conversion(name);
   if (!conversion.isOpen()) return std::nullopt;

@@ -8,6 +8,7 @@
 
 namespace kssubtitle::importing {
 
+bool isCodePage(const std::string& name);
 /// Nothing if there is no code page of that name.
 std::optional<DecodedText> decodeCodePage(std::string_view bytes, const std::string& name);
 

@@ -21,11 +21,12 @@ bool isHigh(char c) noexcept { return (static_cast<unsigned char>(c) & 0x80) != 
 /// `line` without what stands between '<' and '>'.
 std::string withoutTags(std::string_view line) {
   std::string text;
-  bool inTag = false;
-  for (const char c : line) {
-    if (c == '<') inTag = true;
-    if (!inTag) text += c;
-    if (c == '>') inTag = false;
+  while (!line.empty()) {
+    const std::size_t begin = line.find('<');
+    const std::size_t end = begin == line.npos ? line.npos : line.find('>', begin);
+    if (end == line.npos) return text.append(line);
+    text += line.substr(0, begin);
+    line.remove_prefix(end + 1);
   }
   return text;
 }

@@ -3,8 +3,10 @@
 
 #include <algorithm>
 #include <array>
+#include <utility>
 
 #include "kssubtitle/import/text/ascii.h"
+#include "kssubtitle/import/text/code_pages.h"
 #include "kssubtitle/import/text/unicode.h"
 
 namespace kssubtitle::importing {
@@ -114,7 +116,10 @@ FoundEncoding findEncoding(std::string_view bytes, const EncodingHints& hints) {
     return {encodingOf(EncodingKind::kUtf8), ksImportEncodingSource::kMostlyUtf8};
   }
   if (const auto name = declaredEncoding(bytes); !name.empty()) {
-    return {encodingNamed(usualCodePage(name)), ksImportEncodingSource::kDeclared};
+    Encoding declared = encodingNamed(usualCodePage(name));
+    if (declared.kind != EncodingKind::kCodePage || isCodePage(declared.name)) {
+      return {std::move(declared), ksImportEncodingSource::kDeclared};
+    }
   }
   if (const auto name = detectedEncoding(bytes); !name.empty()) {
     return {encodingNamed(name), ksImportEncodingSource::kDetected};
