@@ -7,11 +7,17 @@ set(CMAKE_VISIBILITY_INLINES_HIDDEN ON)
 set(CMAKE_POSITION_INDEPENDENT_CODE ON)
 set(CMAKE_EXPORT_COMPILE_COMMANDS ON)
 
+# Files of 2 GiB and more can be opened on 32-bit systems as well.
+if(CMAKE_SIZEOF_VOID_P EQUAL 4)
+  add_compile_definitions(_FILE_OFFSET_BITS=64)
+endif()
+
 function(kssubtitle_compile_options target)
   target_compile_options(${target} PRIVATE
-    -fsigned-char -Wall -Wextra -Wpedantic -Wconversion -Wsign-conversion -Wshadow -Wold-style-cast -Wcast-qual
+    -Wall -Wextra -Wpedantic -Wconversion -Wsign-conversion -Wshadow -Wold-style-cast -Wcast-qual
     -Wnon-virtual-dtor -Woverloaded-virtual -Wnull-dereference -Wformat=2 -Wundef
     $<$<CXX_COMPILER_ID:GNU>:-Wno-restrict>  # g++ 12 reports std::string's own copies
+    $<$<AND:$<CXX_COMPILER_ID:GNU>,$<EQUAL:${CMAKE_SIZEOF_VOID_P},4>>:-Wno-array-bounds>  # the same
     $<$<BOOL:${KSSUBTITLE_WARNINGS_AS_ERRORS}>:-Werror>)
   if(KSSUBTITLE_CLANG_TIDY)
     set_target_properties(${target} PROPERTIES CXX_CLANG_TIDY "clang-tidy;--quiet")

@@ -30,9 +30,12 @@ struct Operation {
 
 template <typename F>
 int resultOf(F f, auto& text, const auto& arguments) {
-  if constexpr (!std::is_void_v<decltype(f(text, arguments))>) return f(text, arguments);
-  f(text, arguments);
-  return 0;
+  if constexpr (std::is_void_v<decltype(f(text, arguments))>) {
+    f(text, arguments);
+    return 0;
+  } else {
+    return static_cast<int>(f(text, arguments));
+  }
 }
 
 template <typename Char, typename F>

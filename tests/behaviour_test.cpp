@@ -36,7 +36,7 @@ std::string str(const ksBasicString<Char>& text) {
   std::ostringstream out;
   out << std::hex << std::uppercase;
   for (int i = 0; i < text.length(); ++i) {
-    const long c = static_cast<std::make_unsigned_t<Char>>(text[i]);
+    const unsigned long c = static_cast<std::make_unsigned_t<Char>>(text[i]);
     c > 0xFF ? out << "U+" << c : out << static_cast<char>(c);
   }
   return out.str();
@@ -84,7 +84,8 @@ class Texts {
             {"Left", [&] { return str(t.Left(n(1))); }},
             {"Right", [&] { return str(t.Right(n(1))); }},
             {"substr", [&] { return str(t.substr(n(1), n(2))); }},
-            {"getChar", [&] { return str(int{t.getChar(n(1))}); }},
+            {"getChar",
+             [&] { return str(static_cast<std::make_signed_t<Char>>(t.getChar(n(1)))); }},
             {"find", [&] { return str(t.find(s(1), n(2))); }},
             {"findChar", [&] { return str(t.find(c(1), n(2))); }},
             {"findNoCase", [&] { return str(t.findNoCase(s(1), n(2))); }},

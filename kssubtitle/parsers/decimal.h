@@ -6,11 +6,9 @@
 #include <string>
 #include <string_view>
 
-namespace kssubtitle::internal {
+#include "kssubtitle/strings/width_rules.h"
 
-/// What strtol() (wcstol()) finds in base 10, cut to 32 bits; nothing if it finds no number.
-std::optional<int> scanDecimalSlowly(const std::string& text) noexcept;
-std::optional<int> scanDecimalSlowly(const std::wstring& text) noexcept;
+namespace kssubtitle::internal {
 
 /// The decimal number that `text` begins with, behind white space and a sign; cut to 32 bits.
 template <typename Char>
@@ -23,7 +21,7 @@ std::optional<int> scanDecimal(std::basic_string_view<Char> text) {
     value = value * 10 + static_cast<int>(text[digits - 1] - '0');
   }
   if (digits > 0 && digits <= kSafeDigits) return value;
-  return scanDecimalSlowly(std::basic_string<Char>(text));
+  return scanNumber(std::basic_string<Char>(text).c_str(), 10);
 }
 
 /// scanDecimal(), with 0 where there is no number.

@@ -99,6 +99,14 @@ bool ksBasicString<Char>::operator==(const Char* p) const noexcept {
   return text_ == p;
 }
 
+template <typename Char>
+bool ksBasicString<Char>::operator<(const ksBasicString& s) const noexcept {
+  using Order = typename WidthRules<Char>::Order;
+  return std::lexicographical_compare(
+      text_.begin(), text_.end(), s.text_.begin(), s.text_.end(),
+      [](Char a, Char b) { return static_cast<Order>(a) < static_cast<Order>(b); });
+}
+
 // ---- Concatenation ----
 
 template <typename Char>
@@ -222,9 +230,10 @@ int ksBasicString<Char>::findlastNoCase(const ksBasicString& s, int start) const
 
 template <typename Char>
 int ksBasicString<Char>::compareNoCase(const Char* a, const Char* b, int n) noexcept {
+  using Value = typename WidthRules<Char>::Value;
   for (int i = 0; i < n; ++i) {
-    const Char x = WidthRules<Char>::toUpper(a[i]);
-    const Char y = WidthRules<Char>::toUpper(b[i]);
+    const auto x = static_cast<Value>(WidthRules<Char>::toUpper(a[i]));
+    const auto y = static_cast<Value>(WidthRules<Char>::toUpper(b[i]));
     if (x != y) return x < y ? -1 : 1;
   }
   return 0;

@@ -19,7 +19,9 @@
 /// `ksWString`.
 ///
 /// - Positions and counts are `int` and count characters. A search that finds nothing returns -1.
-/// - Characters are signed: a byte of 0x80 or more reads as a negative value.
+/// - Characters compare as signed values on every processor. One that is handed out is the
+///   platform's own: a byte of 0x80 or more reads as negative on x86, and as 128 to 255 where
+///   `char` is unsigned, as on ARM and RISC-V; `wchar_t` is unsigned on ARM.
 /// - Copies are deep, moves are `noexcept` and leave the source valid but unspecified.
 /// - Pointers from getData() and the pointer conversion belong to the object and stay valid until
 ///   its next change.
@@ -112,9 +114,9 @@ class KSSUBTITLE_API ksBasicString {
   /// The opposite of operator==().
   bool operator!=(const ksBasicString& s) const noexcept { return text_ != s.text_; }
   /// Lexicographic; a proper prefix is the smaller. Bytes compare unsigned, wide characters signed.
-  bool operator<(const ksBasicString& s) const noexcept { return text_ < s.text_; }
+  bool operator<(const ksBasicString& s) const noexcept;
   /// The order of operator<().
-  bool operator>(const ksBasicString& s) const noexcept { return text_ > s.text_; }
+  bool operator>(const ksBasicString& s) const noexcept { return s < *this; }
 
   // ---- Concatenation ----
 
@@ -176,7 +178,8 @@ class KSSUBTITLE_API ksBasicString {
   /// Compares `n` characters in upper case: -1, 0 or 1; 0 if `n` < 1. Does not stop at a NUL.
   /// Requires: both texts hold `n` characters.
   static int compareNoCase(const Char* a, const Char* b, int n) noexcept;
-  /// Case-**sensitive**, in spite of its name: the value of `strcmp` (`wcscmp`) against `s`.
+  /// Case-**sensitive**, in spite of its name: the value of `strcmp` against `s`; in wide text, of
+  /// `wcscmp` with signed characters.
   int CompareNoCase(const Char* s) const noexcept;
   /// Whether both texts are equal in upper case.
   static bool isEqualNoCase(const ksBasicString& a, const ksBasicString& b) noexcept;

@@ -4,9 +4,9 @@
 #include <cctype>
 #include <cstdio>
 #include <cstdlib>
-#include <cstring>
 #include <cwchar>
 #include <cwctype>
+#include <utility>
 
 namespace kssubtitle::internal {
 namespace {
@@ -19,9 +19,32 @@ char mapByte(char c, Mapping mapping) noexcept {
   return static_cast<char>(mapping(static_cast<unsigned char>(c)));
 }
 
-constexpr std::size_t kLargestBase = 36;
+template <typename Char>
+std::optional<int> scanNumber(const Char* text, int base,
+                              long long (*convert)(const Char*, Char**, int)) noexcept {
+  Char* end = nullptr;
+  const long long value = convert(text, &end, base);
+  if (end == text) return std::nullopt;
+  return static_cast<int>(value);
+}
+
+/// The characters at the first place where the texts differ, or their terminators.
+template <typename Char>
+auto firstDifference(const Char* a, const Char* b) noexcept {
+  for (; *a == *b && *a != 0; ++a) ++b;
+  using Order = typename WidthRules<Char>::Order;
+  return std::pair(static_cast<Order>(*a), static_cast<Order>(*b));
+}
 
 }  // namespace
+
+std::optional<int> scanNumber(const char* text, int base) noexcept {
+  return scanNumber(text, base, std::strtoll);
+}
+
+std::optional<int> scanNumber(const wchar_t* text, int base) noexcept {
+  return scanNumber(text, base, std::wcstoll);
+}
 
 char WidthRules<char>::toUpper(char c) noexcept {
   return mapByte(c, [](int value) { return std::toupper(value); });
@@ -31,12 +54,15 @@ char WidthRules<char>::toLower(char c) noexcept {
   return mapByte(c, [](int value) { return std::tolower(value); });
 }
 
-int WidthRules<char>::compare(const char* a, const char* b) noexcept { return std::strcmp(a, b); }
+int WidthRules<char>::compare(const char* a, const char* b) noexcept {
+  const auto [x, y] = firstDifference(a, b);
+  return x - y;
+}
 
 std::string WidthRules<char>::textOfNumber(int value) { return std::to_string(value); }
 
 int WidthRules<char>::numberOfText(const std::string& text) noexcept {
-  return static_cast<int>(std::strtol(text.c_str(), nullptr, 10));
+  return scanNumber(text.c_str(), 10).value_or(0);
 }
 
 wchar_t WidthRules<wchar_t>::toUpper(wchar_t c) noexcept {
@@ -48,7 +74,8 @@ wchar_t WidthRules<wchar_t>::toLower(wchar_t c) noexcept {
 }
 
 int WidthRules<wchar_t>::compare(const wchar_t* a, const wchar_t* b) noexcept {
-  return std::wcscmp(a, b);
+  const auto [x, y] = firstDifference(a, b);
+  return int{x > y} - int{x < y};
 }
 
 // Deliberate: a number has no wide text, whatever its value.
@@ -56,9 +83,10 @@ std::wstring WidthRules<wchar_t>::textOfNumber(int) { return {}; }
 
 // Deliberate: the base is the text's own length.
 int WidthRules<wchar_t>::numberOfText(const std::wstring& text) noexcept {
+  constexpr std::size_t kLargestBase = 36;
   const std::size_t base = text.size();
   if (base < 2 || base > kLargestBase) return 0;
-  return static_cast<int>(std::wcstol(text.c_str(), nullptr, static_cast<int>(base)));
+  return scanNumber(text.c_str(), static_cast<int>(base)).value_or(0);
 }
 
 }  // namespace kssubtitle::internal

@@ -122,7 +122,7 @@ bool readLines(const char* path, std::FILE*& file, std::vector<ksBasicString<Cha
   if (file == nullptr) return false;
   std::fseek(file, 0, SEEK_END);
   // Deliberate: the size counts modulo 2^32, and the stream of an empty file stays open.
-  if (static_cast<int>(std::ftell(file)) < 1) return false;
+  if (static_cast<int>(ftello(file)) < 1) return false;
   std::fseek(file, kRules.start, SEEK_SET);
   Stream stream(file, &std::fclose);
   return collectText<kRules>(path, stream, file, lines);

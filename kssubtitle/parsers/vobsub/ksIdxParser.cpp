@@ -64,35 +64,41 @@ ksBasicString<Char> literal(const char* text) {
 }
 
 // ---- Scanning, with the 8-bit format for both widths ----
+//
+// Numbers of 32 bits are read as longer ones and cut, as a C library does whose `long` has 64 bits;
+// others cut a number that is too large in another way.
 
-[[gnu::format(scanf, 2, 3)]] void scan(const ksString& text, const char* format, ...) {
+/// How many fields were found, or EOF.
+[[gnu::format(scanf, 2, 3)]] int scan(const ksString& text, const char* format, ...) {
   std::va_list fields;
   va_start(fields, format);
-  static_cast<void>(std::vsscanf(text.getData(), format, fields));
+  const int count = std::vsscanf(text.getData(), format, fields);
   va_end(fields);
+  return count;
 }
 
-[[gnu::format(scanf, 2, 3)]] void scan(const ksWString& text, const char* format, ...) {
+[[gnu::format(scanf, 2, 3)]] int scan(const ksWString& text, const char* format, ...) {
   const ksWString wideFormat = literal<wchar_t>(format);
   std::va_list fields;
   va_start(fields, format);
-  static_cast<void>(std::vswscanf(text.getData(), wideFormat.getData(), fields));
+  const int count = std::vswscanf(text.getData(), wideFormat.getData(), fields);
   va_end(fields);
+  return count;
 }
 
-/// Deliberate: the width prefix is another C library's; here it is a field width of 64, and the low
-/// 32 bits of the slot are stored.
+/// Stores the first `count` numbers; what was not found stays.
+void store(const unsigned long long* numbers, int count, std::uint32_t* to) noexcept {
+  for (int i = 0; i < count; ++i) to[i] = static_cast<std::uint32_t>(numbers[i]);
+}
+
+/// Deliberate: of a position at most 64 characters are read, and of the number only the low 32 bits
+/// are stored.
 template <typename Char>
 long long scanFilePos(const ksBasicString<Char>& text, long long initial) {
-  alignas(long long) unsigned char slot[sizeof initial];
-  std::memcpy(slot, &initial, sizeof slot);
-  auto* const destination = reinterpret_cast<unsigned*>(slot);
-#pragma GCC diagnostic push
-#pragma GCC diagnostic ignored "-Wformat"
-  scan(text, "%I64x", destination);
-#pragma GCC diagnostic pop
-  std::memcpy(&initial, slot, sizeof slot);
-  return initial;
+  constexpr long long kLow32 = 0xFFFFFFFF;
+  unsigned long long number = 0;
+  if (scan(text, "%64llx", &number) != 1) return initial;
+  return (initial & ~kLow32) | (static_cast<long long>(number) & kLow32);
 }
 
 /// Four digits, each 0 or 1, as a mask: the first digit is bit 0.
@@ -141,18 +147,24 @@ class IdxConverter {
   }
 
   void readPalette(const String& value) {
-    std::uint32_t* const p = parser_.palette;
-    scan(value, "%x,%x,%x,%x,%x,%x,%x,%x,%x,%x,%x,%x,%x,%x,%x,%x", p, p + 1, p + 2, p + 3, p + 4,
-         p + 5, p + 6, p + 7, p + 8, p + 9, p + 10, p + 11, p + 12, p + 13, p + 14, p + 15);
+    unsigned long long n[16];
+    const int count = scan(value,
+                           "%llx,%llx,%llx,%llx,%llx,%llx,%llx,%llx,"
+                           "%llx,%llx,%llx,%llx,%llx,%llx,%llx,%llx",
+                           n, n + 1, n + 2, n + 3, n + 4, n + 5, n + 6, n + 7, n + 8, n + 9, n + 10,
+                           n + 11, n + 12, n + 13, n + 14, n + 15);
+    store(n, count, parser_.palette);
   }
 
   void readCustomColors(const String& value) {
     readSwitch(value);
     const String mask = behind(value, "tridx:", 6);
-    scan(mask, "%x", &parser_.trIdx);
+    unsigned long long n[4];
+    store(n, scan(mask, "%llx", n), &parser_.trIdx);
     parser_.trIdx = foldDigits(parser_.trIdx);
-    std::uint32_t* const c = parser_.customColors;
-    scan(behind(mask, "colors:", 7), "%x,%x,%x,%x", c, c + 1, c + 2, c + 3);
+    const int count =
+        scan(behind(mask, "colors:", 7), "%llx,%llx,%llx,%llx", n, n + 1, n + 2, n + 3);
+    store(n, count, parser_.customColors);
   }
 
   void readSwitch(const String& value) {
@@ -168,14 +180,13 @@ class IdxConverter {
   }
 
   void readTimestamp(const String& value, int index) {
-    int hours = 0;
-    int minutes = 0;
-    int seconds = 0;
-    int milliseconds = 0;
-    scan(value, "%d:%d:%d:%d", &hours, &minutes, &seconds, &milliseconds);
+    long long fields[4] = {};
+    scan(value, "%lld:%lld:%lld:%lld", fields, fields + 1, fields + 2, fields + 3);
     auto& entry = parser_.sessions[IdxRules<Char>::key(index, entries_)];
     // Deliberate: hours and minutes alone wrap at 32 bits.
-    entry.startTime = milliseconds32(hours, minutes, 0, 0) + seconds * 1000LL + milliseconds;
+    entry.startTime =
+        milliseconds32(static_cast<int>(fields[0]), static_cast<int>(fields[1]), 0, 0) +
+        static_cast<int>(fields[2]) * 1000LL + static_cast<int>(fields[3]);
     const String position = behind(value, "filepos:", IdxRules<Char>::kFilePosLength);
     entry.filePos = scanFilePos(position, IdxRules<Char>::initialFilePos(entry.filePos));
     ++entries_;
@@ -259,7 +270,7 @@ unsigned char* ksIdxParser::GetPacket(long long t, int& size, int& ctrlOffset) {
   // Deliberate: this stream is never closed.
   std::FILE* const stream = sub_fopen(subFilePath.getData(), "rb");
   if (stream == nullptr) return nullptr;
-  std::fseek(stream, static_cast<long>(position), SEEK_SET);
+  fseeko(stream, position, SEEK_SET);
   ProgramStreamPack pack;
   pack.read(stream);
   if (!pack.beginsUnit()) return nullptr;
