@@ -59,7 +59,8 @@ need() {
 need_compiler() { need g++ cmake libuchardet-dev ninja-build pkgconf "$@"; }
 
 # Configures and builds one of the presets.
+#   build PRESET [--target TARGET]
 build() {
   say "Building ($1)"
-  (cd "$root" && cmake --preset "$1" >/dev/null && cmake --build --preset "$1")
+  (cd "$root" && cmake --preset "$1" >/dev/null && cmake --build --preset "$@")
 }
