@@ -23,8 +23,7 @@ void checkTexts(std::string_view text) {
   parser.ConvertBufToAssMap();
   int key = 0;
   for (const std::string& clean : expected) {
-    check(narrow(parser.sessions.at(++key).text) == clean,
-          "an event has its text without tags");
+    check(narrow(parser.sessions.at(++key).text) == clean, "an event has its text without tags");
   }
 }
 
