@@ -232,8 +232,10 @@ template <typename Char>
 int ksBasicString<Char>::compareNoCase(const Char* a, const Char* b, int n) noexcept {
   using Value = typename WidthRules<Char>::Value;
   for (int i = 0; i < n; ++i) {
+    // NOLINTBEGIN(bugprone-signed-char-misuse): bytes compare as signed values on purpose
     const auto x = static_cast<Value>(WidthRules<Char>::toUpper(a[i]));
     const auto y = static_cast<Value>(WidthRules<Char>::toUpper(b[i]));
+    // NOLINTEND(bugprone-signed-char-misuse)
     if (x != y) return x < y ? -1 : 1;
   }
   return 0;
