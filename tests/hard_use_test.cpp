@@ -32,12 +32,23 @@ void* operator new(std::size_t size) {
   return memory;
 }
 
+void* operator new(std::size_t size, const std::nothrow_t&) noexcept {
+  try {
+    return operator new(size);
+  } catch (const std::bad_alloc&) {
+    return nullptr;
+  }
+}
+
 void operator delete(void* memory) noexcept {
   liveBytes.fetch_sub(static_cast<long>(malloc_usable_size(memory)), std::memory_order_relaxed);
   std::free(memory);
 }
 
 void operator delete(void* memory, std::size_t) noexcept { operator delete(memory); }
+
+// The detector of encodings loses what it has when memory runs out while it is made.
+extern "C" const char* __lsan_default_suppressions() { return "leak:libuchardet"; }
 
 // The linker leads the library's calls of fopen() here, so that a file can change just before one.
 extern "C" std::FILE* __real_fopen(const char* path, const char* mode);
