@@ -48,7 +48,9 @@ void operator delete(void* memory) noexcept {
 void operator delete(void* memory, std::size_t) noexcept { operator delete(memory); }
 
 // The detector of encodings loses what it has when memory runs out while it is made.
-extern "C" const char* __lsan_default_suppressions() { return "leak:libuchardet"; }
+extern "C" __attribute__((visibility("default"))) const char* __lsan_default_suppressions() {
+  return "leak:libuchardet";
+}
 
 // The linker leads the library's calls of fopen() here, so that a file can change just before one.
 extern "C" std::FILE* __real_fopen(const char* path, const char* mode);
