@@ -3,16 +3,19 @@
 
 #include <filesystem>
 #include <fstream>
-#include <iterator>
 #include <random>
 #include <string_view>
 
 namespace bench {
 namespace {
 
-constexpr std::string_view kWords[] = {"a",  "and",  "before", "children", "for",   "harbour",
-                                       "he", "lamp", "light",  "never",    "night", "nobody",
-                                       "of", "said", "she",    "ship",     "the",   "where"};
+using Words = std::vector<std::string>;
+
+const Words kWords = {"a",  "and",  "before", "children", "for",   "harbour",
+                      "he", "lamp", "light",  "never",    "night", "nobody",
+                      "of", "said", "she",    "ship",     "the",   "where"};
+const Words kRussianWords = {"дети", "и",     "корабль", "лампа", "на",  "никогда", "никто", "ночь",
+                             "она",  "перед", "сказал",  "свет",  "там", "тихо",    "что",   "это"};
 
 constexpr std::string_view kScriptHead =
     "[Script Info]\nScriptType: v4.00+\nPlayResX: 1920\nPlayResY: 1080\n\n[V4+ Styles]\n"
@@ -37,6 +40,11 @@ std::string eventLine(int start, int end, const std::string& text) {
          "\n";
 }
 
+std::string subRipCue(int number, int start, int end, const std::string& text) {
+  return std::to_string(number) + "\n" + subRipTime(start) + " --> " + subRipTime(end) + "\n" +
+         text + "\n\n";
+}
+
 struct Range {
   int least;
   int most;
@@ -54,6 +62,8 @@ constexpr Pace kSong{{-2000, -1500}, {2000, 2500}};  // four or five lines at on
 
 class Writer {
  public:
+  explicit Writer(const Words& words) : words_(words) {}
+
   std::string words(int length) {
     std::string text;
     while (text.size() < static_cast<std::size_t>(length)) (text += word()) += ' ';
@@ -88,8 +98,7 @@ class Writer {
     for (int cue = 1, end = 0; cue <= cues; ++cue) {
       const int start = end + in(kSpeech.gap);
       end = start + in(kSpeech.length);
-      file += std::to_string(cue) + "\n" + subRipTime(start) + " --> " + subRipTime(end) + "\n" +
-              text() + "\n\n";
+      file += subRipCue(cue, start, end, text());
     }
     return file;
   }
@@ -111,8 +120,9 @@ class Writer {
     return range.least +
            static_cast<int>(random_() % static_cast<unsigned>(range.most - range.least + 1));
   }
-  std::string_view word() { return kWords[random_() % std::size(kWords)]; }
+  const std::string& word() { return words_[random_() % words_.size()]; }
 
+  const Words& words_;
   std::mt19937 random_{1};
   int speeches_ = 0;
 };
@@ -120,6 +130,25 @@ class Writer {
 std::string utf16(std::string_view text) {
   std::string result = "\xFF\xFE";
   for (const char c : text) result += {c, '\0'};
+  return result;
+}
+
+std::string withCrLf(std::string_view text) {
+  std::string result;
+  for (const char c : text) {
+    if (c == '\n') result += '\r';
+    result += c;
+  }
+  return result;
+}
+
+/// Letters of Russian and ASCII in windows-1251.
+std::string windows1251(std::string_view utf8) {
+  std::string result;
+  for (std::size_t i = 0; i < utf8.size(); ++i) {
+    const auto lead = static_cast<unsigned char>(utf8[i]);
+    result += lead < 0x80 ? utf8[i] : static_cast<char>((lead << 6 & 0x40) + utf8[++i] + 0x30);
+  }
   return result;
 }
 
@@ -134,13 +163,14 @@ std::string writeFile(const std::string& name, std::string_view content) {
 
 Input write(const std::string& name, const std::string& title, const std::string& text) {
   return {name, title + ", " + std::to_string((text.size() + 500) / 1000) + " KB",
-          writeFile(name, text), writeFile("wide-" + name, utf16(text))};
+          writeFile(name, text), writeFile("crlf-" + name, withCrLf(text)),
+          writeFile("wide-" + name, utf16(text))};
 }
 
 }  // namespace
 
 std::vector<Input> writeInputs() {
-  Writer writer;
+  Writer writer(kWords);
   const auto speech = [&] { return writer.speech("\n"); };
   const auto styledSpeech = [&] { return writer.styledSpeech(); };
   const auto syllables = [&] { return writer.syllables(); };
@@ -152,6 +182,24 @@ std::vector<Input> writeInputs() {
       write("karaoke.ass", "ASS, 15,000 karaoke events", writer.script(15000, kSong, syllables)),
       write("lines.srt", "SubRip, five long lines", writer.subRip(5, longLine)),
       write("lines.ass", "ASS, five long lines", writer.script(5, kSpeech, longLine))};
+}
+
+Input writeCodePageInput() {
+  Words words;
+  for (const std::string& word : kRussianWords) words.push_back(windows1251(word));
+  Writer writer(words);
+  return write("russian.srt", "SubRip, windows-1251, 4,826 cues",
+               writer.subRip(4826, [&] { return writer.speech("\n"); }));
+}
+
+Input writeStack(int cues, int atOnce) {
+  constexpr int kStep = 100;
+  std::string file = subRipCue(1, 0, (cues + atOnce) * kStep, "All.");
+  for (int i = 1; i < cues; ++i) {
+    file += subRipCue(i + 1, i * kStep, (i + atOnce) * kStep, "Cue " + std::to_string(i) + ".");
+  }
+  const std::string name = std::to_string(cues) + "-" + std::to_string(atOnce);
+  return write(name + ".srt", name, file);
 }
 
 Input writeEvent(const std::string& name, const std::string& text) {

@@ -1,24 +1,21 @@
-// Measures opening and queries of the library beside the yardsticks.
+// Measures opening and queries of the libraries beside the yardsticks.
 //
 //   --override-growth  measures also how the removal of override tags grows with the line
 #include <benchmark/benchmark.h>
 #include <malloc.h>
 
-#include <algorithm>
 #include <cstring>
 #include <exception>
 #include <iostream>
-#include <iterator>
-#include <map>
 #include <memory>
-#include <random>
 #include <stdexcept>
 #include <string>
 #include <type_traits>
 #include <vector>
 
+#include "benchmarks/import.h"
 #include "benchmarks/inputs.h"
-#include "benchmarks/memory.h"
+#include "benchmarks/measure.h"
 #include "benchmarks/table.h"
 #include "benchmarks/yardsticks.h"
 #include "kssubtitle/kssubtitle.h"
@@ -26,9 +23,6 @@
 namespace {
 
 using namespace bench;
-using Moments = std::vector<long long>;
-
-constexpr std::size_t kQueries = 10'000;
 
 std::unique_ptr<ksSubtitleManager> openFile(const std::string& path) {
   auto manager = std::make_unique<ksSubtitleManager>();
@@ -53,69 +47,6 @@ auto search(const Input& input) {
   };
 }
 
-template <typename Run>
-void addBenchmark(const std::string& name, Run run) {
-  benchmark::RegisterBenchmark(name.c_str(), run)->MinTime(0.005);
-}
-
-/// Everything that `read` builds is destroyed within the measured time.
-template <typename Read>
-void measureReading(const std::string& name, Read read) {
-  const auto run = [read](benchmark::State& state) {
-    for (auto _ : state) {
-      auto result = read();
-      benchmark::DoNotOptimize(result);
-    }
-    state.counters[kPeak] = static_cast<double>(peakDuring(read));
-  };
-  addBenchmark(name, run);
-}
-
-/// Opens anew each time: kept files would leave the others a heap in pieces.
-template <typename Open>
-void measureQueries(const std::string& name, const Moments& moments, Open open) {
-  const auto run = [=](benchmark::State& state) {
-    const auto ask = open();
-    while (state.KeepRunningBatch(static_cast<benchmark::IterationCount>(moments.size()))) {
-      for (const long long t : moments) {
-        auto answer = ask(t);
-        benchmark::DoNotOptimize(answer);
-      }
-    }
-  };
-  addBenchmark(name, run);
-}
-
-Moments randomMoments(std::size_t count, long long duration) {
-  std::mt19937 random(1);
-  std::uniform_int_distribution<long long> distribution(0, duration);
-  Moments moments(count);
-  for (long long& t : moments) t = distribution(random);
-  return moments;
-}
-
-/// A clock of 60 Hz.
-Moments clockMoments(std::size_t count, long long start) {
-  Moments moments;
-  for (std::size_t tick = 0; tick < count; ++tick) {
-    moments.push_back(start + static_cast<long long>(tick) * 1000 / 60);
-  }
-  return moments;
-}
-
-/// No ratio means anything unless both sides do the same.
-template <typename Ask, typename Search>
-void requireSameAnswers(const Moments& moments, const Ask& ask, const Search& search) {
-  for (const long long t : moments) {
-    const auto answer = ask(t);
-    const auto expected = search(t);
-    if (answer.start != expected.start || answer.end != expected.end ||
-        answer.text.getData() != expected.text) {
-      throw std::runtime_error("the library and the yardstick disagree at " + std::to_string(t));
-    }
-  }
-}
-
 template <typename Char>
 void addQueries(const std::string& name, const Input& input, const Moments& moments) {
   requireSameAnswers(moments, library<Char>(input), search<Char>(input));
@@ -125,18 +56,6 @@ void addQueries(const std::string& name, const Input& input, const Moments& mome
 
 void addOpening(const Input& input) {
   measureReading("open/" + input.name, [path = input.path] { return openFile(path); });
-}
-
-/// Moments under the names of their orders; fewer for the few cues whose copies take long.
-std::map<std::string, Moments> momentsOf(const Input& input) {
-  const PlainFile plain = plainLoop(input.path);
-  if (onePass(input.path).cues.size() != plain.cues.size()) {
-    throw std::runtime_error("the yardsticks disagree on " + input.path);
-  }
-  const std::size_t count = std::min(kQueries, plain.cues.size() * 20);
-  const auto middle = std::next(plain.cues.begin(), static_cast<long>(plain.cues.size() / 2));
-  return {{"/random", randomMoments(count, openFile(input.path)->DurationTime())},
-          {"/clock", clockMoments(count, middle->second.start)}};
 }
 
 void addAll(const Input& input) {
@@ -170,6 +89,7 @@ std::vector<std::vector<Input>> writeOverrideTexts() {
 void run(bool withGrowth) {
   const std::vector<Input> inputs = writeInputs();
   for (const Input& input : inputs) addAll(input);
+  const ImportBenchmarks import(inputs);
   std::vector<std::vector<Input>> growth;
   if (withGrowth) growth = writeOverrideTexts();
   for (const auto& series : growth) {
@@ -178,6 +98,7 @@ void run(bool withGrowth) {
   Results results;
   benchmark::RunSpecifiedBenchmarks(&results);
   printTables(inputs, results);
+  import.print(results);
   for (const auto& series : growth) printGrowth(series, results);
 }
 

@@ -37,3 +37,8 @@ std::size_t bench::peakDuring(const std::function<void()>& work) {
   isCounting = false;
   return peak;
 }
+
+std::size_t bench::keptBy(const std::function<void()>& work) {
+  peakDuring(work);
+  return live;
+}

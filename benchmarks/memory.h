@@ -8,5 +8,7 @@ namespace bench {
 
 /// The most bytes in use at once while `work` runs, beyond those in use before.
 std::size_t peakDuring(const std::function<void()>& work);
+/// The bytes that `work` leaves in use, beyond those before.
+std::size_t keptBy(const std::function<void()>& work);
 
 }  // namespace bench

@@ -12,7 +12,8 @@ namespace {
 
 constexpr const char* kNotMeasured = "-";
 
-/// Three significant digits.
+}  // namespace
+
 std::string rounded(double value) {
   std::ostringstream out;
   out << std::fixed << std::setprecision(value < 10 ? 2 : value < 100 ? 1 : 0) << value;
@@ -43,6 +44,8 @@ void printHead(const std::vector<std::string>& titles) {
   rule.front() = "---";
   printRow(rule);
 }
+
+namespace {
 
 void printOpening(const std::vector<Input>& inputs, const Results& results) {
   printHead({"`Open`", "time", "/ plain loop", "/ one pass", "peak memory / plain loop",
@@ -78,17 +81,19 @@ void printQueries(const std::vector<Input>& inputs, const Results& results) {
 void Results::ReportRuns(const std::vector<Run>& runs) {
   for (const Run& run : runs) {
     if (run.run_type != Run::RT_Iteration || run.iterations == 0) continue;
-    Result& result = results_[run.run_name.function_name];
-    result.seconds =
-        std::min(result.seconds, run.cpu_accumulated_time / static_cast<double>(run.iterations));
+    Repetitions& repetitions = results_[run.run_name.function_name];
+    repetitions.seconds.push_back(run.cpu_accumulated_time / static_cast<double>(run.iterations));
     const auto peak = run.counters.find(kPeak);
-    if (peak != run.counters.end()) result.peakBytes = peak->second;
+    if (peak != run.counters.end()) repetitions.peakBytes = peak->second;
   }
 }
 
 Result Results::of(const std::string& name) const {
   const auto result = results_.find(name);
-  return result == results_.end() ? Result{} : result->second;
+  if (result == results_.end()) return {};
+  std::vector<double> seconds = result->second.seconds;
+  std::ranges::sort(seconds);
+  return {seconds[seconds.size() / 2], result->second.peakBytes};
 }
 
 void printTables(const std::vector<Input>& inputs, const Results& results) {

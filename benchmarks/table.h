@@ -16,8 +16,7 @@ namespace bench {
 inline constexpr const char* kPeak = "peak";
 
 struct Result {
-  /// CPU time: the least of all repetitions, for noise only adds.
-  double seconds = std::numeric_limits<double>::infinity();
+  double seconds = std::numeric_limits<double>::infinity();  ///< CPU time, the median.
   double peakBytes = std::numeric_limits<double>::infinity();
 };
 
@@ -30,8 +29,20 @@ class Results : public benchmark::BenchmarkReporter {
   Result of(const std::string& name) const;
 
  private:
-  std::map<std::string, Result> results_;
+  struct Repetitions {
+    std::vector<double> seconds;
+    double peakBytes = std::numeric_limits<double>::infinity();
+  };
+
+  std::map<std::string, Repetitions> results_;
 };
+
+// Cells and rows of tables. What is not measured is a dash.
+std::string rounded(double value);  ///< To three significant digits.
+std::string ratio(double value, double yardstick);
+std::string duration(double seconds);
+void printHead(const std::vector<std::string>& titles);
+void printRow(const std::vector<std::string>& cells);
 
 void printTables(const std::vector<Input>& inputs, const Results& results);
 /// Prints how the time grows from each input to the next, a double one.

@@ -137,11 +137,16 @@ PlainFile plainLoop(const std::string& path) {
   return result;
 }
 
-OnePassFile onePass(const std::string& path) {
+OnePassFile readOnly(const std::string& path) {
   const std::size_t size = std::filesystem::file_size(path);
-  OnePassFile result{std::make_unique_for_overwrite<char[]>(size), {}};
-  const std::size_t got = std::fread(result.bytes.get(), 1, size, openFile(path).get());
-  const std::string_view text(result.bytes.get(), got);
+  OnePassFile result{std::make_unique_for_overwrite<char[]>(size), 0, {}};
+  result.size = std::fread(result.bytes.get(), 1, size, openFile(path).get());
+  return result;
+}
+
+OnePassFile onePass(const std::string& path) {
+  OnePassFile result = readOnly(path);
+  const std::string_view text(result.bytes.get(), result.size);
   result.cues = isScript(path) ? scriptViews(text) : subRipViews(text);
   return result;
 }

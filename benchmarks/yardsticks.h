@@ -36,9 +36,12 @@ struct CueView {
 /// The least for any design: no byte of the file is copied.
 struct OnePassFile {
   std::unique_ptr<char[]> bytes;
+  std::size_t size;
   std::vector<CueView> cues;
 };
 
+/// The bytes alone.
+OnePassFile readOnly(const std::string& path);
 OnePassFile onePass(const std::string& path);
 
 /// The least for an answer that owns its text: a binary search over disjoint segments.
