@@ -14,7 +14,7 @@
 #include "kssubtitle/import/moments/moments.h"
 #include "kssubtitle/import/report_data.h"
 #include "kssubtitle/import/text/bytes.h"
-#include "kssubtitle/import/text/decoding.h"
+#include "kssubtitle/import/text/file_text.h"
 #include "kssubtitle/import/text/lines.h"
 #include "kssubtitle/import/text/unicode.h"
 
@@ -24,21 +24,6 @@ namespace {
 
 /// Line numbers are `int`.
 constexpr std::size_t kMostBytes = INT_MAX;
-
-/// Notes the lines of what could not be decoded.
-void noteReplacements(const DecodedText& decoded, Notes& notes) {
-  std::size_t at = 0;
-  int line = 1;
-  for (const std::size_t offset : decoded.replacements.offsets()) {
-    line += countLines(std::string_view(decoded.text).substr(at, offset - at));
-    at = offset;
-    notes.add(ksImportProblem::kUndecodable, line);
-  }
-  for (std::size_t i = decoded.replacements.offsets().size(); i < decoded.replacements.count();
-       ++i) {
-    notes.add(ksImportProblem::kUndecodable, line);
-  }
-}
 
 /// The format of a text in which zero characters do not count.
 const Format* recogniseText(std::string_view text, std::string_view path) {
@@ -171,14 +156,9 @@ bool ksImportParser::openBytes(std::string bytes, std::string_view path,
     report.refusalSentence = seen.sentence;
     return refuse(seen.refusal);
   }
-  FoundEncoding found = findEncoding(bytes, {options.encoding, options.fallbackEncoding});
-  std::optional<DecodedText> decoded = decode(std::move(bytes), found);
-  if (!decoded) return refuse(ksImportRefusal::kUnknownEncoding);
-  report.encodingSource = found.source;
-  report.encoding = std::move(found.encoding.name);
-  report.lineEnds = settleLineEnds(decoded->text);
-  noteReplacements(*decoded, report.notes);
-  return openText(std::move(decoded->text), path, options);
+  std::optional<std::string> text = textOf(std::move(bytes), options, report);
+  if (!text) return refuse(ksImportRefusal::kUnknownEncoding);
+  return openText(std::move(*text), path, options);
 }
 
 bool ksImportParser::openText(std::string text, std::string_view path,
