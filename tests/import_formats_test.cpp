@@ -118,6 +118,8 @@ constexpr FormatCase kLineTimes[] = {
      "tmplayer\n10000 13000 A|B"},
     {"fractions", "a.txt", "00:00:01.5:A\n00:00:02.25:B\n00:00:03 C\n00:00:04:\n",
      "tmplayer\n1500 2250 A\n2250 3000 B\n3000 4000 C"},
+    {"VPlayer times with a fraction before a blank", "film.txt",
+     "00:00:01.50 A\n00:00:02.25 B|C\n00:00:03.00 \n", "tmplayer\n1500 2250 A\n2250 3000 B|C"},
     {"SubRip that quotes it", "a.txt",
      "1\n00:00:01,000 --> 00:00:02,000\n10:30:00: A\n10:31:00: B\n",
      "subrip\n1000 2000 10:30:00: A|10:31:00: B"},

@@ -55,7 +55,7 @@ std::optional<TimedLine> timedLineOf(std::string_view text) noexcept {
   line.start = *start;
   const bool hasMore = text.front() == '.' || text.front() == ',';
   if (hasMore && !takeFractionOrNumber(text, line)) return std::nullopt;
-  line.isAmbiguous = !hasMore && text.starts_with(' ');
+  line.isAmbiguous = text.starts_with(' ');
   if (!line.isAmbiguous && !text.starts_with(':') && !text.starts_with('=')) return std::nullopt;
   line.text = text.substr(1);
   if (withoutLeadingBlanks(line.text).starts_with("-->")) return std::nullopt;
