@@ -1,5 +1,6 @@
 // Files of any content, opened by the import library with any options.
 #include "fuzz/support.h"
+#include "kssubtitle/import/formats/formats.h"
 #include "kssubtitle/import/markup/white_space.h"
 #include "kssubtitle/import/text/unicode.h"
 #include "tests/models/moments_model.h"
@@ -10,13 +11,13 @@ using namespace kssubtitle::importing;
 
 /// The first two bytes of an input choose the options.
 ksImportOptions optionsOf(unsigned char first, unsigned char second) {
-  constexpr const char* kFormats[] = {"", "", "subrip", "ass"};
   constexpr const char* kEncodings[] = {
       "",      "",        "",        "",       "windows-1251", "UTF-8",  "CP932",  "UTF-16",
       "UTF-7", "UCS-4LE", "GB18030", "UTF-32", "ISO-2022-JP",  "EUC-KR", "CP1255", "x"};
   ksImportOptions options;
   options.markup = (first & 1) != 0 ? ksImportMarkup::kHtml : ksImportMarkup::kPlain;
-  options.format = kFormats[first >> 1 & 3];
+  const std::size_t format = first >> 4;  // from 1; otherwise it is to be recognised
+  if (format - 1 < formats().size()) options.format = formats()[format - 1].name;
   options.maxBytes = (first & 8) != 0 ? 2048 : options.maxBytes;
   options.encoding = kEncodings[second & 15];
   options.fallbackEncoding = kEncodings[second >> 4];
