@@ -72,6 +72,8 @@ TEST_F(KssubTest, commands_print_answers) {
       {"play plain.srt --from 0:0.9 --speed 2", played},
       {"play plain.srt --from 0:0.9 --speed 2 --exact", played},
       {"--version", "kssub \\d+\\.\\d+\\.\\d+\n"},
+      {"help", "[^]*\n  list  +Print every cue[^]*"},
+      {"help play", "Show each cue in its time\n[^]*\nExamples:\n  kssub play [^]*TIME is in [^]*"},
   };
   for (const auto& [arguments, out] : cases) expectRun(arguments, out, "", 0);
   expectRun("play plain.srt --from 3000", "", "kssub: plain.srt: nothing left to play, .*\n", 0);
@@ -165,8 +167,12 @@ TEST_F(KssubTest, failures_are_told_apart_by_exit_status) {
   const struct {
     std::string command, arguments, reason;
   } usageFailures[] = {{"", "", "A subcommand is required"},
-                       {"", "show plain.srt", "there is no subcommand or option \"show\""},
+                       {"", "show plain.srt", "there is no command or option \"show\""},
+                       {"", "lsit plain.srt", "there is no .* \"lsit\"; did you mean list\\?"},
+                       {"", "-json", "there is no command or option \"-json\""},
+                       {" help", "pla", "there is no command \"pla\"; did you mean play\\?"},
                        {" list", "plain.srt --x a", "unexpected: \"--x\" \"a\""},
+                       {" at", "plain.srt 0 --jsn", "unexpected: \"--jsn\"; did .* --json\\?"},
                        {" at", "plain.srt", "TIME is required"},
                        {" play", "plain.srt --from soon", notATime},
                        {" list", "- --exact", "--exact: needs the name of a file, not -"},

@@ -1,36 +1,45 @@
-// What the program can be asked to do, one function for each of its commands.
+// The commands of kssub: each is a class of its own in a source of its own, which this lists.
 #pragma once
 
-#include <string>
-#include <vector>
+#include <memory>
 
-#include "tools/kssub/subtitle_file.h"
+namespace CLI {
+class App;
+}
 
 namespace kssub {
 
-// All write to std::cout, whose state tells of failed writes, and throw std::runtime_error when the
-// file cannot be read.
+/// What the help tells of a command.
+struct Introduction {
+  const char* name;      ///< As it is typed.
+  const char* summary;   ///< One sentence without a full stop, as an order.
+  const char* examples;  ///< Command lines, one a line, each ended by a line feed.
+};
 
-enum class Output { kTable, kJson };
+class Command {
+ public:
+  Command() = default;
+  Command(const Command&) = delete;
+  Command& operator=(const Command&) = delete;
+  virtual ~Command() = default;
 
-/// Prints the duration, and what is shown at each of `times`; as JSON an object for each time.
-void at(const FileRequest& request, const std::vector<long long>& times, Output output);
+  virtual Introduction introduction() const = 0;
+  /// Adds the command's arguments and options to `app`, which is of this command alone and is not
+  /// used after it. A footer that is set here stands below the examples.
+  virtual void addOptions(CLI::App& app) = 0;
+  /// Does what the command line asks for and returns the exit status. Writes to std::cout, whose
+  /// state tells of failed writes. Throws std::runtime_error when a file cannot be read or written,
+  /// and CLI::ParseError when the command line is wrong after all.
+  virtual int run() = 0;
+};
 
-/// Prints every cue, as a table by time with a line on the file below it, or as JSON an object for
-/// each cue. With `withNotes` the problems of the file go to standard error.
-void list(const FileRequest& request, Output output, bool withNotes);
+inline constexpr int kSuccess = 0;
+inline constexpr int kFileFailure = 1;
+inline constexpr int kUsageFailure = 2;
 
-/// Shows each cue while a clock, started at `from` and running `speed` times as fast as real time,
-/// passes it. Returns after the last one, or at SIGINT or SIGTERM, which it sends on to its own
-/// process when the terminal is as it was. If the file ends before `from`, it says so on standard
-/// error.
-void play(const FileRequest& request, long long from, double speed);
-
-/// Writes the picture that the VobSub index at `index` shows near `time` as a PNG file.
-void picture(const std::string& index, long long time, const std::string& output);
-
-/// Writes the picture of every entry of the index into `directory`, which is made if need be.
-/// Throws std::runtime_error when all are tried if some of them are broken.
-void allPictures(const std::string& index, const std::string& directory);
+std::unique_ptr<Command> makeAt();
+std::unique_ptr<Command> makeList();
+std::unique_ptr<Command> makePicture();
+std::unique_ptr<Command> makePlay();
 
 }  // namespace kssub

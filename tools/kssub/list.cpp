@@ -1,9 +1,11 @@
 // The command `list`: every cue of a file.
+#include <CLI/CLI.hpp>
 #include <algorithm>
 #include <iomanip>
 #include <iostream>
 #include <span>
 
+#include "tools/kssub/command_line.h"
 #include "tools/kssub/commands.h"
 #include "tools/kssub/json.h"
 #include "tools/kssub/terminal_text.h"
@@ -54,19 +56,46 @@ void printObjects(const Cues& cues) {
   }
 }
 
+class List : public Command {
+ public:
+  Introduction introduction() const override {
+    return {"list", "Print every cue as a table",
+            "kssub list film.srt --notes\nunzip -p film.zip | kssub list - --json\n"};
+  }
+
+  void addOptions(CLI::App& app) override {
+    addFile(app, request_);
+    app.add_flag("--json", asJson_, "Print one JSON object a line");
+    app.add_flag("--notes", withNotes_, "Tell the file's problems on standard error");
+  }
+
+  int run() override {
+    const std::unique_ptr<SubtitleFile> file = openSubtitles(request_);
+    if (asJson_) {
+      printObjects(file->list(Order::kAsInFile).cues);
+    } else {
+      const Listing listing = file->list(Order::kByTime);
+      printTable(listing.cues);
+      printSummary(listing.cues, listing.summary);
+    }
+    if (withNotes_) printNotes(*file);
+    return kSuccess;
+  }
+
+ private:
+  void printNotes(const SubtitleFile& file) const {
+    for (const std::string& note : file.notes(request_.path)) {
+      std::cerr << terminalText(note) << '\n';
+    }
+  }
+
+  FileRequest request_;
+  bool asJson_ = false;
+  bool withNotes_ = false;
+};
+
 }  // namespace
 
-void list(const FileRequest& request, Output output, bool withNotes) {
-  const std::unique_ptr<SubtitleFile> file = openSubtitles(request);
-  if (output == Output::kJson) {
-    printObjects(file->list(Order::kAsInFile).cues);
-  } else {
-    const Listing listing = file->list(Order::kByTime);
-    printTable(listing.cues);
-    printSummary(listing.cues, listing.summary);
-  }
-  if (!withNotes) return;
-  for (const std::string& note : file->notes(request.path)) std::cerr << terminalText(note) << '\n';
-}
+std::unique_ptr<Command> makeList() { return std::make_unique<List>(); }
 
 }  // namespace kssub

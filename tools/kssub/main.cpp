@@ -1,174 +1,31 @@
 // kssub, a host of the libraries on the command line: the command line itself.
+#include <unistd.h>
+
 #include <CLI/CLI.hpp>
-#include <cmath>
 #include <csignal>
 #include <iostream>
-#include <optional>
+#include <sstream>
 #include <string>
 #include <vector>
 
 #include "kssubtitle/version.h"
-#include "tools/kssub/code_pages.h"
+#include "tools/kssub/colours.h"
 #include "tools/kssub/commands.h"
-#include "tools/kssub/terminal_text.h"
-#include "tools/kssub/times.h"
+#include "tools/kssub/usage.h"
 
 namespace {
 
-constexpr int kFileFailure = 1;
-constexpr int kUsageFailure = 2;
+using kssub::Command;
+using Commands = std::vector<std::unique_ptr<Command>>;
 
-struct Options {
-  kssub::FileRequest request;
-  bool asJson = false;
-  bool withNotes = false;
-  std::string index;
-  std::vector<long long> times;
-  long long from = 0;
-  double speed = 1;
-  std::string output;
-  std::string directory;
-};
-
-std::string quoted(const std::string& word) { return '"' + word + '"'; }
-
-long long requireTime(const std::string& text) {
-  const std::optional<long long> time = kssub::parseTime(text);
-  if (!time) {
-    throw CLI::ValidationError(quoted(text) +
-                               " is not a time: write 1:02:03.456, 0:01.5 or 1500 (milliseconds)");
-  }
-  return *time;
-}
-
-void explainTimes(CLI::App& command) {
-  command.footer(
-      "TIME is in milliseconds, or [hours:]minutes:seconds with up to three digits behind a point\n"
-      "or comma: 1500, 0:01.5 and 0:00:01,500 are the same. A negative one begins with '-'.");
-}
-
-auto requirePositive(const char* option, double& value) {
-  return [option, &value](const double& number) {
-    if (!std::isfinite(number) || number <= 0) {
-      throw CLI::ValidationError(option, "must be a number above 0");
-    }
-    value = number;
-  };
-}
-
-void addReadingOptions(CLI::App& command, kssub::FileRequest& request) {
-  CLI::Option* exact = command.add_flag("--exact", request.isExact,
-                                        "Ask the fixed readers: .srt, .ass and .ssa files alone");
-  ksImportOptions& options = request.options;
-  options.fallbackEncoding = kssub::codePageOfUser();
-  const auto add = [&](const char* name, std::string& value, const char* description) {
-    command.add_option(name, value, description)->type_name("NAME")->excludes(exact);
-  };
-  add("--encoding", options.encoding, "The file's encoding, whatever it looks like");
-  add("--fallback", options.fallbackEncoding,
-      "The encoding of text that cannot be told; else the one usual in the user's language");
-  add("--format", options.format, "The file's format, whatever it looks like");
-  add("--language", options.language, "Which of a file's languages");
-  command
-      .add_option_function<double>("--fps", requirePositive("--fps", options.frameRate),
-                                   "Frames in a second, where a file counts frames")
-      ->type_name("NUMBER")
-      ->excludes(exact);
-  command.callback([&request] {
-    if (request.isExact && request.path == "-") {
-      throw CLI::ValidationError("--exact", "needs the name of a file, not -");
-    }
-  });
-}
-
-void addJson(CLI::App& command, Options& options) {
-  command.add_flag("--json", options.asJson, "Print one JSON object a line");
-}
-
-CLI::App* addCommand(CLI::App& app, const char* name, const char* description, Options& options) {
-  CLI::App* command = app.add_subcommand(name, description);
-  command->add_option("FILE", options.request.path, "A subtitle file; - for standard input")
-      ->required()
-      ->type_name("");
-  addReadingOptions(*command, options.request);
-  return command;
-}
-
-void addAt(CLI::App& app, Options& options) {
-  CLI::App* at =
-      addCommand(app, "at", "Print the duration and what is shown at each time", options);
-  const auto addTimes = [&options](const std::vector<std::string>& texts) {
-    for (const std::string& text : texts) options.times.push_back(requireTime(text));
-  };
-  at->add_option_function<std::vector<std::string>>("TIME", addTimes, "Times to ask for")
-      ->required()
-      ->type_name("");
-  addJson(*at, options);
-  explainTimes(*at);
-}
-
-void addList(CLI::App& app, Options& options) {
-  CLI::App* list = addCommand(app, "list", "Print every cue as a table", options);
-  addJson(*list, options);
-  list->add_flag("--notes", options.withNotes, "Tell the file's problems on standard error");
-}
-
-void addPlay(CLI::App& app, Options& options) {
-  CLI::App* play = addCommand(app, "play", "Show each cue in its time", options);
-  const auto setFrom = [&options](const std::string& text) { options.from = requireTime(text); };
-  play->add_option_function<std::string>("--from", setFrom, "Time to begin at")
-      ->type_name("TIME")
-      ->default_str("0");
-  play->add_option_function<double>("--speed", requirePositive("--speed", options.speed),
-                                    "How many times as fast")
-      ->type_name("NUMBER")
-      ->default_str("1");
-  explainTimes(*play);
-}
-
-void addPicture(CLI::App& app, Options& options) {
-  CLI::App* picture =
-      app.add_subcommand("picture",
-                         "Write what a VobSub index shows near TIME, cropped to its "
-                         "display area, as a PNG file with transparency");
-  picture->add_option("INDEX", options.index, "A .idx file with its .sub file beside it")
-      ->required()
-      ->type_name("");
-  const auto setTime = [&options](const std::string& text) { options.times = {requireTime(text)}; };
-  CLI::Option* time =
-      picture->add_option_function<std::string>("TIME", setTime, "Time to ask for")->type_name("");
-  CLI::Option* output =
-      picture->add_option("OUT.png", options.output, "The PNG file to write")->type_name("");
-  CLI::Option* all = picture
-                         ->add_option("--all", options.directory,
-                                      "Write the picture of every entry into this directory")
-                         ->type_name("DIR")
-                         ->excludes(time);
-  picture->callback([=] {
-    if (all->empty() && output->empty()) {
-      throw CLI::RequiredError("TIME and OUT.png, or --all DIR,");
-    }
-  });
-  explainTimes(*picture);
-}
-
-/// CLI11 itself names no unknown subcommand, and unexpected arguments from the last one on.
-std::string reasonOf(const CLI::App& app, const CLI::Error& error) {
-  const std::vector<std::string> extras = app.remaining(true);
-  if (app.get_subcommands().empty() && !extras.empty()) {
-    return "there is no subcommand or option " + quoted(extras.front());
-  }
-  if (error.get_exit_code() != static_cast<int>(CLI::ExitCodes::ExtrasError)) return error.what();
-  std::string reason = "unexpected:";
-  for (const std::string& extra : extras) reason += ' ' + quoted(extra);
-  return reason;
-}
-
-std::string usageMessage(const CLI::App* app, const CLI::Error& error) {
-  std::string command = "kssub";
-  for (const CLI::App* given : app->get_subcommands()) command += ' ' + given->get_name();
-  return "kssub: " + kssub::terminalText(reasonOf(*app, error)) + "\nRun " + command +
-         " --help for its usage.\n";
+/// Every command, in the order of the help.
+Commands makeCommands() {
+  Commands commands;
+  commands.push_back(kssub::makeList());
+  commands.push_back(kssub::makeAt());
+  commands.push_back(kssub::makePlay());
+  commands.push_back(kssub::makePicture());
+  return commands;
 }
 
 std::string version() {
@@ -176,52 +33,76 @@ std::string version() {
          std::to_string(KSSUBTITLE_VERSION_MINOR) + '.' + std::to_string(KSSUBTITLE_VERSION_PATCH);
 }
 
-void addCommands(CLI::App& app, Options& options) {
-  app.require_subcommand(1);
-  app.failure_message(usageMessage);
-  app.set_version_flag("--version", version(), "Print the version and exit");
-  addAt(app, options);
-  addList(app, options);
-  addPlay(app, options);
-  addPicture(app, options);
-  app.footer(
-      "Exit status: 0, or 1 if a file cannot be read or written, or 2 on a wrong command line.\n"
-      "Notes on a file and errors go to standard error.");
+std::string indented(const std::string& lines) {
+  std::istringstream in(lines);
+  std::string out;
+  for (std::string line; std::getline(in, line);) out += "  " + line + '\n';
+  return out;
 }
 
-void runPicture(const Options& options) {
-  if (options.times.empty()) {
-    kssub::allPictures(options.index, options.directory);
-  } else {
-    kssub::picture(options.index, options.times.front(), options.output);
+void addCommand(CLI::App& app, Command& command) {
+  const auto [name, summary, examples] = command.introduction();
+  CLI::App* added = app.add_subcommand(name, summary);
+  command.addOptions(*added);
+  std::string footer = "Examples:\n" + indented(examples);
+  if (!added->get_footer().empty()) footer += '\n' + added->get_footer();
+  added->footer(footer);
+}
+
+/// The command line as a whole. Its command is run when all of it has been read.
+class CommandLine {
+ public:
+  CommandLine() {
+    app_.require_subcommand(1);
+    app_.failure_message(kssub::usageMessage);
+    app_.set_version_flag("--version", version(), "Print the version and exit");
+    for (const auto& command : commands_) addCommand(app_, *command);
+    CLI::App* help = app_.add_subcommand("help", "Print the help on a command");
+    help->add_option("COMMAND", topic_, "Which command")->type_name("");
+    app_.footer(
+        "kssub help COMMAND, or kssub COMMAND --help, shows the options of a command and "
+        "examples.\n"
+        "\n"
+        "Exit status: 0, or 1 if a file cannot be read or written, or 2 on a wrong command line.\n"
+        "Notes on a file and errors go to standard error.");
   }
-}
 
-void run(const CLI::App& app, const Options& options) {
-  const kssub::Output output = options.asJson ? kssub::Output::kJson : kssub::Output::kTable;
-  if (app.got_subcommand("at")) kssub::at(options.request, options.times, output);
-  if (app.got_subcommand("list")) kssub::list(options.request, output, options.withNotes);
-  if (app.got_subcommand("play")) kssub::play(options.request, options.from, options.speed);
-  if (app.got_subcommand("picture")) runPicture(options);
-}
+  /// Returns the exit status.
+  int run(int argc, char** argv) {
+    try {
+      app_.parse(argc, argv);
+      return runCommand(app_.get_subcommands().front()->get_name());
+    } catch (const CLI::CallForHelp&) {
+      const std::vector<CLI::App*> given = app_.get_subcommands();
+      return help(given.empty() ? "" : given.front()->get_name());
+    } catch (const CLI::ParseError& error) {
+      return app_.exit(error) == 0 ? kssub::kSuccess : kssub::kUsageFailure;
+    }
+  }
+
+ private:
+  int runCommand(const std::string& name) {
+    for (const auto& command : commands_) {
+      if (command->introduction().name == name) return command->run();
+    }
+    return help(topic_);
+  }
+
+  int help(const std::string& topic) const {
+    std::cout << kssub::helpOn(app_, topic);
+    return kssub::kSuccess;
+  }
+
+  Commands commands_ = makeCommands();
+  std::string topic_;
+  CLI::App app_{"Tells what is in a subtitle file, and which subtitle is shown at a time.",
+                "kssub"};
+};
 
 int fail(const char* reason) {
-  std::cerr << "kssub: " << reason << '\n';
-  return kFileFailure;
-}
-
-/// Returns the exit status.
-int parseAndRun(int argc, char** argv) {
-  Options options;
-  CLI::App app("Tells which subtitle of a file is shown at a time.", "kssub");
-  addCommands(app, options);
-  try {
-    app.parse(argc, argv);
-    run(app, options);
-  } catch (const CLI::ParseError& error) {
-    if (app.exit(error) != 0) return kUsageFailure;
-  }
-  return std::cout.flush() ? 0 : fail("cannot write the output");
+  std::cerr << kssub::coloured("kssub:", kssub::Colour::kRed, STDERR_FILENO) << ' ' << reason
+            << '\n';
+  return kssub::kFileFailure;
 }
 
 }  // namespace
@@ -229,7 +110,8 @@ int parseAndRun(int argc, char** argv) {
 int main(int argc, char** argv) {
   std::signal(SIGPIPE, SIG_IGN);  // a closed pipe is a failed write like any other
   try {
-    return parseAndRun(argc, argv);
+    const int status = CommandLine().run(argc, argv);
+    return std::cout.flush() ? status : fail("cannot write the output");
   } catch (const std::exception& error) {
     return fail(error.what());
   }

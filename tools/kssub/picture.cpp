@@ -2,12 +2,14 @@
 #include <sys/resource.h>
 #include <unistd.h>
 
+#include <CLI/CLI.hpp>
 #include <algorithm>
 #include <filesystem>
 #include <iostream>
 #include <stdexcept>
 #include <system_error>
 
+#include "tools/kssub/command_line.h"
 #include "tools/kssub/commands.h"
 #include "tools/kssub/png_file.h"
 #include "tools/kssub/terminal_text.h"
@@ -133,9 +135,8 @@ class Export {
   std::size_t broken_ = 0;
 };
 
-}  // namespace
-
-void picture(const std::string& index, long long time, const std::string& output) {
+/// Writes what is shown near `time`.
+void writePictureNear(const std::string& index, long long time, const std::string& output) {
   VobSubFile file(index);
   const std::optional<Entry> entry = file.entryNear(time);
   if (!entry) {
@@ -149,8 +150,50 @@ void picture(const std::string& index, long long time, const std::string& output
   }
 }
 
-void allPictures(const std::string& index, const std::string& directory) {
-  Export(index, directory).run();
-}
+class Picture : public Command {
+ public:
+  Introduction introduction() const override {
+    return {"picture", "Write what a VobSub index shows near a time as a PNG file",
+            "kssub picture film.idx 1:47.25 shown.png\nkssub picture film.idx --all pictures\n"};
+  }
+
+  void addOptions(CLI::App& app) override {
+    app.add_option("INDEX", index_, "A .idx file with its .sub file beside it")
+        ->required()
+        ->type_name("");
+    const auto setTime = [this](const std::string& text) { time_ = requireTime(text); };
+    CLI::Option* time =
+        app.add_option_function<std::string>("TIME", setTime, "Time to ask for")->type_name("");
+    app.add_option("OUT.png", output_, "The PNG file to write")->type_name("");
+    app.add_option("--all", directory_, "Write the picture of every entry into this directory")
+        ->type_name("DIR")
+        ->excludes(time);
+    app.callback([this] {
+      if (directory_.empty() && output_.empty()) {
+        throw CLI::RequiredError("TIME and OUT.png, or --all DIR,");
+      }
+    });
+    explainTimes(app);
+  }
+
+  int run() override {
+    if (directory_.empty()) {
+      writePictureNear(index_, time_, output_);
+    } else {
+      Export(index_, directory_).run();
+    }
+    return kSuccess;
+  }
+
+ private:
+  std::string index_;
+  long long time_ = 0;
+  std::string output_;
+  std::string directory_;
+};
+
+}  // namespace
+
+std::unique_ptr<Command> makePicture() { return std::make_unique<Picture>(); }
 
 }  // namespace kssub

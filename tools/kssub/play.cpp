@@ -1,12 +1,14 @@
 // The command `play`: each cue in its time, as a player shows it.
 #include <unistd.h>
 
+#include <CLI/CLI.hpp>
 #include <chrono>
 #include <csignal>
 #include <iostream>
 #include <memory>
 #include <thread>
 
+#include "tools/kssub/command_line.h"
 #include "tools/kssub/commands.h"
 #include "tools/kssub/terminal_text.h"
 #include "tools/kssub/times.h"
@@ -108,20 +110,49 @@ void follow(const MediaClock& clock, SubtitleFile& file, Display& display) {
   if (shown && shown != after && goesOn()) display.show(duration + 1, after);
 }
 
+class Play : public Command {
+ public:
+  Introduction introduction() const override {
+    return {"play", "Show each cue in its time", "kssub play film.ass --from 10:00 --speed 2\n"};
+  }
+
+  void addOptions(CLI::App& app) override {
+    addFile(app, request_);
+    const auto setFrom = [this](const std::string& text) { from_ = requireTime(text); };
+    app.add_option_function<std::string>("--from", setFrom, "Time to begin at")
+        ->type_name("TIME")
+        ->default_str("0");
+    app.add_option_function<double>("--speed", requirePositive("--speed", speed_),
+                                    "How many times as fast")
+        ->type_name("NUMBER")
+        ->default_str("1");
+    explainTimes(app);
+  }
+
+  int run() override {
+    const std::unique_ptr<SubtitleFile> file = openSubtitles(request_);
+    if (from_ >= file->duration()) {
+      std::cerr << "kssub: " << terminalText(request_.path)
+                << ": nothing left to play, the duration is " << formatTime(file->duration())
+                << '\n';
+      return kSuccess;
+    }
+    {
+      const std::unique_ptr<Display> display = makeDisplay();
+      follow(MediaClock(from_, speed_), *file, *display);
+    }
+    if (caughtSignal != 0) std::raise(caughtSignal);
+    return kSuccess;
+  }
+
+ private:
+  FileRequest request_;
+  long long from_ = 0;
+  double speed_ = 1;
+};
+
 }  // namespace
 
-void play(const FileRequest& request, long long from, double speed) {
-  const std::unique_ptr<SubtitleFile> file = openSubtitles(request);
-  if (from >= file->duration()) {
-    std::cerr << "kssub: " << terminalText(request.path)
-              << ": nothing left to play, the duration is " << formatTime(file->duration()) << '\n';
-    return;
-  }
-  {
-    const std::unique_ptr<Display> display = makeDisplay();
-    follow(MediaClock(from, speed), *file, *display);
-  }
-  if (caughtSignal != 0) std::raise(caughtSignal);
-}
+std::unique_ptr<Command> makePlay() { return std::make_unique<Play>(); }
 
 }  // namespace kssub

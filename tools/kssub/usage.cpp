@@ -1,0 +1,92 @@
+// What the command line can be told about itself: help, and what is wrong with it.
+#include "tools/kssub/usage.h"
+
+#include <unistd.h>
+
+#include <CLI/CLI.hpp>
+#include <algorithm>
+#include <sstream>
+#include <vector>
+
+#include "tools/kssub/colours.h"
+#include "tools/kssub/command_line.h"
+#include "tools/kssub/suggestion.h"
+#include "tools/kssub/terminal_text.h"
+
+namespace kssub {
+namespace {
+
+bool isHidden(const CLI::App* command) { return command->get_group().empty(); }
+
+std::vector<std::string> commandsOf(const CLI::App& app) {
+  std::vector<std::string> names;
+  for (const CLI::App* command : app.get_subcommands({})) {
+    if (!isHidden(command)) names.push_back(command->get_name());
+  }
+  return names;
+}
+
+std::vector<std::string> optionsOf(const CLI::App& app) {
+  std::vector<std::string> names;
+  for (const CLI::Option* option : app.get_options()) {
+    for (const std::string& name : option->get_lnames()) names.push_back("--" + name);
+  }
+  return names;
+}
+
+std::string withSuggestion(const std::string& reason, const std::string& word,
+                           const std::vector<std::string>& candidates) {
+  const std::string meant = suggestionFor(word, candidates);
+  return meant.empty() ? reason : reason + "; did you mean " + meant + '?';
+}
+
+std::string unknownCommand(const CLI::App& app, const std::string& word) {
+  std::vector<std::string> candidates = commandsOf(app);
+  std::ranges::move(optionsOf(app), std::back_inserter(candidates));
+  return withSuggestion("there is no command or option " + quoted(word), word, candidates);
+}
+
+/// CLI11 itself names no unknown subcommand, and unexpected arguments from the last one on.
+std::string reasonOf(const CLI::App& app, const CLI::Error& error) {
+  const std::vector<std::string> extras = app.remaining(true);
+  if (app.get_subcommands().empty() && !extras.empty()) return unknownCommand(app, extras.front());
+  if (error.get_exit_code() != static_cast<int>(CLI::ExitCodes::ExtrasError)) return error.what();
+  std::string reason = "unexpected:";
+  for (const std::string& extra : extras) reason += ' ' + quoted(extra);
+  return withSuggestion(reason, extras.front(), optionsOf(*app.get_subcommands().front()));
+}
+
+/// `help` with its headings, which begin their lines and end in a colon, in bold.
+std::string withHeadings(const std::string& help) {
+  std::istringstream in(help);
+  std::string out;
+  for (std::string line; std::getline(in, line);) {
+    const bool isHeading = line.ends_with(':') && !line.starts_with(' ');
+    out += (isHeading ? coloured(line, Colour::kBold, STDOUT_FILENO) : line) + '\n';
+  }
+  return out;
+}
+
+}  // namespace
+
+std::string helpOn(const CLI::App& app, const std::string& command) {
+  if (command.empty()) {
+    return withHeadings(app.get_formatter()->make_help(&app, app.get_name(), {}));
+  }
+  const std::vector<const CLI::App*> found =
+      app.get_subcommands([&](const CLI::App* one) { return one->get_name() == command; });
+  if (found.empty()) {
+    throw CLI::ValidationError(
+        withSuggestion("there is no command " + quoted(command), command, commandsOf(app)));
+  }
+  return withHeadings(found.front()->help(app.get_name()));
+}
+
+std::string usageMessage(const CLI::App* app, const CLI::Error& error) {
+  std::string command = "kssub";
+  for (const CLI::App* given : app->get_subcommands()) command += ' ' + given->get_name();
+  return coloured("kssub:", Colour::kRed, STDERR_FILENO) + ' ' +
+         terminalText(reasonOf(*app, error)) + "\nRun " + command + " --help for its usage.\n";
+}
+
+}  // namespace kssub
