@@ -124,6 +124,45 @@ bool areSameCues(const ksImportParser& a, const ksImportParser& b) {
                     });
 }
 
+using ShownCues = std::set<std::tuple<long long, long long, std::string_view, int>>;
+
+ShownCues shownCues(const ksImportParser& parser) {
+  ShownCues shown;
+  for (const ksImportCue& cue : parser.cues()) {
+    const long long start = std::max(cue.start, 0LL);
+    const long long end = std::min(cue.end, 3'599'999'999'999'999'990LL);
+    if (end > start) shown.emplace(start, end, cue.text, cue.alignment);
+  }
+  return shown;
+}
+
+/// Cues that differ in alignment alone are one when they are read.
+bool areSameButFor(ShownCues a, const ShownCues& b) {
+  for (const auto& cue : b) {
+    if (a.erase(cue) == 0) return false;
+  }
+  return std::all_of(a.begin(), a.end(), [&](const auto& cue) {
+    const auto& [start, end, text, alignment] = cue;
+    const auto same = b.lower_bound({start, end, text, 0});
+    return same != b.end() && std::get<2>(*same) == text && std::get<1>(*same) == end;
+  });
+}
+
+void checkWritten(const ksImportParser& parser, const ksImportOptions& options) {
+  for (const ksImportTarget target : {ksImportTarget::kWebVtt, ksImportTarget::kAss}) {
+    writeCues(parser.cues(), target, options.markup);
+  }
+  const std::string file = writeCues(parser.cues(), ksImportTarget::kSubRip, options.markup);
+  ksImportParser again;
+  ksImportOptions sameMarkup;
+  sameMarkup.markup = options.markup;
+  sameMarkup.format = "subrip";
+  const bool isOpen = again.OpenMemory(file.data(), file.size(), sameMarkup);
+  check(isOpen != file.empty(), "a written file is read");
+  check(areSameButFor(shownCues(parser), shownCues(again)), "a written file has the same cues");
+  check(again.report().count(ksImportProblem::kTimeRepaired) == 0, "times are written as usual");
+}
+
 }  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
@@ -136,6 +175,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   checkReport(parser.report(), isOpen);
   checkCues(parser.cues(), options.markup == ksImportMarkup::kHtml);
   checkMoments(parser);
+  checkWritten(parser, options);
   ksImportParser again;
   again.OpenMemory(data, 2);
   check(again.OpenMemory(data + 2, size - 2, options) == isOpen && areSameCues(parser, again) &&

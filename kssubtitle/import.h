@@ -6,3 +6,4 @@
 #include "kssubtitle/import/ksImportOptions.h"
 #include "kssubtitle/import/ksImportParser.h"
 #include "kssubtitle/import/ksImportReport.h"
+#include "kssubtitle/import/ksImportWriter.h"

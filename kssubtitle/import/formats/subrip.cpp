@@ -4,6 +4,7 @@
 #include <vector>
 
 #include "kssubtitle/import/formats/readers.h"
+#include "kssubtitle/import/formats/subrip_lines.h"
 #include "kssubtitle/import/formats/times.h"
 #include "kssubtitle/import/markup/subrip_tags.h"
 #include "kssubtitle/import/text/ascii.h"
@@ -259,6 +260,11 @@ Likelihood likelihoodOfSubRip(std::string_view text) {
     }
   }
   return likelihood;
+}
+
+bool isSubRipTimeLine(std::string_view line, bool isBelowNumber) noexcept {
+  return timeLineOf(withoutLeadingBlanks(line), isBelowNumber ? Above::kNumber : Above::kOther)
+      .has_value();
 }
 
 void readSubRip(const FormatInput& input, CueSink& sink) { SubRipReader(input, sink).read(); }

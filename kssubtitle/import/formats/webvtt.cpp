@@ -1,4 +1,6 @@
 // WebVTT, by the algorithm of its standard.
+#include <algorithm>
+#include <charconv>
 #include <optional>
 #include <string_view>
 
@@ -78,9 +80,10 @@ std::optional<long long> takeTimestamp(std::string_view& text, Fractions fractio
 struct Times {
   long long start;
   long long end;
+  std::string_view settings;
 };
 
-/// The times of a cue; what follows them are its settings.
+/// The times of a cue, with what follows them.
 std::optional<Times> timesIn(std::string_view line, Fractions fractions) noexcept {
   line = withoutLeadingBlanks(line);
   const auto start = takeTimestamp(line, fractions);
@@ -89,7 +92,38 @@ std::optional<Times> timesIn(std::string_view line, Fractions fractions) noexcep
   line = withoutLeadingBlanks(line.substr(kArrow.size()));
   const auto end = takeTimestamp(line, fractions);
   if (!end) return std::nullopt;
-  return Times{*start, *end};
+  return Times{*start, *end, line};
+}
+
+/// The row that a line setting means, from the bottom: a percentage, or a line number, of which a
+/// picture has about eighteen and which is counted from the bottom if it is negative.
+int rowOf(std::string_view value) noexcept {
+  constexpr int kLines = 18;
+  int number = 0;
+  const auto read = std::from_chars(value.data(), value.data() + value.size(), number);
+  if (read.ec != std::errc() || number < 0) return 0;
+  const bool isPercentage = value.find('%') != value.npos;
+  return 2 - std::min(2, number / ((isPercentage ? 100 : kLines) / 3));
+}
+
+int columnOf(std::string_view value) noexcept {
+  if (value == "start" || value == "left") return 0;
+  return value == "end" || value == "right" ? 2 : 1;
+}
+
+/// The place in the picture that settings ask for.
+int alignmentOf(std::string_view settings) noexcept {
+  int row = 0;
+  int column = 1;
+  while (!(settings = withoutLeadingBlanks(settings)).empty()) {
+    const std::size_t end = std::min(settings.find_first_of(" \t"), settings.size());
+    const std::string_view setting = settings.substr(0, end);
+    const std::string_view value = setting.substr(std::min(setting.find(':') + 1, setting.size()));
+    if (setting.starts_with("line:")) row = rowOf(value);
+    if (setting.starts_with("align:")) column = columnOf(value);
+    settings.remove_prefix(end);
+  }
+  return 3 * row + column + 1;
 }
 
 /// Whether one time at least, on either side of an arrow, is written as the standard has it.
@@ -149,7 +183,7 @@ class WebVttReader {
       if (fractions_ == Fractions::kTolerant) {
         sink_.notes().add(ksImportProblem::kTimeRepaired, line_);
       }
-      sink_.begin(times_->start, times_->end, line_);
+      sink_.begin(times_->start, times_->end, line_).alignment = alignmentOf(times_->settings);
       writeWebVttText(input_.text.substr(textBegin_, end - textBegin_), sink_.text());
       sink_.finish();
     }

@@ -173,9 +173,16 @@ class Writer {
 
   void takeBackslash() {
     const char c = rest_.size() > 1 ? rest_[1] : '\0';
-    if (c != 'N' && c != 'n' && c != 'h') return takeText(1);
+    if (c != 'N' && c != 'n' && c != 'h') return takeLoneBackslash();
     if (!overrides_.isDrawing()) out_.append(c == 'h' ? U' ' : U'\n');
     rest_.remove_prefix(2);
+  }
+
+  /// A word joiner, which is not seen, parts it from what would make it a code.
+  void takeLoneBackslash() {
+    constexpr std::string_view kWordJoiner = "\xE2\x81\xA0";
+    takeText(1);
+    if (rest_.starts_with(kWordJoiner)) rest_.remove_prefix(kWordJoiner.size());
   }
 
   std::string_view rest_;

@@ -2,42 +2,12 @@
 #include "kssubtitle/import/markup/cue_text.h"
 
 #include <algorithm>
-#include <cstdio>
 
+#include "kssubtitle/import/markup/html_tags.h"
 #include "kssubtitle/import/markup/white_space.h"
 #include "kssubtitle/import/text/unicode.h"
 
 namespace kssubtitle::importing {
-namespace {
-
-struct Tag {
-  bool Style::*isSet;
-  std::string_view opening;
-  std::string_view closing;
-};
-
-constexpr Tag kTags[] = {
-    {&Style::italic, "<i>", "</i>"},
-    {&Style::bold, "<b>", "</b>"},
-    {&Style::underline, "<u>", "</u>"},
-    {&Style::strikeOut, "<s>", "</s>"},
-};
-
-std::string_view escapeOf(char c) noexcept {
-  switch (c) {
-    case '&':
-      return "&amp;";
-    case '<':
-      return "&lt;";
-    case '>':
-      return "&gt;";
-    default:
-      return {};
-  }
-}
-
-}  // namespace
-
 void CueText::append(std::string_view characters) {
   if (isHtml_) {
     line_ += characters;
@@ -109,36 +79,15 @@ void CueText::putRun(const Style& style, std::string_view characters, bool isFir
     written_ = style;
     openTags();
   }
-  putEscaped(characters);
-}
-
-void CueText::putEscaped(std::string_view characters) {
-  while (!characters.empty()) {
-    const std::size_t plain = std::min(characters.find_first_of("&<>"), characters.size());
-    put(characters.substr(0, plain));
-    characters.remove_prefix(plain);
-    if (characters.empty()) return;
-    put(escapeOf(characters.front()));
-    characters.remove_prefix(1);
-  }
+  putEscaped(characters, [this](std::string_view piece) { put(piece); });
 }
 
 void CueText::openTags() {
-  for (const Tag& tag : kTags) {
-    if (written_.*tag.isSet) put(tag.opening);
-  }
-  if (written_.colour == Style::kNoColour) return;
-  char font[32];
-  const int size = std::snprintf(font, sizeof font, "<font color=\"#%06x\">",
-                                 static_cast<unsigned>(written_.colour) & 0xFFFFFFU);
-  put({font, static_cast<std::size_t>(size)});
+  putOpeningTags(written_, [this](std::string_view tag) { put(tag); });
 }
 
 void CueText::closeTags() {
-  if (written_.colour != Style::kNoColour) put("</font>");
-  for (const Tag* tag = std::end(kTags); tag-- != std::begin(kTags);) {
-    if (written_.*tag->isSet) put(tag->closing);
-  }
+  putClosingTags(written_, [this](std::string_view tag) { put(tag); });
   written_ = Style();
 }
 

@@ -41,7 +41,6 @@ class CueText {
   void put(std::string_view characters);
   void endHtmlLine();
   void putRun(const Style& style, std::string_view characters, bool isFirst);
-  void putEscaped(std::string_view characters);
   void openTags();
   void closeTags();
 

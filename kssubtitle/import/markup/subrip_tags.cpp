@@ -30,6 +30,26 @@ std::optional<StyleTag> tagNamed(std::string_view name) noexcept {
   return std::nullopt;
 }
 
+/// A tag as far as its name goes.
+std::optional<TagAtFront> tagBegun(std::string_view text) noexcept {
+  TagAtFront begun;
+  begun.isClosing = text.substr(1).starts_with('/');
+  const std::size_t at = begun.isClosing ? 2 : 1;
+  const std::string_view name = text.substr(at, nameLength(text.substr(at)));
+  const std::optional<StyleTag> tag = tagNamed(name);
+  if (!tag) return std::nullopt;
+  begun.tag = *tag;
+  begun.length = at + name.size();
+  return begun;
+}
+
+bool beginsOverride(std::string_view text, std::string_view codes) noexcept {
+  return text.size() > 2 &&
+         (text[1] == '\\' || (text[2] == ':' && codes.find(lowerOf(text[1])) != codes.npos));
+}
+
+constexpr std::string_view kCodes = "yfscp";
+
 /// Walks over a text and hands its pieces on.
 class Writer {
  public:
@@ -82,17 +102,12 @@ class Writer {
     const TagAtFront tag = tagAtFront(rest_);
     if (tag.length == 0) return takeText(1);
     rest_.remove_prefix(tag.length);
-    if (tag.isClosing) {
-      style_.close(tag.tag);
-    } else {
-      const int colour = colourOf(attributeOf(tag.attributes, "color")).value_or(Style::kNoColour);
-      style_.open(tag.tag, tag.tag == StyleTag::kFont ? colour : Style::kNoColour);
-    }
+    applyTag(tag, style_);
     out_.setStyle(style_.style());
   }
 
   void takeOverride() {
-    const std::size_t length = overrideLength(rest_, "yfscp");
+    const std::size_t length = overrideLength(rest_, kCodes);
     if (length == 0) return takeText(1);
     const std::string_view block = rest_.substr(0, length);
     if (!traits_.alignment) traits_.alignment = alignmentOfOverride(block);
@@ -115,23 +130,25 @@ class Writer {
 }  // namespace
 
 TagAtFront tagAtFront(std::string_view text) noexcept {
-  TagAtFront found;
-  std::size_t at = 1;
-  found.isClosing = text.substr(at).starts_with('/');
-  if (found.isClosing) ++at;
-  const std::string_view name = text.substr(at, nameLength(text.substr(at)));
-  const std::optional<StyleTag> tag = tagNamed(name);
-  if (!tag) return {};
-  at += name.size();
+  const std::optional<TagAtFront> begun = tagBegun(text);
+  if (!begun) return {};
+  TagAtFront found = *begun;
+  const std::size_t at = found.length;
   const std::size_t end = text.find_first_of("<>", at);
   if (end == text.npos || text[end] == '<') return {};
-  found.tag = *tag;
   found.attributes = text.substr(at, end - at);
   const bool mayHaveAttributes = found.tag == StyleTag::kFont;
   const bool isBare = std::all_of(found.attributes.begin(), found.attributes.end(), isSpace);
   if (!isBare && !(mayHaveAttributes && isSpace(found.attributes.front()))) return {};
   found.length = end + 1;
   return found;
+}
+
+void applyTag(const TagAtFront& tag, TagStyle& style) {
+  if (tag.isClosing) return style.close(tag.tag);
+  const bool isFont = tag.tag == StyleTag::kFont;
+  const auto colour = isFont ? colourOf(attributeOf(tag.attributes, "color")) : std::nullopt;
+  style.open(tag.tag, colour.value_or(Style::kNoColour));
 }
 
 std::string_view attributeOf(std::string_view attributes, std::string_view name) noexcept {
@@ -149,10 +166,7 @@ std::string_view attributeOf(std::string_view attributes, std::string_view name)
 }
 
 std::size_t overrideLength(std::string_view text, std::string_view codes) noexcept {
-  const bool isOverride =
-      text.size() > 2 &&
-      (text[1] == '\\' || (text[2] == ':' && codes.find(lowerOf(text[1])) != codes.npos));
-  if (!isOverride) return 0;
+  if (!beginsOverride(text, codes)) return 0;
   const std::size_t end = text.find_first_of("{}", 1);
   return end == text.npos || text[end] == '{' ? 0 : end + 1;
 }
@@ -164,6 +178,19 @@ std::optional<int> alignmentOfOverride(std::string_view block) noexcept {
   const char digit = block[at + kAlignment.size()];  // the closing brace at the latest
   if (digit < '1' || digit > '9') return std::nullopt;
   return digit - '0';
+}
+
+bool mayBeSubRipMarkup(std::string_view text) noexcept {
+  switch (text.front()) {
+    case '<':
+      return tagBegun(text).has_value();
+    case '{':
+      return beginsOverride(text, kCodes);
+    case '&':
+      return entityOf(text).length > 0;
+    default:
+      return false;
+  }
 }
 
 TextTraits writeSubRipText(std::string_view text, CueText& out) {

@@ -18,6 +18,9 @@ struct TextTraits {
 /// and without "{\...}" and "{y:...}" with their like; entities become characters. Anything else in
 /// brackets is text.
 TextTraits writeSubRipText(std::string_view text, CueText& out);
+/// Whether what `text`, which is not empty, begins with would stand for something else than itself
+/// if some of what follows it were escaped.
+bool mayBeSubRipMarkup(std::string_view text) noexcept;
 
 /// A tag at the front of a text.
 struct TagAtFront {
@@ -29,6 +32,8 @@ struct TagAtFront {
 
 /// The tag at the front of `text`, which begins with '<'; of the five that the small set has.
 TagAtFront tagAtFront(std::string_view text) noexcept;
+/// Opens or closes what the tag says. Requires: there is one.
+void applyTag(const TagAtFront& tag, TagStyle& style);
 /// The value of an attribute in any case, without its quotes; empty if there is none.
 std::string_view attributeOf(std::string_view attributes, std::string_view name) noexcept;
 

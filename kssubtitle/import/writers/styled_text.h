@@ -1,0 +1,39 @@
+// The text of a cue with the style of each part, on its way into a file.
+#pragma once
+
+#include <cstddef>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "kssubtitle/import/ksImportOptions.h"
+#include "kssubtitle/import/markup/style.h"
+
+namespace kssubtitle::importing {
+
+/// Lines that neither begin nor end in white space, none of them empty, separated by line feeds.
+struct StyledText {
+  struct Run {
+    std::size_t end;  ///< In `characters`.
+    Style style;
+  };
+
+  std::string characters;
+  std::vector<Run> runs;  ///< One behind the other, up to the end; neighbours differ in style.
+};
+
+/// Any text: what is not UTF-8 becomes U+FFFD, and in kHtml anything but the tags and entities of
+/// the small set is text.
+StyledText styledText(std::string_view text, ksImportMarkup markup);
+
+/// Calls `write` with the style of each run and where it begins and ends.
+template <typename Write>
+void forEachRun(const StyledText& text, Write write) {
+  std::size_t begin = 0;
+  for (const StyledText::Run& run : text.runs) {
+    write(run.style, begin, run.end);
+    begin = run.end;
+  }
+}
+
+}  // namespace kssubtitle::importing

@@ -1,0 +1,93 @@
+// Writes SubRip.
+#include "kssubtitle/import/formats/subrip_lines.h"
+#include "kssubtitle/import/markup/html_tags.h"
+#include "kssubtitle/import/markup/subrip_tags.h"
+#include "kssubtitle/import/text/ascii.h"
+#include "kssubtitle/import/writers/clock.h"
+#include "kssubtitle/import/writers/writers.h"
+
+namespace kssubtitle::importing {
+namespace {
+
+constexpr ClockForm kClock{2, ',', 3};
+
+std::string_view escapeOf(char c) noexcept {
+  switch (c) {
+    case '<':
+      return "&lt;";
+    case '{':
+      return "&#123;";
+    default:
+      return "&amp;";
+  }
+}
+
+/// Escapes only what might not be read as it stands, as few players know entities.
+void appendCharacters(std::string& out, std::string_view all, std::size_t begin, std::size_t end) {
+  for (std::size_t i = begin; i < end; ++i) {
+    if (mayBeSubRipMarkup(all.substr(i))) {
+      out += escapeOf(all[i]);
+    } else {
+      out += all[i];
+    }
+  }
+}
+
+std::string taggedText(const OutgoingCue& cue) {
+  std::string out;
+  if (cue.alignment != 2) out = "{\\an" + std::to_string(cue.alignment) + '}';
+  const auto put = [&out](std::string_view tag) { out += tag; };
+  forEachRun(cue.text, [&](const Style& style, std::size_t begin, std::size_t end) {
+    putOpeningTags(style, put);
+    appendCharacters(out, cue.text.characters, begin, end);
+    putClosingTags(style, put);
+  });
+  return out;
+}
+
+/// Writes the ends of all arrows as entities. Those of tags stand behind other characters.
+void appendWithoutArrows(std::string& out, std::string_view line) {
+  constexpr std::string_view kBeforeArrowHead = "- \x93\x94";  // the last bytes of two dashes
+  for (std::size_t i = 0; i < line.size(); ++i) {
+    const bool isArrowHead =
+        line[i] == '>' && i > 0 && kBeforeArrowHead.find(line[i - 1]) != line.npos;
+    if (isArrowHead) {
+      out += "&#62;";
+    } else {
+      out += line[i];
+    }
+  }
+}
+
+/// A line of text that looks like the times of a cue would begin one.
+void appendLines(std::string& out, std::string_view text) {
+  bool isBelowNumber = false;
+  while (!text.empty()) {
+    const std::size_t end = std::min(text.find('\n'), text.size());
+    const std::string_view line = text.substr(0, end);
+    if (isSubRipTimeLine(line, isBelowNumber)) {
+      appendWithoutArrows(out, line);
+    } else {
+      out += line;
+    }
+    out += '\n';
+    isBelowNumber = isNumber(withoutBlanks(line));
+    text.remove_prefix(std::min(end + 1, text.size()));
+  }
+}
+
+}  // namespace
+
+std::string writeSubRip(OutgoingCues cues) {
+  std::string out;
+  std::size_t number = 0;
+  for (const OutgoingCue& cue : cues) {
+    if (number > 0) out += '\n';
+    out += std::to_string(++number) + '\n';
+    out += clockText(cue.start, kClock) + " --> " + clockText(cue.end, kClock) + '\n';
+    appendLines(out, taggedText(cue));
+  }
+  return out;
+}
+
+}  // namespace kssubtitle::importing

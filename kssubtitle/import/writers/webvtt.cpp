@@ -1,0 +1,84 @@
+// Writes WebVTT.
+#include <algorithm>
+#include <set>
+
+#include "kssubtitle/import/markup/html_tags.h"
+#include "kssubtitle/import/writers/clock.h"
+#include "kssubtitle/import/writers/writers.h"
+
+namespace kssubtitle::importing {
+namespace {
+
+constexpr ClockForm kClock{2, '.', 3};
+
+/// The classes that every player colours by the standard.
+constexpr std::pair<int, std::string_view> kColourClasses[] = {
+    {0xFFFFFF, "white"},  {0x00FF00, "lime"},    {0x00FFFF, "cyan"}, {0xFF0000, "red"},
+    {0xFFFF00, "yellow"}, {0xFF00FF, "magenta"}, {0x0000FF, "blue"}, {0x000000, "black"}};
+
+bool hasColourClass(int colour) noexcept {
+  return std::any_of(std::begin(kColourClasses), std::end(kColourClasses),
+                     [colour](const auto& entry) { return entry.first == colour; });
+}
+
+std::string classOf(int colour) {
+  for (const auto& [known, name] : kColourClasses) {
+    if (known == colour) return std::string(name);
+  }
+  return std::string("color").append(HtmlColour(colour));
+}
+
+void appendText(std::string& out, const StyledText& text) {
+  const auto put = [&out](std::string_view piece) { out += piece; };
+  forEachRun(text, [&](const Style& style, std::size_t begin, std::size_t end) {
+    Style tags = style;
+    tags.strikeOut = false;
+    tags.colour = Style::kNoColour;
+    const bool isColoured = style.colour != Style::kNoColour;
+    putOpeningTags(tags, put);
+    if (isColoured) out += "<c." + classOf(style.colour) + '>';
+    putEscaped(std::string_view(text.characters).substr(begin, end - begin), put);
+    if (isColoured) out += "</c>";
+    putClosingTags(tags, put);
+  });
+}
+
+/// With a blank in front of each. Bottom and centre are what WebVTT does by itself.
+std::string settingsOf(int alignment) {
+  constexpr std::string_view kRows[] = {"", " line:50%", " line:0"};
+  constexpr std::string_view kColumns[] = {" align:left", "", " align:right"};
+  const auto key = static_cast<std::size_t>(alignment - 1);
+  return std::string(kRows[key / 3]).append(kColumns[key % 3]);
+}
+
+/// Tells players the colours of the classes that they do not know.
+std::string styleBlocks(OutgoingCues cues) {
+  std::set<int> colours;
+  for (const OutgoingCue& cue : cues) {
+    for (const StyledText::Run& run : cue.text.runs) colours.insert(run.style.colour);
+  }
+  std::string out;
+  for (const int colour : colours) {
+    if (colour == Style::kNoColour || hasColourClass(colour)) continue;
+    out += "\nSTYLE\n::cue(." + classOf(colour) + ") { color: #";
+    out.append(HtmlColour(colour)) += "; }\n";
+  }
+  return out;
+}
+
+}  // namespace
+
+std::string writeWebVtt(OutgoingCues cues) {
+  std::string out = "WEBVTT\n" + styleBlocks(cues);
+  std::size_t number = 0;
+  for (const OutgoingCue& cue : cues) {
+    out += '\n' + std::to_string(++number) + '\n';
+    out += clockText(cue.start, kClock) + " --> " + clockText(cue.end, kClock);
+    out += settingsOf(cue.alignment) + '\n';
+    appendText(out, cue.text);
+    out += '\n';
+  }
+  return out;
+}
+
+}  // namespace kssubtitle::importing

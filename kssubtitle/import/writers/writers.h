@@ -1,0 +1,25 @@
+// The writers of all formats; each stands in a source of its own.
+#pragma once
+
+#include <span>
+#include <string>
+
+#include "kssubtitle/import/writers/styled_text.h"
+
+namespace kssubtitle::importing {
+
+/// A cue that a file can have: 0 <= start < end.
+struct OutgoingCue {
+  long long start;
+  long long end;
+  int alignment;  ///< As on a number pad.
+  StyledText text;
+};
+using OutgoingCues = std::span<const OutgoingCue>;
+
+std::string writeSubRip(OutgoingCues cues);
+std::string writeWebVtt(OutgoingCues cues);
+std::string writeAss(OutgoingCues cues);
+std::string writeText(OutgoingCues cues);
+
+}  // namespace kssubtitle::importing
