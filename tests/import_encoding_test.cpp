@@ -161,6 +161,19 @@ TEST(ImportEncodings, shortTexts_needTheRightFallback) {
   EXPECT_EQ(parser.report().encodingSource(), ksImportEncodingSource::kFallback);
 }
 
+TEST(ImportEncodings, tagsTellNothing_inSamiAlone) {
+  const std::string font =
+      encoded("굴림체명조바탕고딕 굴림체명조바탕고딕 굴림체명조바탕고딕", "CP949");
+  const std::string text = encoded("Здравствуйте, вы давно здесь живёте?", "windows-1251");
+  std::string sami = "<SAMI>";
+  for (int i = 0; i < 9; ++i) sami += "<SYNC Start=1><P><font face=" + font + ">" + text + "\n";
+  for (const std::string& film : {sami, withTimes("@1<" + text + ">")}) {
+    ksImportParser parser;
+    EXPECT_TRUE(openText(parser, film));
+    EXPECT_EQ(parser.report().encoding(), "windows-1251");
+  }
+}
+
 TEST(ImportEncodings, aBadByte_leavesTheRestOfAFilmUtf8) {
   for (const char* const fallback : {"", "windows-1251", "CP949"}) {
     for (const char* const lines : {kRussian, kLanguages[19].lines}) {

@@ -1,4 +1,4 @@
-// WebVTT through the import library: small texts and the cues that they hold.
+// WebVTT and SAMI through the import library: small texts and the cues that they hold.
 #include <gtest/gtest.h>
 #include <kssubtitle/import.h>
 
@@ -63,6 +63,88 @@ std::vector<Case> webVttCases() {
 }
 
 INSTANTIATE_TEST_SUITE_P(WebVtt, WebFormats, testing::ValuesIn(webVttCases()));
+
+constexpr const char* kTwoLanguages =
+    "<!-- a --><?xml version='1.0'?><Sami><STYLE><!-- P {x:y}\n.KRCC {Name:K; lang:ko-KR;}\n"
+    ".ENCC, .FRCC {lang: 'en-US'}\n.Big {font-size:20pt} --></Style><BODY>\n";
+
+std::vector<Case> samiCases() {
+  const std::string head = kTwoLanguages;
+  return {
+      {"White_space_and_line_ends",
+       "<SYNC\r\nStart = 1\r\n><P>a  \r\n b<BR/>\r\n<i> </i>c<br>"
+       "<div>d</div>e&nbsp; &nbsp;f<sync start=2 ><p>&nbsp;",
+       "1-2 a b\nc\nd\ne\u00A0 \u00A0f"},
+      {"Attributes",
+       "<SYNC Encrypted=\"a>b\" Start='1'/><P Class=a/>a<SYNC start=\"2>b \"c\" d"
+       "<sync x='>' start=+3ms y><p>e<SYNC Start=00:00:00.004<P>&nbsp;",
+       "1-2 a|2-3 b \"c\" d|3-4 e"},
+      {"Starts",
+       "<SYNC Start=-5><P>a<SYNC Start=9><P>c<SYNC Start=7><P>b<SYNC Start=9><P>d"
+       "<SYNC><P>x<SYNC Start=1234567890123><P>y<SYNC Start=99999999999>",
+       "-5-7 a|7-9 b|9-99999999999 c|9-99999999999 d"},
+      {"Without_paragraphs", "<SYNC Start=1>a<SYNC Start=2><SYNC Start=3>b</BODY></SAMI>\nc",
+       "1-2 a|3-5003 b"},
+      {"Text_like_tags",
+       "<SYNC Start=1><P>a<b <3 & x<y <\u00E9> </q>&eacute&#8212;&x;<SYNC Start=2>",
+       "1-2 a<b <3 & x<y <\u00E9> \u00E9\u2014&x;"},
+      {"Comments",
+       head + "<!-- <SYNC Start=1><P>a --><-- b --><SYNC Start=2><!-- c --><P>d<!-- < -->"
+              "e<-- f -->g<!-- h<SYNC Start=3><P>&nbsp;",
+       "2-3 deg"},
+      {"First_language",
+       head + "<SYNC Start=1><P Class=krcc>a<P Class=Big>b<P Class=ENCC>c"
+              "<SYNC Start=2><P Class=ENCC>&nbsp;<SYNC Start=3><P Class=KRCC>",
+       "1-3 a\nb"},
+      {"Languages_behind_each_other",
+       head + "<SYNC Start=4><P Class=ENCC>a<SYNC Start=7><P Class=ENCC>"
+              "<SYNC Start=5><P Class=FRCC>b<SYNC Start=6><P Class=FRCC>",
+       "4-7 a"},
+      {"Classes_that_are_no_languages",
+       "<SYNC Start=1><P Class=A>a<P Class=B>b<SYNC Start=2><P Class=A>c<SYNC Start=3><P Class=B>"
+       "<SYNC Start=4><P>d<SYNC Start=5><P Class=B>e",
+       "1-2 a|1-3 b|2-4 c|4-5 d|5-5005 e"},
+      {"Sheet_unclosed", "x</style><style><!-- .a {lang:en} <sync start=1><p class=a>b<p class=c>d",
+       "1-5001 b\nd"},
+      {"SubRip_that_quotes_it", "1\n00:00:01,000 --> 00:00:02,000\n<SYNC Start=1>a",
+       "1000-2000 <SYNC Start=1>a"},
+      {"It_quotes_SubRip", "<SYNC Start=1>\n1\n00:00:01,000 --> 00:00:02,000\n<SYNC Start=2>",
+       "1-2 1 00:00:01,000 --> 00:00:02,000"},
+      {"WebVtt_that_quotes_it", std::string(kHead) + "00:01.000 --> 00:02.000\n<SYNC Start=1>a",
+       "1000-2000 a"},
+  };
+}
+
+INSTANTIATE_TEST_SUITE_P(Sami, WebFormats, testing::ValuesIn(samiCases()));
+
+TEST(SamiLanguages, Are_listed_and_selected) {
+  const std::string text = std::string(kTwoLanguages) +
+                           "<SYNC Start=1><P Class=KRCC>a"
+                           "<P Class=ENCC>b<SYNC Start=2>";
+  for (const auto& [wanted, cue] : {std::pair("", "1-2 a"),
+                                    {"encc", "1-2 b"},
+                                    {"EN", "1-2 b"},
+                                    {"en-us", "1-2 b"},
+                                    {"FRCC", "1-2 a"}}) {
+    ksImportOptions options;
+    options.language = wanted;
+    EXPECT_EQ(cuesOf(text, options), cue) << wanted;
+  }
+  ksImportParser parser;
+  parser.OpenMemory(text.data(), text.size());
+  const auto languages = parser.report().languages();
+  EXPECT_EQ(std::vector(languages.begin(), languages.end()),
+            (std::vector<std::string>{"KRCC", "ENCC"}));
+}
+
+TEST(WebFormatStyle, Of_sami_tags) {
+  ksImportOptions options;
+  options.markup = ksImportMarkup::kHtml;
+  EXPECT_EQ(cuesOf("<SYNC Start=1><P><I>a<B>b</i>c</b>&lt;<Font Size=1 Color = '#F00'>d<font "
+                   "color=#xyz>e</font></FONT><s>f<P>g<SYNC Start=2>",
+                   options),
+            "1-2 <i>a</i><i><b>b</b></i><b>c</b>&lt;<font color=\"#ff0000\">de</font><s>f</s>\ng");
+}
 
 TEST(WebFormatStyle, Of_web_vtt_tags_and_classes) {
   ksImportOptions options;

@@ -26,8 +26,9 @@ struct ksImportOptions {
   /// Frames in a second, for formats that count frames in a file that does not say; 0 (or any other
   /// value that is no positive number): 23.976, as written.
   double frameRate = 0;
-  /// Which of several languages in one file, by the name that ksImportReport::languages() gives;
-  /// empty, or a name that the file does not have: the first.
+  /// Which of several languages in one file, by the name that ksImportReport::languages() gives, or
+  /// by a tag such as "en-US" or "en" that the file gives to it; in any case. Empty, or unknown to
+  /// the file: the first.
   std::string language;
   /// How style is kept.
   ksImportMarkup markup = ksImportMarkup::kPlain;

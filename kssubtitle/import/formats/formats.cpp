@@ -20,6 +20,7 @@ constexpr Format kFormats[] = {
     {"lrc", "lrc", likelihoodOfLrc, readLrc, kUpToTheNext},
     {"mpsub", "sub", likelihoodOfMpsub, readMpsub},
     {"subviewer1", "sub", likelihoodOfSubViewer1, readSubViewer1, kUpToTheNext},
+    {"sami", "smi sami", likelihoodOfSami, readSami},
     {"subrip", "srt", likelihoodOfSubRip, readSubRip},
     {"webvtt", "vtt webvtt", likelihoodOfWebVtt, readWebVtt, 0, true},
 };

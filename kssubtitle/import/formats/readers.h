@@ -44,6 +44,10 @@ void readMpsub(const FormatInput& input, CueSink& sink);
 Likelihood likelihoodOfSubViewer1(std::string_view text);
 void readSubViewer1(const FormatInput& input, CueSink& sink);
 
+/// SAMI.
+Likelihood likelihoodOfSami(std::string_view text);
+void readSami(const FormatInput& input, CueSink& sink);
+
 /// WebVTT.
 Likelihood likelihoodOfWebVtt(std::string_view text);
 void readWebVtt(const FormatInput& input, CueSink& sink);

@@ -35,8 +35,17 @@ void show(uchardet* detector, std::string_view text) {
   if (uchardet_handle_data(detector, text.data(), text.size()) != 0) throw std::bad_alloc();
 }
 
-/// Shows the detector the lines that are not ASCII, and no tags: those weigh in the statistics.
+/// Whether `bytes` are SAMI, which has more tags than text in its lines.
+bool isSami(std::string_view bytes) noexcept {
+  constexpr std::size_t kLooked = 4096;
+  const std::string_view head = bytes.substr(0, std::min(bytes.size(), kLooked));
+  return findNoCase(head, "<sami") != head.npos || findNoCase(head, "<sync") != head.npos;
+}
+
+/// Shows the detector the lines that are not ASCII. Tags weigh in the statistics where they are
+/// many.
 void showText(uchardet* detector, std::string_view bytes) {
+  const bool hasTags = isSami(bytes);
   std::size_t room = kShown;
   while (!bytes.empty() && room > 0) {
     const auto* const high = std::find_if(bytes.begin(), bytes.end(), isHigh);
@@ -45,10 +54,10 @@ void showText(uchardet* detector, std::string_view bytes) {
     const std::size_t begin = bytes.find_last_of("\r\n", at) + 1;
     const std::size_t end = std::min(bytes.find_first_of("\r\n", at), bytes.size() - 1) + 1;
     const std::string_view line = bytes.substr(begin, std::min(end - begin, room));
-    if (line.find('<') == line.npos) {
-      show(detector, line);
-    } else {
+    if (hasTags) {
       show(detector, withoutTags(line));
+    } else {
+      show(detector, line);
     }
     room -= line.size();
     bytes.remove_prefix(end);

@@ -1,0 +1,96 @@
+// The classes of SAMI's paragraphs.
+#include "kssubtitle/import/formats/sami_classes.h"
+
+#include <algorithm>
+#include <optional>
+
+namespace kssubtitle::importing {
+namespace {
+
+std::string_view withoutSpacesAndQuotes(std::string_view text) noexcept {
+  constexpr std::string_view kDropped = " \t\r\n\v\f\"'";
+  const std::size_t begin = text.find_first_not_of(kDropped);
+  if (begin == text.npos) return {};
+  return text.substr(begin, text.find_last_not_of(kDropped) + 1 - begin);
+}
+
+/// The value of a property; nothing if the rule does not have it.
+std::optional<std::string_view> valueOf(std::string_view rule, std::string_view property) noexcept {
+  while (!rule.empty()) {
+    const std::size_t end = std::min(rule.find(';'), rule.size());
+    const std::string_view entry = rule.substr(0, end);
+    const std::size_t colon = std::min(entry.find_first_of(":="), entry.size());
+    if (equalNoCase(withoutSpacesAndQuotes(entry.substr(0, colon)), property)) {
+      return withoutSpacesAndQuotes(entry.substr(std::min(colon + 1, entry.size())));
+    }
+    rule.remove_prefix(std::min(end + 1, rule.size()));
+  }
+  return std::nullopt;
+}
+
+/// Whether `tag`, or its part that names the language alone, is `wanted`.
+bool isTag(std::string_view tag, std::string_view wanted) noexcept {
+  return equalNoCase(tag, wanted) || equalNoCase(tag.substr(0, tag.find('-')), wanted);
+}
+
+}  // namespace
+
+bool SamiClasses::LessNoCase::operator()(std::string_view a, std::string_view b) const noexcept {
+  return std::lexicographical_compare(a.begin(), a.end(), b.begin(), b.end(),
+                                      [](char x, char y) { return lowerOf(x) < lowerOf(y); });
+}
+
+SamiClass* SamiClasses::use(std::string_view name) {
+  if (name.empty()) return nullptr;
+  SamiClass& used = classes_[name];
+  used.isUsed = true;
+  return &used;
+}
+
+void SamiClasses::declare(std::string_view sheet) {
+  while (!sheet.empty()) {
+    const std::size_t opening = std::min(sheet.find('{'), sheet.size());
+    const std::size_t closing = std::min(sheet.find('}', opening), sheet.size());
+    if (opening < closing) {
+      declare(sheet.substr(0, opening), sheet.substr(opening + 1, closing - opening - 1));
+    }
+    sheet.remove_prefix(std::min(closing + 1, sheet.size()));
+  }
+}
+
+void SamiClasses::declare(std::string_view selectors, std::string_view rule) {
+  const auto tag = valueOf(rule, "lang");
+  if (!tag && !valueOf(rule, "name")) return;
+  constexpr std::string_view kNameEnds = " \t\r\n\v\f,.:#";
+  for (std::size_t dot; (dot = selectors.find('.')) != selectors.npos;) {
+    selectors.remove_prefix(dot + 1);
+    const std::string_view name = selectors.substr(0, selectors.find_first_of(kNameEnds));
+    if (name.empty()) continue;
+    SamiClass& declared = classes_[name];
+    if (!declared.isLanguage) declared_.push_back(name);
+    declared.isLanguage = true;
+    declared.tag = tag.value_or(std::string_view());
+  }
+}
+
+std::vector<std::string_view> SamiClasses::languages() const {
+  std::vector<std::string_view> used;
+  std::copy_if(declared_.begin(), declared_.end(), std::back_inserter(used),
+               [this](std::string_view name) { return classes_.at(name).isUsed; });
+  return used;
+}
+
+const SamiClass* SamiClasses::select(std::string_view wanted) const {
+  const std::vector<std::string_view> names = languages();
+  if (names.empty()) return nullptr;
+  auto found = std::find_if(names.begin(), names.end(),
+                            [wanted](std::string_view name) { return equalNoCase(name, wanted); });
+  if (found == names.end()) {
+    found = std::find_if(names.begin(), names.end(), [this, wanted](std::string_view name) {
+      return isTag(classes_.at(name).tag, wanted);
+    });
+  }
+  return &classes_.at(found == names.end() ? names.front() : *found);
+}
+
+}  // namespace kssubtitle::importing

@@ -1,0 +1,49 @@
+// The classes of SAMI's paragraphs, some of which are languages.
+#pragma once
+
+#include <limits>
+#include <map>
+#include <string_view>
+#include <vector>
+
+#include "kssubtitle/import/text/ascii.h"
+
+namespace kssubtitle::importing {
+
+/// A time after all others, in milliseconds.
+inline constexpr long long kNever = std::numeric_limits<long long>::max();
+
+/// A class of paragraphs. One that the style sheet gives a language, or a name to show, is a track
+/// of its own; any other only says what its text looks like.
+struct SamiClass {
+  bool isLanguage = false;
+  bool isUsed = false;
+  std::string_view tag;     // of the language, such as "en-US"
+  long long next = kNever;  // the start of its next paragraph, while ends are looked for
+};
+
+/// The classes of a file, by their names in any case. All names lie in the file's text.
+class SamiClasses {
+ public:
+  /// The class of a paragraph; null if `name` is empty.
+  SamiClass* use(std::string_view name);
+  /// Takes the rules of a style sheet, such as ".KRCC { name: Korean; lang: ko-KR; }".
+  void declare(std::string_view sheet);
+  /// The names of the languages that have paragraphs, in the order of their declarations.
+  std::vector<std::string_view> languages() const;
+  /// The language of that name or, failing that, of such a tag ("en" is that of "en-US" too); else
+  /// the first one. Null if there is none.
+  const SamiClass* select(std::string_view wanted) const;
+
+ private:
+  struct LessNoCase {
+    bool operator()(std::string_view a, std::string_view b) const noexcept;
+  };
+
+  void declare(std::string_view selectors, std::string_view rule);
+
+  std::map<std::string_view, SamiClass, LessNoCase> classes_;
+  std::vector<std::string_view> declared_;
+};
+
+}  // namespace kssubtitle::importing

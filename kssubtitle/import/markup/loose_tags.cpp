@@ -1,0 +1,126 @@
+// The tags of HTML as people write them.
+#include "kssubtitle/import/markup/loose_tags.h"
+
+#include <algorithm>
+
+#include "kssubtitle/import/text/ascii.h"
+
+namespace kssubtitle::importing {
+namespace {
+
+constexpr std::string_view kSpaces = " \t\r\n\v\f";
+
+std::string_view withoutLeadingSpaces(std::string_view text) noexcept {
+  return text.substr(std::min(text.find_first_not_of(kSpaces), text.size()));
+}
+
+struct Attribute {
+  std::string_view key;
+  std::string_view value;
+};
+
+/// Takes a value off; one whose quote is not closed ends as one without quotes does.
+std::string_view takeValue(std::string_view& rest) noexcept {
+  const bool isQuoted = rest.starts_with('"') || rest.starts_with('\'');
+  const std::size_t closing = isQuoted ? rest.find(rest.front(), 1) : rest.npos;
+  const std::size_t begin = isQuoted ? 1 : 0;
+  const std::size_t end =
+      closing == rest.npos ? std::min(rest.find_first_of(kSpaces, begin), rest.size()) : closing;
+  const std::string_view value = rest.substr(begin, end - begin);
+  rest.remove_prefix(std::min(end + 1, rest.size()));
+  return value;
+}
+
+/// Takes `key = value`, or a key alone, off the front of `rest`, which is not empty.
+Attribute takeAttribute(std::string_view& rest) noexcept {
+  constexpr std::string_view kKeyEnds = " \t\r\n\v\f=";
+  const std::size_t length = std::min(rest.find_first_of(kKeyEnds), rest.size());
+  Attribute attribute{rest.substr(0, length), {}};
+  rest = withoutLeadingSpaces(rest.substr(length));
+  if (!rest.starts_with('=')) return attribute;
+  rest = withoutLeadingSpaces(rest.substr(1));
+  attribute.value = takeValue(rest);
+  return attribute;
+}
+
+/// Where quotes that begin at `at` are closed, as a tag has them: before the next tag, and in front
+/// of what may follow a value; npos if they are not.
+std::size_t closingQuote(std::string_view text, std::size_t at) noexcept {
+  constexpr std::string_view kFollowers = " \t\r\n\v\f/>";
+  const char ends[] = {text[at], '<', '\0'};
+  const std::size_t closing = text.find_first_of(ends, at + 1);
+  const bool isClosed = closing != text.npos && text[closing] != '<' && closing + 1 < text.size() &&
+                        kFollowers.find(text[closing + 1]) != kFollowers.npos;
+  return isClosed ? closing : text.npos;
+}
+
+/// The place of the '>' from `at` on that ends a tag, or of the '<' that comes before it; the size
+/// of `text` if neither comes.
+std::size_t tagEnd(std::string_view text, std::size_t at) noexcept {
+  while ((at = text.find_first_of("<>=", at)) != text.npos && text[at] == '=') {
+    at = text.find_first_not_of(kSpaces, at + 1);
+    if (at == text.npos) break;
+    const bool isQuote = text[at] == '"' || text[at] == '\'';
+    const std::size_t closing = isQuote ? closingQuote(text, at) : text.npos;
+    if (closing != text.npos) at = closing + 1;
+  }
+  return std::min(at, text.size());
+}
+
+constexpr bool isNameCharacter(char c) noexcept { return isLetter(c) || isDigit(c); }
+
+}  // namespace
+
+bool isHtmlSpace(char c) noexcept { return isBlank(c) || c == '\n'; }
+
+bool LooseTag::opens(std::string_view element) const noexcept {
+  return !isClosing && equalNoCase(name, element);
+}
+
+bool LooseTag::closes(std::string_view element) const noexcept {
+  return isClosing && equalNoCase(name, element);
+}
+
+std::string_view LooseTag::attribute(std::string_view key) const noexcept {
+  std::string_view rest = withoutLeadingSpaces(attributes);
+  while (!rest.empty()) {
+    const Attribute found = takeAttribute(rest);
+    if (equalNoCase(found.key, key)) return found.value;
+    rest = withoutLeadingSpaces(rest);
+  }
+  return {};
+}
+
+LooseTag LooseTags::at(std::string_view rest) noexcept {
+  LooseTag tag;
+  tag.length = commentLength(rest);
+  if (tag.length > 0) return tag;
+  tag.isClosing = rest.substr(1).starts_with('/');
+  const std::size_t begin = tag.isClosing ? 2 : 1;
+  if (begin >= rest.size()) return {};
+  const bool isDeclaration = rest[begin] == '!' || rest[begin] == '?';
+  if (!isLetter(rest[begin]) && !isDeclaration) return {};
+  std::size_t at = begin;
+  while (at < rest.size() && isNameCharacter(rest[at])) ++at;
+  tag.name = rest.substr(begin, at - begin);
+  const std::size_t end = tagEnd(rest, at);
+  tag.isWhole = end < rest.size() && rest[end] == '>';
+  tag.attributes = rest.substr(at, end - at);
+  if (tag.attributes.ends_with('/')) tag.attributes.remove_suffix(1);
+  tag.length = tag.isWhole ? end + 1 : end;
+  return tag;
+}
+
+std::size_t LooseTags::commentLength(std::string_view rest) noexcept {
+  constexpr std::string_view kEnd = "-->";
+  if (rest.starts_with("<--")) {  // as some write it; it is text unless it is closed at once
+    const std::size_t end = rest.substr(0, rest.find('<', 1)).find(kEnd, 3);
+    return end == rest.npos ? 0 : end + kEnd.size();
+  }
+  if (hasNoCommentEnd_ || !rest.starts_with("<!--")) return 0;
+  const std::size_t end = rest.find(kEnd, 4);
+  hasNoCommentEnd_ = end == rest.npos;
+  return hasNoCommentEnd_ ? 0 : end + kEnd.size();
+}
+
+}  // namespace kssubtitle::importing

@@ -1,0 +1,40 @@
+// The tags of HTML as people write them: in any case, with attributes quoted or not, closed or not.
+#pragma once
+
+#include <cstddef>
+#include <string_view>
+
+namespace kssubtitle::importing {
+
+/// What stands between '<' and '>'.
+struct LooseTag {
+  std::size_t length = 0;       ///< With both signs; 0: there is no tag.
+  std::string_view name;        ///< Empty: a comment or a declaration.
+  std::string_view attributes;  ///< What stands behind the name.
+  bool isClosing = false;
+  bool isWhole = true;  ///< False: another tag, or the end, comes before its '>'.
+
+  /// Whether it is the opening (or closing) tag of that name, in any case.
+  bool opens(std::string_view element) const noexcept;
+  bool closes(std::string_view element) const noexcept;
+  /// The value of an attribute in any case, without its quotes; empty if there is none.
+  std::string_view attribute(std::string_view key) const noexcept;
+};
+
+/// White space between words, line ends included.
+bool isHtmlSpace(char c) noexcept;
+
+/// Recognises the tags of one text from its front to its back, in linear time.
+class LooseTags {
+ public:
+  /// The tag at the front of `rest`, which begins with '<' and goes on to the end of the text. A
+  /// comment that is not closed is no longer than a tag.
+  LooseTag at(std::string_view rest) noexcept;
+
+ private:
+  std::size_t commentLength(std::string_view rest) noexcept;
+
+  bool hasNoCommentEnd_ = false;
+};
+
+}  // namespace kssubtitle::importing

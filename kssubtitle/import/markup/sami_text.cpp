@@ -1,0 +1,132 @@
+// The texts of SAMI, which are HTML.
+#include "kssubtitle/import/markup/sami_text.h"
+
+#include <algorithm>
+#include <array>
+#include <optional>
+
+#include "kssubtitle/import/markup/html_entities.h"
+#include "kssubtitle/import/markup/loose_tags.h"
+#include "kssubtitle/import/text/ascii.h"
+
+namespace kssubtitle::importing {
+namespace {
+
+std::optional<StyleTag> styleTagNamed(std::string_view name) noexcept {
+  constexpr std::pair<std::string_view, StyleTag> kNames[] = {
+      {"i", StyleTag::kItalic},         {"em", StyleTag::kItalic},     {"b", StyleTag::kBold},
+      {"strong", StyleTag::kBold},      {"u", StyleTag::kUnderline},   {"s", StyleTag::kStrikeOut},
+      {"strike", StyleTag::kStrikeOut}, {"del", StyleTag::kStrikeOut}, {"font", StyleTag::kFont}};
+  for (const auto& [known, tag] : kNames) {
+    if (equalNoCase(known, name)) return tag;
+  }
+  return std::nullopt;
+}
+
+bool endsLine(std::string_view name) noexcept {
+  constexpr std::string_view kNames[] = {"br", "p", "div", "tr", "li"};
+  return std::any_of(std::begin(kNames), std::end(kNames),
+                     [name](std::string_view known) { return equalNoCase(known, name); });
+}
+
+/// Walks over a text and hands its pieces on.
+class Writer {
+ public:
+  Writer(std::string_view text, CueText& out) noexcept : rest_(text), out_(out) {}
+
+  bool write() {
+    while (!rest_.empty()) {
+      takePlain();
+      if (!rest_.empty()) takeSpecial();
+    }
+    const bool isClosed = !style_.isAnyOpen();
+    out_.endLine();
+    out_.setStyle(Style());
+    return isClosed;
+  }
+
+ private:
+  static constexpr auto kIsSpecial = [] {
+    std::array<bool, 256> special{};
+    for (const char c : {' ', '\t', '\r', '\n', '\v', '\f', '<', '&'}) {
+      special[static_cast<unsigned char>(c)] = true;
+    }
+    return special;
+  }();
+
+  bool isSpecialAt(std::size_t at) const noexcept {
+    return at == rest_.size() || kIsSpecial[static_cast<unsigned char>(rest_[at])];
+  }
+
+  /// Takes words with a space between each two.
+  void takePlain() {
+    std::size_t length = 0;
+    while (!isSpecialAt(length)) {
+      do {
+        ++length;
+      } while (!isSpecialAt(length));
+      if (length < rest_.size() && rest_[length] == ' ' && !isSpecialAt(length + 1)) ++length;
+    }
+    if (length > 0) takeText(length);
+  }
+
+  void takeText(std::size_t length) {
+    out_.append(rest_.substr(0, length));
+    rest_.remove_prefix(length);
+    isBehindSpace_ = false;
+  }
+
+  void takeSpecial() {
+    switch (rest_.front()) {
+      case '<':
+        return takeTag();
+      case '&':
+        isBehindSpace_ = false;
+        return takeHtmlEntity(rest_, out_);
+      default:
+        return takeSpaces();
+    }
+  }
+
+  void takeSpaces() {
+    const auto* const end = std::find_if_not(rest_.begin(), rest_.end(), isHtmlSpace);
+    rest_.remove_prefix(static_cast<std::size_t>(end - rest_.begin()));
+    if (!isBehindSpace_) out_.append(" ");
+    isBehindSpace_ = true;
+  }
+
+  void takeTag() {
+    const LooseTag tag = tags_.at(rest_);
+    if (tag.length == 0 || !(tag.isWhole || tag.name.empty())) return takeText(1);
+    rest_.remove_prefix(tag.length);
+    if (endsLine(tag.name)) {
+      out_.endLine();
+      isBehindSpace_ = true;
+    } else if (const auto style = styleTagNamed(tag.name)) {
+      setStyle(*style, tag);
+    }
+  }
+
+  void setStyle(StyleTag style, const LooseTag& tag) {
+    if (tag.isClosing) {
+      style_.close(style);
+    } else {
+      const bool isFont = style == StyleTag::kFont;
+      const auto colour = isFont ? colourOf(tag.attribute("color")) : std::nullopt;
+      style_.open(style, colour.value_or(Style::kNoColour));
+    }
+    out_.setStyle(style_.style());
+  }
+
+  std::string_view rest_;
+  CueText& out_;
+  LooseTags tags_;
+  TagStyle style_;
+  bool isBehindSpace_ = true;
+};
+
+}  // namespace
+
+bool writeSamiText(std::string_view text, CueText& out) { return Writer(text, out).write(); }
+
+}  // namespace kssubtitle::importing
