@@ -116,6 +116,25 @@ void checkCues(std::span<const ksImportCue> cues, bool isHtml) {
   }
 }
 
+/// Where the fixed readers are said to agree, the manager gives the same answers.
+void checkAgreement(ksImportParser& parser, std::string_view bytes) {
+  const bool agrees = parser.report().fixedReadersAgree();
+  check(agrees == parser.report().unmetConditions().empty(), "a disagreement has a reason");
+  if (!agrees) return;
+  static const TempDir dir;
+  ksSubtitleManager manager;
+  const std::string name = parser.report().format() == "ass" ? "film.ass" : "film.srt";
+  check(manager.Open(dir.write(name, bytes).c_str()), "the manager opens a plain file");
+  const bool isWide = bytes.starts_with("\xFF\xFE");
+  for (const ksImportCue& cue : parser.cues()) {
+    for (const long long t : {cue.start - 1, cue.start, cue.end, cue.end + 1}) {
+      check(isWide ? isSame(manager.GetSubTitleU(t), parser.GetSubTitleU(t))
+                   : isSame(manager.GetSubTitle(t), parser.GetSubTitle(t)),
+            "the manager answers a plain file in the same way");
+    }
+  }
+}
+
 bool areSameCues(const ksImportParser& a, const ksImportParser& b) {
   return std::equal(a.cues().begin(), a.cues().end(), b.cues().begin(), b.cues().end(),
                     [](const ksImportCue& x, const ksImportCue& y) {
@@ -176,6 +195,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   checkCues(parser.cues(), options.markup == ksImportMarkup::kHtml);
   checkMoments(parser);
   checkWritten(parser, options);
+  checkAgreement(parser, {reinterpret_cast<const char*>(data + 2), size - 2});
   ksImportParser again;
   again.OpenMemory(data, 2);
   check(again.OpenMemory(data + 2, size - 2, options) == isOpen && areSameCues(parser, again) &&

@@ -7,6 +7,7 @@
 #include <utility>
 #include <vector>
 
+#include "kssubtitle/import/conditions.h"
 #include "kssubtitle/import/formats/cue_sink.h"
 #include "kssubtitle/import/formats/formats.h"
 #include "kssubtitle/import/markup/cue_text.h"
@@ -164,7 +165,8 @@ bool ksImportParser::openBytes(std::string bytes, std::string_view path,
 bool ksImportParser::openText(std::string text, std::string_view path,
                               const ksImportOptions& options) {
   ReportData& report = *report_.data_;
-  if (text.ends_with('\x1A')) text.pop_back();  // with which old systems ended text files
+  const bool hasEndMark = text.ends_with('\x1A');  // with which old systems ended text files
+  if (hasEndMark) text.pop_back();
   const std::size_t begin = httpHeaderLength(text);
   const Format* const format = options.format.empty()
                                    ? recogniseText(std::string_view(text).substr(begin), path)
@@ -174,6 +176,11 @@ bool ksImportParser::openText(std::string text, std::string_view path,
     return refuse(looksBinary(text) ? ksImportRefusal::kBinary : ksImportRefusal::kUnknownFormat);
   }
   report.format = format->name;
+  if (hasEndMark || begin > 0) report.notes.fail(Condition::kCuesAlone);
+  if (report.lineEnds != ksImportLineEnds::kLf || !text.ends_with('\n')) {
+    report.notes.fail(Condition::kLineEnds);
+  }
+  if (!isExtensionOfFixedReaders(path, format->name)) report.notes.fail(Condition::kExtension);
   replaceZeros(text, format->keepsZeros, report.notes);
   const int firstLine = 1 + countLines(std::string_view(text).substr(0, begin));
   readCues(*format, {text, httpHeaderLength(text), firstLine, options, report.languages});
@@ -196,5 +203,6 @@ void ksImportParser::readCues(const Format& format, const FormatInput& input) {
     contents->duration = std::max(contents->duration, cue.end);
   }
   contents->moments.settle();
+  report_.data_->cues = contents->cues;
   contents_ = std::move(contents);
 }

@@ -7,6 +7,7 @@
 #include <span>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "kssubtitle/import/export.h"
 
@@ -78,9 +79,17 @@ struct ksImportNote {
 /// One English sentence about a note, without its line number.
 KSSUBTITLE_IMPORT_API std::string_view describe(const ksImportNote& note) noexcept;
 
+/// Something that a file must be for the fixed readers, those of ksSubtitleManager, to answer it as
+/// it is meant. Valid for ever.
+struct ksImportCondition {
+  std::string_view name;      ///< A word or two, such as "line ends".
+  std::string_view sentence;  ///< One English sentence on a file that is not so.
+};
+
 /// What was found out about the file that a parser was last asked to open. Belongs to the parser;
 /// what it hands out is valid until the parser's next Open(). Before the first one every member
-/// answers as for a file that does not exist. Nothing throws.
+/// answers as for a file that does not exist. Nothing throws but `std::bad_alloc`, and that only
+/// from unmetConditions().
 class KSSUBTITLE_IMPORT_API ksImportReport {
  public:
   /// @{
@@ -114,6 +123,14 @@ class KSSUBTITLE_IMPORT_API ksImportReport {
   std::span<const ksImportNote> notes() const noexcept;
   /// How many of one kind were found, those that notes() does not keep included.
   std::size_t count(ksImportProblem problem) const noexcept;
+  /// Whether ksSubtitleManager answers the file as it is meant: with the start, end and text that
+  /// its parser here gives, at every millisecond, in the query of the file's width. It may be false
+  /// where that is so, and is never true where it is not; a file without a name is taken to have
+  /// the right one. Looks at every text, so ask once.
+  bool fixedReadersAgree() const noexcept;
+  /// Why not: the conditions that the file does not meet, none if fixedReadersAgree(). Looks at
+  /// every text, too.
+  std::vector<ksImportCondition> unmetConditions() const;
 
  private:
   friend class ksImportParser;

@@ -5,11 +5,13 @@
 #include <cstddef>
 #include <vector>
 
+#include "kssubtitle/import/conditions.h"
 #include "kssubtitle/import/ksImportReport.h"
 
 namespace kssubtitle::importing {
 
-/// Counts every problem, and keeps the first ones with their lines.
+/// Counts every problem, keeps the first ones with their lines, and gathers which conditions of the
+/// fixed readers fail.
 class Notes {
  public:
   static constexpr std::size_t kMostKept = 1000;
@@ -19,15 +21,19 @@ class Notes {
     if (kept_.size() < kMostKept) kept_.push_back({problem, line});
   }
   void sortByLine();
+  void fail(Condition condition) noexcept { failed_.add(condition); }
 
   const std::vector<ksImportNote>& kept() const noexcept { return kept_; }
   std::size_t count(ksImportProblem problem) const noexcept {
     return counts_[static_cast<std::size_t>(problem)];
   }
+  /// Those that readers and the parser have told; what problems say of them is not among them.
+  const FailedConditions& failed() const noexcept { return failed_; }
 
  private:
   std::array<std::size_t, kImportProblems> counts_{};
   std::vector<ksImportNote> kept_;
+  FailedConditions failed_;
 };
 
 }  // namespace kssubtitle::importing

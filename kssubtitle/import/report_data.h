@@ -2,10 +2,12 @@
 #pragma once
 
 #include <cerrno>
+#include <span>
 #include <string>
 #include <string_view>
 #include <vector>
 
+#include "kssubtitle/import/ksImportCue.h"
 #include "kssubtitle/import/ksImportReport.h"
 #include "kssubtitle/import/notes.h"
 
@@ -23,6 +25,7 @@ struct ReportData {
   std::size_t size = 0;
   std::vector<std::string> languages;
   Notes notes;
+  std::span<const ksImportCue> cues;  // the parser's, as long as this
 };
 
 }  // namespace kssubtitle::importing

@@ -32,6 +32,11 @@ class Columns {
     }
   }
 
+  /// Whether the columns stand in these places, among `count`.
+  bool areAt(const std::array<std::size_t, kNames>& places, std::size_t count) const noexcept {
+    return places_ == places && count_ == count;
+  }
+
   bool has(std::size_t name) const noexcept { return places_[name] != kMissing; }
 
   /// Puts the columns of `line` where their names stand; the last column takes all that is left.
@@ -73,6 +78,8 @@ constexpr std::array<std::string_view, kEventColumns> kEventNames = {"Start", "E
 // "Layer" is "Marked" in SSA.
 constexpr std::string_view kEventFormat =
     "Layer, Start, End, Style, Name, MarginL, MarginR, MarginV, Effect, Text";
+constexpr std::array<std::size_t, kEventColumns> kEventPlaces = {1, 2, 3, 9};
+constexpr std::size_t kUsualEventColumns = 10;
 
 enum StyleColumn : std::size_t {
   kName,
@@ -117,23 +124,39 @@ class AssReader {
   void read() {
     Line line;
     for (Lines lines(input_.text, input_.begin, input_.firstLine); lines.next(line);) {
-      readLine(withoutLeadingBlanks(line.text), line.number);
+      readLine(line);
     }
+    if (line.number > kMostLinesOfFixedReaders) sink_.notes().fail(Condition::kLineCount);
   }
 
  private:
-  void readLine(std::string_view line, int number) {
+  void readLine(const Line& whole) {
+    const std::string_view line = withoutLeadingBlanks(whole.text);
     if (line.empty()) return;
     if (line.front() == '[') return enterSection(line);
     if (isAttachment_) return;
     std::string_view value;
     if (hasKey(line, "Dialogue", value)) {
-      readEvent(value, number);
+      if (!whole.text.starts_with("Dialogue:")) sink_.notes().fail(Condition::kScript);
+      readEvent(value, whole.number);
     } else if (hasKey(line, "Format", value)) {
       readFormat(value);
     } else if (hasKey(line, "Style", value)) {
       readStyle(value);
+    } else {
+      checkKey(whole.text, line);
     }
+  }
+
+  /// The fixed readers look at the script's type, and tell keys by other rules.
+  void checkKey(std::string_view whole, std::string_view line) {
+    constexpr std::string_view kDottedI = "\xC4\xB0";  // in lower case it may be an 'i'
+    std::string_view value;
+    if (hasKey(line, "ScriptType", value)) {
+      isV4Plus_ = whole.starts_with("ScriptType:") && value.ends_with("4.00+");
+    }
+    const bool hasDottedI = line.substr(0, line.find(':')).find(kDottedI) != line.npos;
+    if (lowerOf(line.front()) == 'd' || hasDottedI) sink_.notes().fail(Condition::kScript);
   }
 
   void enterSection(std::string_view line) {
@@ -141,7 +164,8 @@ class AssReader {
     // Attached data may look like anything, but has no lower-case letters.
     if (isAttachment_ && std::none_of(line.begin(), line.end(), isLowerCase)) return;
     isAttachment_ = is("[Fonts]") || is("[Graphics]");
-    if (is("[Events")) events_.setFormat(kEventFormat);
+    if (isAttachment_) sink_.notes().fail(Condition::kScript);
+    if (is("[Events")) setEventFormat(kEventFormat);
     if (is("[V4")) {
       isSsa_ = is("[V4 ");
       styleColumns_.setFormat(isSsa_ ? kSsaStyleFormat : kAssStyleFormat);
@@ -152,10 +176,15 @@ class AssReader {
   void readFormat(std::string_view format) {
     Columns<kEventColumns> columns(kEventNames, format);
     if (columns.has(kStart) && columns.has(kEnd)) {
-      events_.setFormat(format);
+      setEventFormat(format);
     } else if (!columns.has(kText)) {
       styleColumns_.setFormat(format);
     }
+  }
+
+  void setEventFormat(std::string_view format) {
+    events_.setFormat(format);
+    hasUsualColumns_ = events_.areAt(kEventPlaces, kUsualEventColumns);
   }
 
   void readStyle(std::string_view line) {
@@ -188,7 +217,7 @@ class AssReader {
     const auto start = timeIn(columns[kStart]);
     const auto end = timeIn(columns[kEnd]);
     if (!start || !end) return sink_.notes().add(ksImportProblem::kTimeUnreadable, number);
-    if (!start->isUsual || !end->isUsual) {
+    if (!start->isUsual() || !end->isUsual()) {
       sink_.notes().add(ksImportProblem::kTimeRepaired, number);
     }
     ksImportCue& cue = sink_.begin(start->milliseconds, end->milliseconds, number);
@@ -197,6 +226,15 @@ class AssReader {
     cue.alignment = traits.alignment.value_or(style.alignment);
     if (traits.isUnclosed) sink_.notes().add(ksImportProblem::kTagUnclosed, number);
     sink_.finish();
+    if (!isVerbatimAss(columns[kText], cue.text)) sink_.notes().fail(Condition::kVerbatim);
+    if (!isStandard(columns[kStart], *start) || !isStandard(columns[kEnd], *end)) {
+      sink_.notes().fail(Condition::kTimes);
+    }
+    if (!isV4Plus_ || !hasUsualColumns_) sink_.notes().fail(Condition::kScript);
+  }
+
+  static bool isStandard(std::string_view column, const WrittenTime& time) noexcept {
+    return time.form == TimeForm::kAss && isDigit(column.front()) && isDigit(column.back());
   }
 
   static std::optional<WrittenTime> timeIn(std::string_view column) noexcept {
@@ -218,6 +256,8 @@ class AssReader {
   Columns<kStyleColumns> styleColumns_;
   AssStyles styles_;
   bool isSsa_ = false;
+  bool isV4Plus_ = false;
+  bool hasUsualColumns_ = true;
   bool isAttachment_ = false;  // within the data of [Fonts] or [Graphics]
 };
 

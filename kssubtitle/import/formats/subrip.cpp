@@ -20,11 +20,14 @@ struct TimeLine {
   std::optional<long long> start;  // a time line of which one time is missing cannot be read
   std::optional<long long> end;
   bool isUsual = false;
+  bool isStandard = false;  ///< Of kStandardForm.
 
   bool isReadable() const noexcept { return start && end; }
 };
 
 constexpr std::string_view kArrow = "-->";
+constexpr std::string_view kStandardForm = "00:00:00,000 --> 00:00:00,000";
+constexpr std::size_t kTimeLength = 12;
 // Other spellings of the arrow, the longest first.
 constexpr std::string_view kOtherArrows[] = {"--&gt;", "-- >", "\xE2\x80\x94>", "\xE2\x80\x93>",
                                              "->"};
@@ -60,7 +63,7 @@ bool isBrokenTimeLine(std::string_view text) noexcept {
 
 /// Whether what follows a time without a fraction says that it was meant to be another one.
 bool isCutShort(const WrittenTime& time, std::string_view rest) noexcept {
-  return !time.isUsual && !rest.empty() && (rest.front() == ':' || isLetter(rest.front()));
+  return !time.isUsual() && !rest.empty() && (rest.front() == ':' || isLetter(rest.front()));
 }
 
 /// The time line that `text` is. Two times of three fields with the usual arrow between them are
@@ -82,7 +85,10 @@ std::optional<TimeLine> timeLineOf(std::string_view text, Above above) noexcept 
   TimeLine line;
   if (start) line.start = start->milliseconds;
   if (end) line.end = end->milliseconds;
-  line.isUsual = isStrict && start->isUsual && end->isUsual;
+  line.isUsual = isStrict && start->isUsual() && end->isUsual();
+  line.isStandard = line.isUsual && start->form == TimeForm::kSubRip &&
+                    end->form == TimeForm::kSubRip && whole.size() == kStandardForm.size() &&
+                    whole[kTimeLength] == ' ' && whole[kTimeLength + 4] == ' ';
   return line;
 }
 
@@ -116,8 +122,12 @@ class Numbering {
     }
     last_ = value;
     hasAny_ = true;
+    if (value != ++cues_) notes_.fail(Condition::kNumbers);
   }
-  void miss(int line) { missing_.push_back(line); }
+  void miss(int line) {
+    missing_.push_back(line);
+    notes_.fail(Condition::kNumbers);
+  }
   bool isContinuedBy(const NumberLine& number) const noexcept {
     return hasAny_ && valueOf(number) == last_ + 1;
   }
@@ -131,6 +141,7 @@ class Numbering {
   Notes& notes_;
   bool hasAny_ = false;
   long long last_ = 0;
+  long long cues_ = 0;
   std::vector<int> missing_;
 };
 
@@ -144,6 +155,7 @@ class SubRipReader {
     for (Lines lines(input_.text, input_.begin, input_.firstLine); lines.next(line);) {
       readLine(line);
     }
+    if (line.number > kMostLinesOfFixedReaders) sink_.notes().fail(Condition::kLineCount);
     finishLastCue();
     numbering_.finish();
   }
@@ -189,6 +201,7 @@ class SubRipReader {
     } else {
       numbering_.miss(line.number);
     }
+    checkForm(line, times);
     isInCue_ = true;
     times_ = times;
     line_ = isNumbered ? number_->line.number : line.number;
@@ -199,6 +212,16 @@ class SubRipReader {
     above_ = Above::kOther;
   }
 
+  /// Tells whether the fixed readers see a cue begin here as well; the first one, at the front.
+  void checkForm(const Line& line, const TimeLine& times) {
+    const bool isNumbered = number_ && isDigit(number_->line.text.front()) &&
+                            isDigit(number_->line.text.back()) && number_->line.next == line.begin;
+    if (!isNumbered) return sink_.notes().fail(Condition::kNumbers);
+    if (!isInCue_ && number_->line.begin > 0) sink_.notes().fail(Condition::kCuesAlone);
+    const bool isAlone = line.text.size() == kStandardForm.size();
+    if (!times.isStandard || !isAlone) sink_.notes().fail(Condition::kTimes);
+  }
+
   void finishCue(std::size_t textEnd) {
     if (!isInCue_) return;
     if (!times_.isReadable()) {
@@ -207,11 +230,12 @@ class SubRipReader {
     }
     if (!times_.isUsual) sink_.notes().add(ksImportProblem::kTimeRepaired, timeLineNumber_);
     ksImportCue& cue = sink_.begin(*times_.start, *times_.end, line_);
-    const TextTraits traits =
-        writeSubRipText(input_.text.substr(textBegin_, textEnd - textBegin_), sink_.text());
+    const std::string_view source = input_.text.substr(textBegin_, textEnd - textBegin_);
+    const TextTraits traits = writeSubRipText(source, sink_.text());
     if (traits.alignment) cue.alignment = *traits.alignment;
     if (traits.isUnclosed) sink_.notes().add(ksImportProblem::kTagUnclosed, line_);
     sink_.finish();
+    if (!isVerbatimSubRip(source, cue.text)) sink_.notes().fail(Condition::kVerbatim);
   }
 
   /// A number at the end, behind a blank line, announces a cue that is not there any more.

@@ -52,7 +52,7 @@ class SubViewerReader {
     if (line.empty() || isStyleLine(line)) return;
     if (const auto times = timeLineOf(line)) {
       finishCue();
-      if (!times->start.isUsual || !times->end.isUsual) {
+      if (!times->start.isUsual() || !times->end.isUsual()) {
         sink_.notes().add(ksImportProblem::kTimeRepaired, number);
       }
       cue_ = &sink_.begin(times->start.milliseconds, times->end.milliseconds, number);

@@ -46,7 +46,10 @@ std::optional<WrittenTime> takeUsualTime(std::string_view& text) noexcept {
   }
   if (length < text.size() && isDigit(text[length])) return std::nullopt;
   text.remove_prefix(length);
-  return WrittenTime{((hours * 60LL + minutes) * 60 + seconds) * 1000 + milliseconds, 3, true};
+  TimeForm form = TimeForm::kUsual;
+  if (p[6] == ',' && length == 12) form = TimeForm::kSubRip;
+  if (p[6] == '.' && length == hourDigits + 9) form = TimeForm::kAss;
+  return WrittenTime{((hours * 60LL + minutes) * 60 + seconds) * 1000 + milliseconds, 3, form};
 }
 
 }  // namespace
@@ -71,7 +74,8 @@ std::optional<WrittenTime> takeTime(std::string_view& text) noexcept {
                                   : first->value * 60 + second->value;
   time.milliseconds = seconds * 1000 + (fraction ? millisecondsOfFraction(*fraction) : 0);
   if (isNegative) time.milliseconds = -time.milliseconds;
-  time.isUsual = third && fraction && second->count == 2 && third->count == 2 && !isNegative;
+  const bool isUsual = third && fraction && second->count == 2 && third->count == 2 && !isNegative;
+  if (isUsual) time.form = TimeForm::kUsual;
   text = rest;
   return time;
 }

@@ -6,10 +6,20 @@
 
 namespace kssubtitle::importing {
 
+/// How a time is written.
+enum class TimeForm {
+  kOther,
+  kUsual,   ///< Nearly as SubRip, ASS or WebVTT have it.
+  kSubRip,  ///< 00:00:00,000
+  kAss,     ///< 0:00:00.00, with one or two digits of hours
+};
+
 struct WrittenTime {
   long long milliseconds = 0;
-  int fields = 0;        ///< 3 for hours, minutes and seconds; 2 for minutes and seconds.
-  bool isUsual = false;  ///< As the standard form of SubRip, ASS or WebVTT has it.
+  int fields = 0;  ///< 3 for hours, minutes and seconds; 2 for minutes and seconds.
+  TimeForm form = TimeForm::kOther;
+
+  bool isUsual() const noexcept { return form != TimeForm::kOther; }
 };
 
 /// Takes a time off the front of `text`, with the blanks before and within it: two or three fields,

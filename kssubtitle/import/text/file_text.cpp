@@ -4,6 +4,7 @@
 #include <string_view>
 #include <utility>
 
+#include "kssubtitle/import/conditions.h"
 #include "kssubtitle/import/text/decoding.h"
 #include "kssubtitle/import/text/lines.h"
 
@@ -30,6 +31,9 @@ void noteReplacements(const DecodedText& decoded, Notes& notes) {
 std::optional<std::string> textOf(std::string bytes, const ksImportOptions& options,
                                   ReportData& report) {
   FoundEncoding found = findEncoding(bytes, {options.encoding, options.fallbackEncoding});
+  if (!isEncodingOfFixedReaders(bytes, found.encoding.name)) {
+    report.notes.fail(Condition::kEncoding);
+  }
   std::optional<DecodedText> decoded = decode(std::move(bytes), found);
   if (!decoded) return std::nullopt;
   report.encodingSource = found.source;
