@@ -5,5 +5,6 @@
 #include "kssubtitle/import/ksImportCue.h"
 #include "kssubtitle/import/ksImportOptions.h"
 #include "kssubtitle/import/ksImportParser.h"
+#include "kssubtitle/import/ksImportPictures.h"
 #include "kssubtitle/import/ksImportReport.h"
 #include "kssubtitle/import/ksImportWriter.h"

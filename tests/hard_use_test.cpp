@@ -12,6 +12,7 @@
 #include <utility>
 
 #include "import_support.h"
+#include "program_stream_writer.h"
 
 namespace {
 
@@ -165,6 +166,27 @@ struct ImportPlayer {
   ksImportParser parser;
 };
 
+/// The same for pictures.
+struct ImportPicturePlayer {
+  std::string use(const std::string& path) {
+    try {
+      pictures.Open(path.c_str());
+      pictures.Open(path.c_str());
+    } catch (const std::bad_alloc&) {
+      EXPECT_FALSE(pictures.IsOpen());
+      EXPECT_TRUE(pictures.entries().empty());
+      throw;
+    }
+    std::string all = pictures.select(1) ? "selected" : "one language";
+    for (std::size_t i = 0; i < pictures.entries().size(); ++i) {
+      const auto picture = pictures.Picture(i);
+      all += picture ? std::to_string(picture->rgba.size()) + " " : "none ";
+    }
+    return all;
+  }
+  ksImportPictures pictures;
+};
+
 class HardUse : public testing::Test {
  protected:
   HardUse() {
@@ -239,6 +261,18 @@ TEST_F(HardUse, memoryThatRunsOut_leavesTheImportParserClosedAndUsable) {
   const std::string detected =
       dir.write("detected.srt", overlaps + "\xCF\xF0\xE8\xE2\xE5\xF2, \xEA\xE0\xEA");
   expectUseSurvivesAnyFailure([] { return std::make_unique<ImportPlayer>(); }, detected, true);
+}
+
+TEST_F(HardUse, memoryThatRunsOut_leavesPicturesClosedAndUsable) {
+  const std::string unit = makeUnit({.rows = {"0123", "32"}});
+  dir.write("p.SUB", packsOf(unit) + packsOf(unit, 1000, 3));
+  const std::string index = dir.write("p.idx",
+                                      "id: \xC3\xA9, index: 0\ntimestamp: 0:0:1:0, filepos: 0\nx\n"
+                                      "id: a, index: 3\ntimestamp: 0:0:1:0, filepos: 800\n"
+                                      "timestamp: 0:0:2:0, filepos: 0\n");
+  for (const std::string& path : {index, dir.write("alone.sub", packsOf(unit))}) {
+    expectUseSurvivesAnyFailure([] { return std::make_unique<ImportPicturePlayer>(); }, path);
+  }
 }
 
 TEST_F(HardUse, filesThatShrinkWhileTheyAreRead_areImportedAsFarAsTheyGo) {

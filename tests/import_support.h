@@ -25,7 +25,8 @@ inline std::string notesOf(const ksImportParser& parser) {
       "NumberMissing", "NumberDoubled", "NumberFalling",  "CueWithoutText", "EndNotBehindStart",
       "Overlap",       "TimeRepaired",  "TimeUnreadable", "LineIgnored",    "TagUnclosed",
       "Undecodable",   "ZeroCharacter", "CueCutOff",      "ColumnsMissing", "UnknownStyle",
-      "NoFrameRate",   "EndAssumed",    "Duplicate",      "Unsupported"};
+      "NoFrameRate",   "EndAssumed",    "Duplicate",      "PictureDamaged", "ColorsChange",
+      "Unsupported"};
   std::string all;
   for (const ksImportNote& note : parser.report().notes()) {
     all += (all.empty() ? "" : "; ") + std::to_string(note.line) + " " +

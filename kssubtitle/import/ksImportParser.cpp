@@ -2,7 +2,6 @@
 #include "kssubtitle/import/ksImportParser.h"
 
 #include <algorithm>
-#include <climits>
 #include <string>
 #include <utility>
 #include <vector>
@@ -22,9 +21,6 @@
 using namespace kssubtitle::importing;
 
 namespace {
-
-/// Line numbers are `int`.
-constexpr std::size_t kMostBytes = INT_MAX;
 
 /// The format of a text in which zero characters do not count.
 const Format* recogniseText(std::string_view text, std::string_view path) {
@@ -100,7 +96,7 @@ bool ksImportParser::Open(const char* path) { return Open(path, ksImportOptions(
 
 bool ksImportParser::Open(const char* path, const ksImportOptions& options) {
   close();
-  FileBytes file = readFile(path, std::min(options.maxBytes, kMostBytes));
+  FileBytes file = readFile(path, std::min(options.maxBytes, kMostFileBytes));
   if (file.refusal != ksImportRefusal::kNone) return refuse(file.refusal, file.systemError);
   return openBytes(std::move(file.bytes), path, options);
 }
@@ -108,7 +104,7 @@ bool ksImportParser::Open(const char* path, const ksImportOptions& options) {
 bool ksImportParser::OpenMemory(const void* bytes, std::size_t size,
                                 const ksImportOptions& options) {
   close();
-  if (size > std::min(options.maxBytes, kMostBytes)) return refuse(ksImportRefusal::kTooLarge);
+  if (size > std::min(options.maxBytes, kMostFileBytes)) return refuse(ksImportRefusal::kTooLarge);
   if (size == 0) return refuse(ksImportRefusal::kEmpty);
   return openBytes(std::string(static_cast<const char*>(bytes), size), {}, options);
 }

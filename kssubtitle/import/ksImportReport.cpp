@@ -55,6 +55,10 @@ std::string_view sentenceOf(ksImportProblem problem) noexcept {
       return "The file does not say when the cue ends; an end is assumed.";
     case ksImportProblem::kDuplicate:
       return "The same cue is there twice; it is shown once.";
+    case ksImportProblem::kPictureDamaged:
+      return "The picture is damaged or missing, so nothing is shown for it.";
+    case ksImportProblem::kColorsChange:
+      return "The picture changes its colours from column to column; it is shown without that.";
     case ksImportProblem::kUnsupported:
       return "Something here has no counterpart in a subtitle's text and is left out.";
   }

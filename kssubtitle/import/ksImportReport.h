@@ -63,6 +63,8 @@ enum class ksImportProblem {
   kFrameRateAssumed,   ///< Times are counted in frames, and the file does not say of which rate.
   kEndAssumed,         ///< A cue has no end of its own.
   kDuplicate,          ///< A cue is there twice.
+  kPictureDamaged,     ///< A picture cannot be read and is left out.
+  kColorsChange,       ///< A picture changes colours from column to column: it keeps its first.
   kUnsupported,        ///< Something that the format has is left out.
 };
 
@@ -134,5 +136,6 @@ class KSSUBTITLE_IMPORT_API ksImportReport {
 
  private:
   friend class ksImportParser;
+  friend class ksImportPictures;
   std::unique_ptr<kssubtitle::importing::ReportData> data_;
 };

@@ -1,6 +1,7 @@
 // The bytes of a file.
 #pragma once
 
+#include <climits>
 #include <cstddef>
 #include <string>
 #include <string_view>
@@ -8,6 +9,9 @@
 #include "kssubtitle/import/ksImportReport.h"
 
 namespace kssubtitle::importing {
+
+/// More are refused, as line numbers are `int`.
+inline constexpr std::size_t kMostFileBytes = INT_MAX;
 
 struct FileBytes {
   std::string bytes;

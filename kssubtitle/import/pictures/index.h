@@ -1,0 +1,51 @@
+// The text of a VobSub index.
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "kssubtitle/import/notes.h"
+#include "kssubtitle/import/pictures/subpicture.h"
+
+namespace kssubtitle::importing {
+
+struct IndexEntry {
+  long long time;          ///< Milliseconds, of either sign.
+  std::uint64_t position;  ///< Where its unit begins in the stream.
+  int line;                ///< In the index; 0 without one.
+};
+
+/// A language.
+struct IndexStream {
+  int number = 0;  ///< Of its subpicture stream.
+  std::string language;
+  std::string name;
+  std::vector<IndexEntry> entries;
+};
+
+/// Two numbers, across and down.
+struct Pair {
+  int x = 0;
+  int y = 0;
+};
+
+struct PictureIndex {
+  Palette palette;
+  Pair size;  ///< Of the frame in pixels; zeros if the index does not say.
+  Pair origin;
+  Pair scalePercent{100, 100};
+  bool showsForcedOnly = false;
+  std::optional<int> chosenStream;  ///< A number.
+  std::vector<IndexStream> streams;
+};
+
+/// Whether a text is a VobSub index, by its first comment or by an entry.
+bool isIndex(std::string_view text) noexcept;
+
+/// Reads an index line by line. What cannot be read is noted and left out.
+PictureIndex readIndex(std::string_view text, Notes& notes);
+
+}  // namespace kssubtitle::importing

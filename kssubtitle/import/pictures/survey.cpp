@@ -1,0 +1,143 @@
+// What the units of a language say of themselves: when and where each is shown.
+#include "kssubtitle/import/pictures/survey.h"
+
+#include <algorithm>
+#include <limits>
+
+#include "kssubtitle/import/pictures/program_stream.h"
+#include "kssubtitle/import/pictures/subpicture.h"
+
+namespace kssubtitle::importing {
+namespace {
+
+constexpr long long kLastLasts = 5000;  // milliseconds, if it says no end
+
+ksImportRectangle rectangleOf(const Subpicture& subpicture, const PictureIndex& index) noexcept {
+  const auto scaled = [](int n, int percent) { return n * percent / 100; };
+  const auto [x, y] = index.scalePercent;
+  const DisplayArea area = subpicture.control.shown.area.value_or(DisplayArea{});
+  return {scaled(area.left, x) + index.origin.x, scaled(area.top, y) + index.origin.y,
+          scaled(subpicture.width, x), scaled(subpicture.height, y)};
+}
+
+/// Without its end where the unit says none.
+ksImportPictureEntry entryOf(const IndexEntry& from, const Subpicture& subpicture,
+                             const PictureIndex& index) {
+  ksImportPictureEntry entry;
+  entry.line = from.line;
+  entry.damage = subpicture.damage;
+  entry.start = from.time;
+  entry.isEndAssumed = true;
+  if (!entry.damage.empty()) return entry;
+  entry.start += subpicture.startDelay;
+  entry.isEndAssumed = !subpicture.stopDelay;
+  entry.end = from.time + subpicture.stopDelay.value_or(0);
+  entry.isForced = subpicture.control.isForced;
+  entry.rectangle = rectangleOf(subpicture, index);
+  return entry;
+}
+
+/// Reads each unit once, however many entries lead to it.
+class Surveyor {
+ public:
+  Surveyor(StreamBytes& bytes, const PictureIndex& index, const IndexStream& stream, Notes& notes)
+      : bytes_(bytes), index_(index), stream_(stream), notes_(notes) {}
+
+  std::vector<Surveyed> run() {
+    std::vector<Surveyed> all(stream_.entries.size());
+    const std::vector<std::size_t> order = orderInStream();
+    std::uint64_t end = std::numeric_limits<std::uint64_t>::max();
+    for (std::size_t i = order.size(); i-- > 0;) {
+      Surveyed& each = all[order[i]];
+      each.begin = stream_.entries[order[i]].position;
+      if (i + 1 < order.size() && all[order[i + 1]].begin > each.begin) {
+        end = all[order[i + 1]].begin;
+      }
+      each.end = end;
+    }
+    const Surveyed* last = nullptr;
+    for (const std::size_t i : order) {
+      if (last == nullptr || last->begin != all[i].begin) read(all[i]);
+      last = &all[i];
+      all[i].entry = entryOf(stream_.entries[i], subpicture_, index_);
+      note(all[i].entry);
+    }
+    return all;
+  }
+
+ private:
+  std::vector<std::size_t> orderInStream() const {
+    std::vector<std::size_t> order(stream_.entries.size());
+    for (std::size_t i = 0; i < order.size(); ++i) order[i] = i;
+    std::stable_sort(order.begin(), order.end(), [this](std::size_t a, std::size_t b) {
+      return stream_.entries[a].position < stream_.entries[b].position;
+    });
+    return order;
+  }
+
+  void read(const Surveyed& place) {
+    const Unit unit = readUnit(bytes_, place.begin, place.end, stream_.number);
+    subpicture_ = {};
+    if (unit.damage.empty()) {
+      subpicture_ = readSubpicture(unit.bytes);
+    } else {
+      subpicture_.damage = unit.damage;
+    }
+  }
+
+  void note(const ksImportPictureEntry& entry) {
+    const auto add = [&](bool holds, ksImportProblem problem) {
+      if (holds) notes_.add(problem, entry.line);
+    };
+    const bool isSound = entry.damage.empty();
+    add(!isSound, ksImportProblem::kPictureDamaged);
+    add(isSound && entry.isEndAssumed, ksImportProblem::kEndAssumed);
+    add(isSound && subpicture_.control.changesColors, ksImportProblem::kColorsChange);
+  }
+
+  StreamBytes& bytes_;
+  const PictureIndex& index_;
+  const IndexStream& stream_;
+  Notes& notes_;
+  Subpicture subpicture_;  // of the unit that was read last
+};
+
+/// A picture without an end is shown until another one begins.
+void assumeEnds(std::vector<Surveyed>& all) noexcept {
+  std::size_t next = all.size();  // the first one that starts later
+  for (std::size_t i = all.size(); i-- > 0;) {
+    ksImportPictureEntry& entry = all[i].entry;
+    if (i + 1 < all.size() && all[i + 1].entry.start > entry.start) next = i + 1;
+    if (!entry.isEndAssumed) continue;
+    entry.end = next < all.size() ? all[next].entry.start : entry.start + kLastLasts;
+  }
+}
+
+}  // namespace
+
+std::vector<Surveyed> surveyStream(StreamBytes& bytes, const PictureIndex& index,
+                                   const IndexStream& stream, Notes& notes) {
+  std::vector<Surveyed> all = Surveyor(bytes, index, stream, notes).run();
+  std::stable_sort(all.begin(), all.end(), [](const Surveyed& a, const Surveyed& b) {
+    return a.entry.start < b.entry.start;
+  });
+  assumeEnds(all);
+  return all;
+}
+
+Pair frameOf(const PictureIndex& index, const std::vector<Surveyed>& entries) noexcept {
+  constexpr Pair kUsual[] = {{720, 480}, {720, 576}, {1280, 720}, {1920, 1080}, {4096, 4096}};
+  if (index.size.x > 0) return index.size;
+  Pair least;
+  for (const Surveyed& each : entries) {
+    const ksImportRectangle& rectangle = each.entry.rectangle;
+    least.x = std::max(least.x, rectangle.left + rectangle.width);
+    least.y = std::max(least.y, rectangle.top + rectangle.height);
+  }
+  const auto* const found =
+      std::find_if(std::begin(kUsual), std::prev(std::end(kUsual)),
+                   [&](Pair usual) { return usual.x >= least.x && usual.y >= least.y; });
+  return *found;
+}
+
+}  // namespace kssubtitle::importing
