@@ -1,12 +1,12 @@
 // Reads the columns of a line one after the other.
 #pragma once
 
+#include <algorithm>
 #include <string>
 #include <string_view>
 
 #include "kssubtitle/parsers/decimal.h"
 #include "kssubtitle/parsers/times.h"
-#include "kssubtitle/strings/find_near.h"
 #include "kssubtitle/strings/trimming.h"
 #include "kssubtitle/strings/view.h"
 #include "kssubtitle/strings/width_rules.h"
@@ -52,10 +52,10 @@ class ColumnReader {
 
   /// text() without trimming first.
   View upTo(Char separator) noexcept {
-    const Char* const found = findNear<Char>(begin_, end_, separator);
+    Char* const found = std::find(begin_, end_, separator);
     if (found == end_) return rest();
     const View token(begin_, static_cast<std::size_t>(found - begin_));
-    begin_ += token.size() + 1;
+    begin_ = found + 1;
     return token;
   }
 

@@ -19,24 +19,27 @@ inline int times10(int value) noexcept {
 }
 
 /// Reads a text of the form `form`, in which each '0' stands for a digit and any other character
-/// for itself; the runs of digits become `fields`. False, with `fields` undefined, if the text at
-/// `p` has another form. Requires: as many characters at `p`.
-template <std::size_t kSize, typename Char>
-bool readForm(const char (&form)[kSize], const Char* p, int (&fields)[4]) noexcept {
+/// for itself; the runs of digits, as many as there are `fields`, become those. False, with
+/// `fields` undefined, if the text at `p` has another form. Requires: as many characters at `p`.
+template <std::size_t kSize, std::size_t kFields, typename Char>
+bool readForm(const char (&form)[kSize], const Char* p, int (&fields)[kFields]) noexcept {
   int number = 0;
   int* field = fields;
+  // Unrolled, so that the form is known at each step and costs nothing.
+#pragma GCC unroll 32
   for (std::size_t i = 0; i + 1 < kSize; ++i) {
     if (form[i] == '0') {
       const auto digit = static_cast<unsigned>(p[i]) - '0';
       if (digit > 9) return false;
       number = number * 10 + static_cast<int>(digit);
-    } else {
-      if (p[i] != form[i]) return false;
-      *field++ = number;
-      number = 0;
+      if (form[i + 1] != '0') {
+        *field++ = number;
+        number = 0;
+      }
+    } else if (p[i] != form[i]) {
+      return false;
     }
   }
-  if (field != fields + 4) *field = number;
   return true;
 }
 

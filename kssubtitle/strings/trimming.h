@@ -12,7 +12,6 @@ namespace kssubtitle::internal {
 /// deleted ones stay, moved up against the rest.
 template <typename Char>
 Char* trimLeft(Char* begin, Char* end, Char blank) noexcept {
-  if (begin == end || *begin != blank) return begin;
   const std::ptrdiff_t size = end - begin;
   std::ptrdiff_t deleted = 0;
   while (2 * deleted < size && begin[2 * deleted] == blank) ++deleted;

@@ -45,7 +45,7 @@ void assignStyle(ksBasicString<Char>& style, std::basic_string_view<Char> column
   constexpr int kLength = 7;
   constexpr Char kDefault[] = {'D', 'e', 'f', 'a', 'u', 'l', 't', 0};
   assign(style, column);
-  if (style.getChar(0) == '*') style.TrimLeft(Char{'*'});
+  style.TrimLeft(Char{'*'});
   if (style.length() == kLength && style != kDefault &&
       ksBasicString<Char>::compareNoCase(style.getData(), kDefault, kLength) == 0) {
     style = kDefault;

@@ -2,36 +2,17 @@
 #include "kssubtitle/parsers/ass/override_tags.h"
 
 #include <algorithm>
-#include <cstring>
 
-#include "kssubtitle/strings/find_near.h"
 #include "kssubtitle/strings/replacing.h"
 
 namespace kssubtitle::internal {
-namespace {
-
-// A short copy moves this many characters, whatever it was asked for, and so takes no call. The
-// buffers have room for it behind their ends.
-constexpr std::size_t kBlock = 16;
-
-template <typename Char>
-void copyBlock(const Char* from, std::size_t count, Char* to) noexcept {
-  if (count <= kBlock) {
-    std::memmove(to, from, kBlock * sizeof(Char));
-  } else {
-    std::memmove(to, from, count * sizeof(Char));
-  }
-}
-
-}  // namespace
-
-// A removal can bring about itself for ever in the stale characters. No pass that ends by itself
-// takes as many removals as the text has characters, so none is allowed more.
+// A removal can bring about another one without end in the stale characters. No pass that ends by
+// itself takes as many removals as the text has characters, so none is allowed more.
 template <typename Char>
 auto SpanRemover<Char>::remove(View text, Char opening, Char closing) -> View {
   start(text);
   for (std::size_t allowed = text.size(); allowed > 0; --allowed) {
-    const Char* const open = findNear<Char>(head_, tail_, opening);
+    const Char* const open = std::find<const Char*>(head_, tail_, opening);
     const Char* const close = findClosing(open, closing);
     if (close == tail_) break;
     keepUpTo(open);
@@ -45,9 +26,9 @@ auto SpanRemover<Char>::remove(View text, Char opening, Char closing) -> View {
 template <typename Char>
 void SpanRemover<Char>::start(View text) {
   const std::size_t size = text.size() + 1;
-  if (result_.size() < size + kBlock) {
-    tape_.resize(2 * size + kBlock);  // first: either may throw
-    result_.resize(size + kBlock);
+  if (result_.size() < size) {
+    tape_.resize(2 * size);  // first: either may throw
+    result_.resize(size);
   }
   std::char_traits<Char>::copy(tape_.data(), text.data(), size);
   kept_ = result_.data();
@@ -60,7 +41,7 @@ void SpanRemover<Char>::start(View text) {
 template <typename Char>
 void SpanRemover<Char>::keepUpTo(const Char* end) noexcept {
   const auto count = static_cast<std::size_t>(end - head_);
-  copyBlock(head_, count, kept_);
+  std::char_traits<Char>::copy(kept_, head_, count);
   kept_ += count;
   head_ += count;
 }
@@ -71,13 +52,13 @@ const Char* SpanRemover<Char>::findClosing(const Char* from, Char closing) noexc
   const Char* next = from;
   if (from < searchedTo_) {
     if (from < searchedFrom_) {
-      const Char* const found = findNear(from, searchedFrom_, closing);
+      const Char* const found = std::find(from, searchedFrom_, closing);
       if (found != searchedFrom_) return found;
     }
     next = searchedTo_;
   }
   searchedFrom_ = from;
-  searchedTo_ = findNear<Char>(next, tail_, closing);
+  searchedTo_ = std::find<const Char*>(next, tail_, closing);
   return searchedTo_;
 }
 
@@ -89,7 +70,7 @@ void SpanRemover<Char>::drop(std::size_t span) noexcept {
     return;
   }
   if (static_cast<std::size_t>(limit_ - tail_) < span) moveToFront();
-  copyBlock(tail_ - span, span, tail_);
+  std::char_traits<Char>::copy(tail_, tail_ - span, span);
   tail_ += span;
   head_ += span;
 }
@@ -118,7 +99,6 @@ auto OverrideTagRemover<Char>::clean(View text) -> View {
   constexpr Char kLineFeed[] = {'\n', 0};
   if (text.find(Char{'{'}) != View::npos) text = braces_.remove(text, '{', '}');
   if (text.find(Char{'<'}) != View::npos) text = angles_.remove(text, '<', '>');
-  if (text.find(kLineBreak) == View::npos) return text;
   broken_ = text;
   replaceFirst<Char>(broken_, kLineBreak, kLineFeed);
   return broken_;

@@ -63,24 +63,11 @@ int arrowIn(const ksBasicString<Char>& line) noexcept {
   return arrow == 0 ? -1 : static_cast<int>(arrow);
 }
 
-/// False if there is nothing to trim.
+/// Most lines have no space at an end, and need no call.
 template <typename Char>
-bool trim(ksBasicString<Char>& line) {
-  const bool left = line.getChar(0) == ' ';
-  const bool right = line.getChar(line.length() - 1) == ' ';
-  if (left) line.TrimLeft();
-  if (right) line.TrimRight();
-  return left || right;
-}
-
-/// Reads a time of the form hh:mm:ss,mmm, which every reading of a time line agrees on; false in
-/// any other form.
-template <typename Char>
-bool readStrictTime(const Char* p, long long& time) noexcept {
-  int fields[4];
-  if (!readForm("00:00:00,000", p, fields)) return false;
-  time = milliseconds32(fields[0], fields[1], fields[2], fields[3]);
-  return true;
+void trim(ksBasicString<Char>& line) {
+  if (line.getChar(0) == ' ') line.TrimLeft();
+  if (line.getChar(line.length() - 1) == ' ') line.TrimRight();
 }
 
 /// Turns lines into cues.
@@ -117,8 +104,8 @@ class SrtConverter {
     cue.text += static_cast<Char>('\n');
     for (std::size_t j = i; j < lines_.size(); j += 2) {
       ksBasicString<Char>& line = lines_[j];
-      const bool isKnown = !trim(line) && j == i;  // convertLine() has found that it is no other
-      if (line.isEmpty() || (!isKnown && !isText(line))) return;
+      trim(line);
+      if (line.isEmpty() || !isText(line)) return;
       cue.text += line;
     }
   }
@@ -128,14 +115,16 @@ class SrtConverter {
     return !line.isNumeric() && arrowIn(line) <= 0;
   }
 
+  /// A line in the usual form, which every reading of it agrees on, is read at once.
   void readTimes(View<Char> line, std::size_t arrow) {
-    constexpr std::size_t kTimeLength = 12;
-    if (arrow == kTimeLength + 1 && line.size() == 2 * kTimeLength + 5 &&
-        line[kTimeLength] == ' ' && line[arrow + 3] == ' ' && readStrictTime(line.data(), start_) &&
-        readStrictTime(line.data() + arrow + 4, end_)) {
-      return;
+    constexpr char kUsual[] = "00:00:00,000 --> 00:00:00,000";
+    int fields[8];
+    if (line.size() == std::size(kUsual) - 1 && readForm(kUsual, line.data(), fields)) {
+      start_ = milliseconds32(fields[0], fields[1], fields[2], fields[3]);
+      end_ = milliseconds32(fields[4], fields[5], fields[6], fields[7]);
+    } else {
+      readTimesLeniently(line, arrow);
     }
-    readTimesLeniently(line, arrow);
   }
 
   void readTimesLeniently(View<Char> line, std::size_t arrow) {
