@@ -10,6 +10,7 @@
 #include "kssubtitle/parsers/ass/event_line.h"
 #include "kssubtitle/parsers/ass/override_tags.h"
 #include "kssubtitle/parsers/ass/style_line.h"
+#include "kssubtitle/parsers/line_key.h"
 #include "kssubtitle/parsers/reading/load_file.h"
 #include "kssubtitle/parsers/session_table.h"
 
@@ -32,13 +33,8 @@ enum class Key {
   kOther
 };
 
-struct KeyName {
-  std::string_view name;
-  Key key;
-};
-
 // The most frequent one first.
-constexpr KeyName kKeyNames[] = {
+constexpr KeyName<Key> kKeyNames[] = {
     {"dialogue", Key::kDialogue},     {"style", Key::kStyle},
     {"playresx", Key::kPlayResX},     {"playresy", Key::kPlayResY},
     {"scripttype", Key::kScriptType}, {"collisions", Key::kCollisions},
@@ -54,21 +50,6 @@ bool equals(std::basic_string_view<Char> text, std::string_view literal) noexcep
 template <typename Char>
 bool endsWith(std::basic_string_view<Char> text, std::string_view ending) noexcept {
   return text.size() >= ending.size() && equals(text.substr(text.size() - ending.size()), ending);
-}
-
-/// The key in any case, as MakeLower() leaves it.
-template <typename Char>
-Key keyOf(std::basic_string_view<Char> text) noexcept {
-  text = text.substr(0, text.find(Char{}));
-  for (const KeyName& entry : kKeyNames) {
-    const auto equalLower = [](Char c, char expected) {
-      return c == expected || WidthRules<Char>::toLower(c) == static_cast<Char>(expected);
-    };
-    if (std::equal(text.begin(), text.end(), entry.name.begin(), entry.name.end(), equalLower)) {
-      return entry.key;
-    }
-  }
-  return Key::kOther;
 }
 
 /// Walks the lines of one script. The script type decides how events are read, the script type and
@@ -91,7 +72,7 @@ class AssConverter {
     line_.assign(stored.getData(), static_cast<std::size_t>(stored.length()));
     ColumnReader<Char> reader(line_);
     reader.trimBothSides();
-    const Key key = keyOf(reader.text(Char{':'}));
+    const Key key = keyOf(reader.text(Char{':'}), kKeyNames, Key::kOther);
     convertValue(key, reader);
   }
 

@@ -10,6 +10,7 @@
 #include <string>
 
 #include "kssubtitle/parsers/column_reader.h"
+#include "kssubtitle/parsers/line_key.h"
 #include "kssubtitle/parsers/reading/load_file.h"
 #include "kssubtitle/parsers/times.h"
 #include "kssubtitle/parsers/vobsub/program_stream_pack.h"
@@ -20,6 +21,14 @@ namespace {
 using namespace kssubtitle::internal;
 
 constexpr ReadingRules kReading{.lastLine = LastLine::kLost, .start = 0, .lineCap = 5000};
+
+enum class Key { kTimestamp, kPalette, kCustomColors, kOther };
+
+constexpr KeyName<Key> kKeyNames[] = {
+    {"timestamp", Key::kTimestamp},
+    {"palette", Key::kPalette},
+    {"custom colors", Key::kCustomColors},
+};
 
 /// What differs between the two widths, on purpose.
 template <typename Char>
@@ -135,15 +144,31 @@ class IdxConverter {
   using String = ksBasicString<Char>;
 
   void convertLine(int index) {
-    String line = parser_.lines[static_cast<std::size_t>(index)];
-    line.TrimLeft();
-    line.TrimRight();
+    const String& stored = parser_.lines[static_cast<std::size_t>(index)];
+    line_.assign(stored.getData(), static_cast<std::size_t>(stored.length()));
+    ColumnReader<Char> reader(line_);
+    reader.trimBothSides();
     // Deliberate: such a line is taken up again and again.
-    if (line.isEmpty() || line.getChar(0) == ';') repeatForEver();
-    const String key = parser_.GetStr(line, ':').MakeLower();
-    if (key == literal<Char>("palette")) readPalette(line);
-    if (key == literal<Char>("custom colors")) readCustomColors(line);
-    if (key == literal<Char>("timestamp")) readTimestamp(line, index);
+    if (reader.rest().empty() || reader.rest().front() == ';') repeatForEver();
+    const Key key = keyOf(reader.text(Char{':'}), kKeyNames, Key::kOther);
+    convertValue(key, reader.rest(), index);
+  }
+
+  void convertValue(Key key, std::basic_string_view<Char> value, int index) {
+    using Text = std::basic_string<Char>;
+    switch (key) {
+      case Key::kTimestamp:
+        readTimestamp(Text(value), index);
+        break;
+      case Key::kPalette:
+        readPalette(Text(value));
+        break;
+      case Key::kCustomColors:
+        readCustomColors(Text(value));
+        break;
+      case Key::kOther:
+        break;
+    }
   }
 
   void readPalette(const String& value) {
@@ -193,6 +218,7 @@ class IdxConverter {
   }
 
   Parser& parser_;
+  std::basic_string<Char> line_;
   int entries_ = 0;
 };
 
