@@ -18,9 +18,6 @@ namespace {
 
 using namespace kssubtitle::internal;
 
-template <typename Char>
-constexpr ReadingRules kReading = kTextFile<Char, LastLine::kLost>;
-
 enum class Key {
   kPlayResX,
   kPlayResY,
@@ -168,7 +165,7 @@ template class ksSessionMap<ASS_SESSION_ST_U>;
 
 bool ksAssParser::Open(const char* path) {
   sessions.clear();
-  return openAndConvert<kReading<char>>(*this, path, &ksAssParser::ConvertBufToAssMap);
+  return openAndConvert<kScriptFile<char>>(*this, path, &ksAssParser::ConvertBufToAssMap);
 }
 
 long long ksAssParser::DurationTime() { return lastEnd(sessions); }
@@ -177,7 +174,7 @@ SUBTITLE_ST ksAssParser::GetSubTitle(long long t) { return answerAt<SUBTITLE_ST>
 
 SUBTITLE_ST_U ksAssParser::GetSubTitleU(long long) { return {}; }
 
-bool ksAssParser::ReadString(ksString& out) { return readStreamLine<kReading<char>>(file, out); }
+bool ksAssParser::ReadString(ksString& out) { return readStreamLine<kScriptFile<char>>(file, out); }
 
 bool ksAssParser::ConvertBufToAssMap() {
   AssConverter<char, ksAssParser>(*this).convert();
@@ -198,7 +195,7 @@ ksString ksAssParser::RemoveSSATags(ksString s, int) { return withoutTags(s); }
 
 bool ksAssParserU::Open(const char* path) {
   sessions.clear();
-  return openAndConvert<kReading<wchar_t>>(*this, path, &ksAssParserU::ConvertBufToAssMap);
+  return openAndConvert<kScriptFile<wchar_t>>(*this, path, &ksAssParserU::ConvertBufToAssMap);
 }
 
 long long ksAssParserU::DurationTime() { return lastEnd(sessions); }
@@ -210,7 +207,7 @@ SUBTITLE_ST_U ksAssParserU::GetSubTitleU(long long t) {
 }
 
 bool ksAssParserU::ReadString(ksWString& out) {
-  return readStreamLine<kReading<wchar_t>>(file, out);
+  return readStreamLine<kScriptFile<wchar_t>>(file, out);
 }
 
 bool ksAssParserU::ConvertBufToAssMap() {

@@ -7,31 +7,15 @@
 #include <memory>
 #include <string>
 #include <string_view>
-#include <type_traits>
 #include <utility>
 #include <vector>
 
 #include "kssubtitle/parsers/reading/pieces.h"
+#include "kssubtitle/parsers/reading/reading_rules.h"
 #include "kssubtitle/parsers/sub_fopen.h"
 #include "kssubtitle/strings/ksBasicString.h"
 
 namespace kssubtitle::internal {
-
-/// What becomes of a last line that has no line feed.
-enum class LastLine { kKept, kLost };
-
-/// How a parser reads its file.
-struct ReadingRules {
-  LastLine lastLine;
-  long start;        ///< The offset, in bytes, of the text.
-  unsigned lineCap;  ///< How many lines that end in a line feed are accepted, empty ones included.
-};
-
-/// How SubRip files and scripts are read. Wide ones begin with a byte-order mark of two bytes,
-/// which the manager knows them by and nothing looks at here.
-template <typename Char, LastLine kLastLine>
-inline constexpr ReadingRules kTextFile{
-    .lastLine = kLastLine, .start = std::is_same_v<Char, wchar_t> ? 2 : 0, .lineCap = 20000};
 
 template <LastLine kLastLine, typename Source>
 bool readLine(Source& source, std::basic_string<typename Source::Char>& out) {

@@ -8,7 +8,7 @@
 namespace kssubtitle::internal {
 
 /// Whether the text that `bytes` begins is UTF-16LE: its digits and line feeds hold zero bytes,
-/// which 8-bit text never does.
+/// which 8-bit text never does. kWideMark does not tell: 8-bit text may stand behind it as well.
 bool looksLikeUtf16(const unsigned char* bytes, std::size_t size) noexcept;
 
 /// Reads one code point from a byte stream; false at the end of the file, for which an odd last

@@ -16,9 +16,6 @@ namespace {
 
 using namespace kssubtitle::internal;
 
-template <typename Char>
-constexpr ReadingRules kReading = kTextFile<Char, LastLine::kKept>;
-
 /// What differs between the two widths, on purpose.
 template <typename Char>
 struct SrtRules;
@@ -174,7 +171,7 @@ template class ksSessionMap<SRC_SESSION_ST_U>;
 
 bool ksSrtParser::Open(const char* path) {
   sessions.clear();
-  return openAndConvert<kReading<char>>(*this, path, &ksSrtParser::ConvertBufToSrtMap);
+  return openAndConvert<kSubRipFile<char>>(*this, path, &ksSrtParser::ConvertBufToSrtMap);
 }
 
 long long ksSrtParser::DurationTime() { return latestEnd(sessions); }
@@ -183,7 +180,7 @@ SUBTITLE_ST ksSrtParser::GetSubTitle(long long t) { return answerAt<SUBTITLE_ST>
 
 SUBTITLE_ST_U ksSrtParser::GetSubTitleU(long long) { return {}; }
 
-bool ksSrtParser::ReadString(ksString& out) { return readStreamLine<kReading<char>>(file, out); }
+bool ksSrtParser::ReadString(ksString& out) { return readStreamLine<kSubRipFile<char>>(file, out); }
 
 bool ksSrtParser::ConvertBufToSrtMap() {
   SrtConverter<char, decltype(sessions)>(lines, sessions).convert();
@@ -192,7 +189,7 @@ bool ksSrtParser::ConvertBufToSrtMap() {
 
 bool ksSrtParserU::Open(const char* path) {
   sessions.clear();
-  return openAndConvert<kReading<wchar_t>>(*this, path, &ksSrtParserU::ConvertBufToSrtMap);
+  return openAndConvert<kSubRipFile<wchar_t>>(*this, path, &ksSrtParserU::ConvertBufToSrtMap);
 }
 
 long long ksSrtParserU::DurationTime() { return latestEnd(sessions); }
@@ -204,7 +201,7 @@ SUBTITLE_ST_U ksSrtParserU::GetSubTitleU(long long t) {
 }
 
 bool ksSrtParserU::ReadString(ksWString& out) {
-  return readStreamLine<kReading<wchar_t>>(file, out);
+  return readStreamLine<kSubRipFile<wchar_t>>(file, out);
 }
 
 bool ksSrtParserU::ConvertBufToSrtMap() {

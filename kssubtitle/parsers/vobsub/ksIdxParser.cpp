@@ -20,8 +20,6 @@ namespace {
 
 using namespace kssubtitle::internal;
 
-constexpr ReadingRules kReading{.lastLine = LastLine::kLost, .start = 0, .lineCap = 5000};
-
 enum class Key { kTimestamp, kPalette, kCustomColors, kOther };
 
 constexpr KeyName<Key> kKeyNames[] = {
@@ -100,8 +98,8 @@ void store(const unsigned long long* numbers, int count, std::uint32_t* to) noex
   for (int i = 0; i < count; ++i) to[i] = static_cast<std::uint32_t>(numbers[i]);
 }
 
-/// Deliberate: of a position at most 64 characters are read, and of the number only the low 32 bits
-/// are stored.
+/// Deliberate: what glibc finds with "%I64x" where `long` has 64 bits, whatever the C library. Of a
+/// position at most 64 characters are read, and of the number only the low 32 bits are stored.
 template <typename Char>
 long long scanFilePos(const ksBasicString<Char>& text, long long initial) {
   constexpr long long kLow32 = 0xFFFFFFFF;
@@ -275,10 +273,10 @@ ksIdxParser::~ksIdxParser() = default;
 
 bool ksIdxParser::Open(const char* path) {
   subFilePath = IdxRules<char>::subFilePath(path);
-  return openAndConvert<kReading>(*this, path, &ksIdxParser::ConvertBufToIdxMap);
+  return openAndConvert<kIndexFile>(*this, path, &ksIdxParser::ConvertBufToIdxMap);
 }
 
-bool ksIdxParser::ReadString(ksString& out) { return readStreamLine<kReading>(file, out); }
+bool ksIdxParser::ReadString(ksString& out) { return readStreamLine<kIndexFile>(file, out); }
 
 bool ksIdxParser::ConvertBufToIdxMap() {
   IdxConverter<char, ksIdxParser>(*this).convert();
@@ -310,11 +308,11 @@ ksIdxParserU::~ksIdxParserU() = default;
 // Deliberate: the path's storage as it is, whose first zero byte ends the name.
 bool ksIdxParserU::Open(wchar_t* path) {
   subFilePath = IdxRules<wchar_t>::subFilePath(path);
-  return openAndConvert<kReading>(*this, reinterpret_cast<const char*>(path),
-                                  &ksIdxParserU::ConvertBufToIdxMap);
+  return openAndConvert<kIndexFile>(*this, reinterpret_cast<const char*>(path),
+                                    &ksIdxParserU::ConvertBufToIdxMap);
 }
 
-bool ksIdxParserU::ReadString(ksWString& out) { return readStreamLine<kReading>(file, out); }
+bool ksIdxParserU::ReadString(ksWString& out) { return readStreamLine<kIndexFile>(file, out); }
 
 bool ksIdxParserU::ConvertBufToIdxMap() {
   IdxConverter<wchar_t, ksIdxParserU>(*this).convert();
