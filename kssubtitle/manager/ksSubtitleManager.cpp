@@ -1,84 +1,80 @@
 // Chooses the parser for a file and forwards the questions to it.
 #include "kssubtitle/manager/ksSubtitleManager.h"
 
+#include <algorithm>
 #include <cstdio>
 #include <string_view>
 
+#include "kssubtitle/parsers/reading/reading_rules.h"
 #include "kssubtitle/parsers/sub_fopen.h"
 
 namespace {
 
-enum Format { kUnknown = 0, kSubRip = 1, kScript = 2 };
+using kssubtitle::internal::kWideMark;
 
-constexpr int kWideOffset = 3;
+// The keys of the parsers: one for each format, and as many for its wide form.
+constexpr int kNone = 0;
+constexpr int kSubRip = 1;
+constexpr int kScript = 2;
+constexpr int kWide = 3;  // is added
 
 /// The format that the extension names, in lower case.
-Format formatOf(std::string_view path) noexcept {
+int formatOf(std::string_view path) noexcept {
   const std::size_t dot = path.rfind('.');
-  if (dot == std::string_view::npos) return kUnknown;
+  if (dot == std::string_view::npos) return kNone;
   const std::string_view extension = path.substr(dot + 1);
   if (extension == "srt") return kSubRip;
-  return extension == "ass" || extension == "ssa" ? kScript : kUnknown;
+  return extension == "ass" || extension == "ssa" ? kScript : kNone;
 }
 
-enum class Mark { kNone, kWide, kUnreadable };
+enum class Mark { kAbsent, kPresent, kUnreadable };
 
-/// Whether the file begins with FF FE; unreadable if it has no two bytes.
+/// Whether the file begins with the mark of wide ones; unreadable if it is shorter than that.
 Mark markOf(const char* path) {
   std::FILE* const file = sub_fopen(path, "rb");
   if (file == nullptr) return Mark::kUnreadable;
-  unsigned char bytes[2];
+  unsigned char bytes[sizeof kWideMark];
   const std::size_t size = std::fread(bytes, 1, sizeof bytes, file);
   std::fclose(file);
   if (size < sizeof bytes) return Mark::kUnreadable;
-  return bytes[0] == 0xFF && bytes[1] == 0xFE ? Mark::kWide : Mark::kNone;
+  return std::ranges::equal(bytes, kWideMark) ? Mark::kPresent : Mark::kAbsent;
 }
 
 }  // namespace
 
-ksSubtitleManager::ksSubtitleManager() {
-  srtParser = std::make_unique<ksSrtParser>();
-  assParser = std::make_unique<ksAssParser>();
-  srtParserU = std::make_unique<ksSrtParserU>();
-  assParserU = std::make_unique<ksAssParserU>();
-}
+ksSubtitleManager::ksSubtitleManager()
+    : parsers{{kSubRip, srtParser.get()},
+              {kScript, assParser.get()},
+              {kWide + kSubRip, srtParserU.get()},
+              {kWide + kScript, assParserU.get()}} {}
 
-ksSubtitleManager::~ksSubtitleManager() {
-  srtParser.reset();
-  assParser.reset();
-  srtParserU.reset();
-  assParserU.reset();
-}
+ksSubtitleManager::~ksSubtitleManager() = default;
 
 bool ksSubtitleManager::Open(const char* path) {
-  parsers = {{kSubRip, srtParser.get()},
-             {kScript, assParser.get()},
-             {kWideOffset + kSubRip, srtParserU.get()},
-             {kWideOffset + kScript, assParserU.get()}};
-  currentKey = 0;
+  currentKey = kNone;
   if (path == nullptr || *path == '\0') return false;
   const Mark mark = markOf(path);
   if (mark == Mark::kUnreadable) return false;
-  isUnicode = mark == Mark::kWide;
-  const Format format = formatOf(path);
-  if (format == kUnknown) return false;
-  currentKey = (isUnicode ? kWideOffset : 0) + format;
+  isUnicode = mark == Mark::kPresent;
+  const int format = formatOf(path);
+  if (format == kNone) return false;
+  currentKey = isUnicode ? kWide + format : format;
   return current()->Open(path);
 }
 
-bool ksSubtitleManager::IsOpen() { return currentKey != 0 && current()->IsOpen(); }
+bool ksSubtitleManager::IsOpen() { return currentKey != kNone && current()->IsOpen(); }
 
 long long ksSubtitleManager::DurationTime() {
-  return currentKey == 0 ? 0 : current()->DurationTime();
+  return currentKey == kNone ? 0 : current()->DurationTime();
 }
 
 SUBTITLE_ST ksSubtitleManager::GetSubTitle(long long t) {
-  if (currentKey == 0) return {};
+  if (currentKey == kNone) return {};
   return current()->GetSubTitle(t);
 }
 
 SUBTITLE_ST_U ksSubtitleManager::GetSubTitleU(long long t) {
-  if (currentKey == 0) return {};
+  if (currentKey == kNone) return {};
   return current()->GetSubTitleU(t);
 }
 

@@ -49,9 +49,9 @@ class KSSUBTITLE_API ksSubtitleManager {
   [[maybe_unused]] bool reservedFlag = false;  // these two keep their place in the layout
   bool isUnicode = false;
   [[maybe_unused]] int reservedInteger = 0;
-  std::unique_ptr<ksAssParser> assParser;
-  std::unique_ptr<ksSrtParser> srtParser;
-  std::unique_ptr<ksAssParserU> assParserU;
-  std::unique_ptr<ksSrtParserU> srtParserU;
+  std::unique_ptr<ksAssParser> assParser = std::make_unique<ksAssParser>();
+  std::unique_ptr<ksSrtParser> srtParser = std::make_unique<ksSrtParser>();
+  std::unique_ptr<ksAssParserU> assParserU = std::make_unique<ksAssParserU>();
+  std::unique_ptr<ksSrtParserU> srtParserU = std::make_unique<ksSrtParserU>();
   std::map<int, IParser*> parsers;  // not owning
 };
