@@ -15,8 +15,8 @@
 /// An entry of the index.
 struct KSSUBTITLE_API SUB_SESSION_ST {
   long long startTime = 0;  ///< Milliseconds.
-  long long filePos =
-      0;  ///< Offset, in bytes, of the first pack in the ".sub" file: the low 32 bits.
+  /// The offset, in bytes, of the first pack in the ".sub" file: its low 32 bits.
+  long long filePos = 0;
 };
 
 /// An entry of an index of wide text.
@@ -88,8 +88,8 @@ class KSSUBTITLE_API ksIdxParser {
 
   std::FILE* file = nullptr;    ///< Meaningful only while Open() runs.
   std::vector<ksString> lines;  ///< The file's non-empty lines, without line feeds.
-  std::map<int, SUB_SESSION_ST>
-      sessions;                        ///< The entries under the index of their line in `lines`.
+  /// The entries under the index of their line in `lines`.
+  std::map<int, SUB_SESSION_ST> sessions;
   bool opened = false;                 ///< Set by the first Open() that succeeds.
   ksString subFilePath;                ///< The ".sub" file; may be set by the host after Open().
   bool useCustomColors = false;        ///< From "custom colors".
