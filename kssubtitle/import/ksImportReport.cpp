@@ -60,7 +60,7 @@ std::string_view sentenceOf(ksImportProblem problem) noexcept {
     case ksImportProblem::kColorsChange:
       return "The picture changes its colours from column to column; it is shown without that.";
     case ksImportProblem::kUnsupported:
-      return "Something here has no counterpart in a subtitle's text and is left out.";
+      return "Something that the line says is not supported and is left out.";
   }
   return {};
 }

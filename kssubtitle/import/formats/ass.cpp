@@ -245,7 +245,9 @@ class AssReader {
   const AssStyle& styleOf(std::string_view name, int line) {
     static constexpr AssStyle kPlainStyle{};
     if (const AssStyle* const named = styles_.named(name)) return *named;
-    if (!styles_.empty()) sink_.notes().add(ksImportProblem::kUnknownStyle, line);
+    if (!styles_.empty() && !withoutBlanks(name).empty()) {
+      sink_.notes().add(ksImportProblem::kUnknownStyle, line);
+    }
     const AssStyle* const usual = styles_.named("Default");
     return usual == nullptr ? kPlainStyle : *usual;
   }

@@ -184,7 +184,10 @@ class WebVttReader {
         sink_.notes().add(ksImportProblem::kTimeRepaired, line_);
       }
       sink_.begin(times_->start, times_->end, line_).alignment = alignmentOf(times_->settings);
-      writeWebVttText(input_.text.substr(textBegin_, end - textBegin_), sink_.text());
+      const std::string_view text = input_.text.substr(textBegin_, end - textBegin_);
+      if (!writeWebVttText(text, sink_.text())) {
+        sink_.notes().add(ksImportProblem::kTagUnclosed, line_);
+      }
       sink_.finish();
     }
     isHeader_ = false;

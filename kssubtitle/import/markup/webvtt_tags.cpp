@@ -27,13 +27,15 @@ class Writer {
  public:
   Writer(std::string_view text, CueText& out) noexcept : rest_(text), out_(out) {}
 
-  void write() {
+  /// False if a tag does not end.
+  bool write() {
     while (!rest_.empty()) {
       const std::size_t plain = std::min(rest_.find_first_of("\n<&"), rest_.size());
       if (plain > 0) out_.append(rest_.substr(0, plain));
       rest_.remove_prefix(plain);
       if (!rest_.empty()) takeSpecial();
     }
+    return !isCutOff_;
   }
 
  private:
@@ -47,6 +49,7 @@ class Writer {
   /// A tag that does not end takes all that follows.
   void takeTag() {
     const std::size_t end = std::min(rest_.find('>'), rest_.size());
+    isCutOff_ = end == rest_.size();
     const std::string_view tag = rest_.substr(1, end - 1);
     rest_.remove_prefix(std::min(end + 1, rest_.size()));
     if (!out_.isHtml()) return;
@@ -88,10 +91,11 @@ class Writer {
   std::string_view rest_;
   CueText& out_;
   std::vector<Element> open_;
+  bool isCutOff_ = false;
 };
 
 }  // namespace
 
-void writeWebVttText(std::string_view text, CueText& out) { Writer(text, out).write(); }
+bool writeWebVttText(std::string_view text, CueText& out) { return Writer(text, out).write(); }
 
 }  // namespace kssubtitle::importing

@@ -8,7 +8,8 @@
 namespace kssubtitle::importing {
 
 /// Writes a cue's lines without tags, of which `<i> <b> <u>` and classes that name a colour leave a
-/// style. Character references become characters; the text of ruby stays where it is.
-void writeWebVttText(std::string_view text, CueText& out);
+/// style. Character references become characters; the text of ruby stays where it is. False if a
+/// tag does not end, which takes all that follows.
+bool writeWebVttText(std::string_view text, CueText& out);
 
 }  // namespace kssubtitle::importing
