@@ -3,6 +3,7 @@
 #pragma once
 
 #include "kssubtitle/import/ksImportCue.h"
+#include "kssubtitle/import/ksImportFormats.h"
 #include "kssubtitle/import/ksImportOptions.h"
 #include "kssubtitle/import/ksImportParser.h"
 #include "kssubtitle/import/ksImportPictures.h"

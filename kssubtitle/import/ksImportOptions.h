@@ -13,7 +13,7 @@ enum class ksImportMarkup {
 
 /// How a file is read. As they are, the options find everything out from the file.
 struct ksImportOptions {
-  /// A name that ksImportReport::format() can give; empty: the file's content decides. Another name
+  /// A name that ksImportFormats() has; empty: the file's content decides. Another name
   /// is refused.
   std::string format;
   /// The name of an encoding that overrides everything else; empty: find it out. One that the C

@@ -2,9 +2,11 @@
 #include "kssubtitle/import/formats/formats.h"
 
 #include <algorithm>
+#include <array>
 #include <string>
 
 #include "kssubtitle/import/formats/readers.h"
+#include "kssubtitle/import/ksImportFormats.h"
 #include "kssubtitle/import/text/ascii.h"
 
 namespace kssubtitle::importing {
@@ -24,6 +26,14 @@ constexpr Format kFormats[] = {
     {"subrip", "srt", likelihoodOfSubRip, readSubRip},
     {"webvtt", "vtt webvtt", likelihoodOfWebVtt, readWebVtt, 0, true},
 };
+
+constexpr auto kFormatsForHosts = [] {
+  std::array<ksImportFormat, std::size(kFormats)> formats;
+  std::ranges::transform(kFormats, formats.begin(), [](const Format& format) {
+    return ksImportFormat{format.name, format.extensions};
+  });
+  return formats;
+}();
 
 /// Whether `extensions` names that of `path`.
 bool hasExtension(std::string_view path, std::string_view extensions) noexcept {
@@ -78,3 +88,7 @@ const Format* recognise(std::string_view text, std::string_view path) noexcept {
 }
 
 }  // namespace kssubtitle::importing
+
+std::span<const ksImportFormat> ksImportFormats() noexcept {
+  return kssubtitle::importing::kFormatsForHosts;
+}
