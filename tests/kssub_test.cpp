@@ -1,5 +1,6 @@
 // The commands of the host program on subtitle files.
 #include <pty.h>
+#include <termios.h>
 
 #include <csignal>
 
@@ -56,6 +57,10 @@ TEST_F(KssubTest, commands_print_answers) {
        "\n"
        R"(\{"time":1,"start":null,"end":null,"text":null\})"
        "\n"},
+      {"at overlap.srt 2500 1 --tsv",
+       "time\tstart\tend\ttext\n2500\t2000\t3000\tlong\\\\nfirst\n1\t\t\t\n"},
+      {"list hostile.srt --tsv --format srt --encoding utf-8",
+       "start\tend\ttext\n0\t1000\ta\u241b\\[2Jb\ufffd\\|c\u2421\ufffd\n"},
       {"at none.ass 0 --exact", "duration: 0:00:00.000\n0:00:00.000: nothing is shown\n"},
       {"list none.ass --exact", "0 cues\n"},
       {"list overlap.srt --exact",
@@ -73,7 +78,8 @@ TEST_F(KssubTest, commands_print_answers) {
       {"play plain.srt --from 0:0.9 --speed 2 --exact", played},
       {"--version", "kssub \\d+\\.\\d+\\.\\d+\n"},
       {"help", "[^]*\n  list  +Print every cue[^]*"},
-      {"help play", "Show each cue in its time\n[^]*\nExamples:\n  kssub play [^]*TIME is in [^]*"},
+      {"help play",
+       "Show each cue in its time\\.\n[^]*\nExamples:\n  kssub play [^]*TIME is in [^]*"},
   };
   for (const auto& [arguments, out] : cases) expectRun(arguments, out, "", 0);
   expectRun("play plain.srt --from 3000", "", "kssub: plain.srt: nothing left to play, .*\n", 0);
@@ -175,6 +181,8 @@ TEST_F(KssubTest, failures_are_told_apart_by_exit_status) {
                        {" at", "plain.srt 0 --jsn", "unexpected: \"--jsn\"; did .* --json\\?"},
                        {" at", "plain.srt", "TIME is required"},
                        {" play", "plain.srt --from soon", notATime},
+                       {" list", "plain.srt --format sub", "--format: \"sub\" may be .* or .*"},
+                       {" list", "plain.srt --json --tsv", "--[jt].* excludes --[jt].*"},
                        {" list", "- --exact", "--exact: needs the name of a file, not -"},
                        {" at", "plain.srt 0 --exact --encoding x", "--e.* excludes --e.*"},
                        {" list", "plain.srt --fps 0", "--fps: must be .*"},
@@ -189,28 +197,92 @@ TEST_F(KssubTest, failures_are_told_apart_by_exit_status) {
   }
 }
 
-TEST_F(KssubTest, play_restores_the_terminal_when_interrupted) {
-  const std::string file = directory.write("plain.srt", kPlain);
-  int terminal = -1;
-  const pid_t child = forkpty(&terminal, nullptr, nullptr, nullptr);
-  if (child == 0) {
-    execl(KSSUB_PATH, "kssub", "play", file.c_str(), "--from", "1000", "--speed", "0.2", nullptr);
+/// kssub on a terminal of its own, 30 columns by 4 rows.
+class OnTerminal {
+ public:
+  explicit OnTerminal(const std::string& arguments, const std::string& environment = "") {
+    const winsize size{4, 30, 0, 0};
+    child_ = forkpty(&terminal_, nullptr, nullptr, &size);
+    if (child_ != 0) return;
+    const std::string command = "TERM=xterm " + environment + " exec " KSSUB_PATH " " + arguments;
+    execl("/bin/sh", "sh", "-c", command.c_str(), nullptr);
     _exit(127);
   }
-  ASSERT_GT(child, 0);
-  std::string screen;
-  for (char c = 0; read(terminal, &c, 1) == 1;) {
-    screen += c;
-    if (screen.ends_with("there\r\n")) kill(child, SIGINT);
+  OnTerminal(const OnTerminal&) = delete;
+  OnTerminal& operator=(const OnTerminal&) = delete;
+  ~OnTerminal() { close(terminal_); }
+
+  /// What comes up to `end`, or, as form feeds never come, all of it.
+  std::string read(std::string_view end = "\f") {
+    std::string screen;
+    for (char c = 0; !screen.ends_with(end) && ::read(terminal_, &c, 1) == 1;) screen += c;
+    return screen;
   }
-  int status = 0;
-  ASSERT_EQ(waitpid(child, &status, 0), child);
-  EXPECT_EQ(screen,
-            "\033[?1049h\033[?25l\033[H\033[2J\033[H\033[2JHello\r\nthere\r\n"
-            "\033[?25h\033[?1049l");
-  EXPECT_TRUE(WIFSIGNALED(status));
-  EXPECT_EQ(WTERMSIG(status), SIGINT);
-  close(terminal);
+  void type(std::string_view keys) {
+    EXPECT_EQ(write(terminal_, keys.data(), keys.size()), std::ssize(keys));
+  }
+  void send(int signal) { kill(child_, signal); }
+  bool isLinewise() const {
+    termios state{};
+    return tcgetattr(terminal_, &state) == 0 &&
+           (state.c_lflag & (ICANON | ECHO)) == (ICANON | ECHO);
+  }
+  int status() {
+    int status = 0;
+    EXPECT_EQ(waitpid(child_, &status, 0), child_);
+    return status;
+  }
+
+ private:
+  int terminal_ = -1;
+  pid_t child_ = -1;
+};
+
+const std::string kTaken = "\033[?1049h\033[?25l\033[2J";
+const std::string kGivenBack = "\033[?25h\033[?1049l";
+
+TEST_F(KssubTest, play_gives_the_terminal_back_however_it_ends) {
+  const std::string file = directory.write("plain.srt", kPlain);
+  for (const int signal : {SIGINT, SIGTERM, SIGHUP, SIGQUIT}) {
+    OnTerminal run("play " + file + " --from 1000 --speed 0.2");
+    EXPECT_EQ(run.read("there"),
+              kTaken + "\033[2;1H\033[2K            Hello\033[3;1H\033[2K            there");
+    EXPECT_FALSE(run.isLinewise());
+    run.send(signal);
+    EXPECT_TRUE(run.read(kGivenBack).ends_with(kGivenBack));
+    EXPECT_TRUE(run.isLinewise());
+    const int status = run.status();
+    EXPECT_TRUE(WIFSIGNALED(status));
+    EXPECT_EQ(WTERMSIG(status), signal);
+  }
+}
+
+TEST_F(KssubTest, play_obeys_keys_and_takes_the_terminal_again_after_a_stop) {
+  const std::string file = directory.write("plain.srt", kPlain + "3\n0:0:20,0 --> 0:0:21,0\n.\n");
+  OnTerminal run("play - --speed 0.01 <" + file);
+  run.read(kTaken);
+  run.type(" \033[C");
+  EXPECT_NE(run.read("0:00:05 / 0:00:21  paused").find("0:00:00 / 0:00:21"), std::string::npos);
+  run.send(SIGTSTP);  // not obeyed by a process that nobody could continue
+  EXPECT_TRUE(run.read(kTaken).ends_with(kGivenBack + kTaken));
+  run.read("0:00:05 / 0:00:21  paused");
+  run.type("\033OD\033[A\033[D ");
+  run.read("0:00:00 / 0:00:21");
+  run.type("q");
+  EXPECT_TRUE(run.read().ends_with(kGivenBack));
+  EXPECT_EQ(run.status(), 0);
+}
+
+TEST_F(KssubTest, tables_fit_the_terminal) {
+  const std::string file = directory.write(
+      "wide.srt", "1\n00:00:01,000 --> 00:00:02,000\na b\n\u65e5\u672ce\u0301\u8a9e\n");
+  EXPECT_EQ(OnTerminal("list " + file).read(),
+            "\033[1m      start          end  text\033[0m\r\n"
+            "0:00:01.000  0:00:02.000  a b\r\n"
+            "                          \u65e5\u672c\r\n"
+            "                          e\u0301\u8a9e\r\n"
+            "1 cue; subrip, UTF-8, LF\r\n");
+  EXPECT_EQ(OnTerminal("list " + file, "NO_COLOR=1").read().find('\033'), std::string::npos);
 }
 
 }  // namespace

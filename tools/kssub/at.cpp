@@ -4,35 +4,30 @@
 
 #include "tools/kssub/command_line.h"
 #include "tools/kssub/commands.h"
-#include "tools/kssub/json.h"
+#include "tools/kssub/records.h"
 #include "tools/kssub/terminal_text.h"
 #include "tools/kssub/times.h"
 
 namespace kssub {
 namespace {
 
-void printCue(const Cue& cue) {
-  std::cout << formatTime(cue.start) << " --> " << formatTime(cue.end) << '\n';
-  for (const std::string& line : terminalLines(cue.text)) std::cout << "    " << line << '\n';
-}
+constexpr std::size_t kIndent = 4;
 
 void printAnswer(long long time, const std::optional<Cue>& cue) {
   std::cout << formatTime(time) << ": ";
   if (cue) {
-    printCue(*cue);
+    std::cout << formatTime(cue->start) << " --> " << formatTime(cue->end) << '\n';
+    for (const std::string& line : outputLines(cue->text, kIndent)) {
+      std::cout << std::string(kIndent, ' ') << line << '\n';
+    }
   } else {
     std::cout << "nothing is shown\n";
   }
 }
 
-void printObject(long long time, const std::optional<Cue>& cue) {
-  std::cout << "{\"time\":" << time;
-  if (cue) {
-    std::cout << ",\"start\":" << cue->start << ",\"end\":" << cue->end
-              << ",\"text\":" << jsonString(cue->text) << "}\n";
-  } else {
-    std::cout << ",\"start\":null,\"end\":null,\"text\":null}\n";
-  }
+std::vector<Field> recordOf(long long time, const std::optional<Cue>& cue) {
+  if (!cue) return {{"time", time}, {"start", {}}, {"end", {}}, {"text", {}}};
+  return {{"time", time}, {"start", cue->start}, {"end", cue->end}, {"text", cue->text}};
 }
 
 class At : public Command {
@@ -50,15 +45,18 @@ class At : public Command {
     app.add_option_function<std::vector<std::string>>("TIME", addTimes, "Times to ask for")
         ->required()
         ->type_name("");
-    app.add_flag("--json", asJson_, "Print one JSON object a line");
+    addOutput(app, output_);
     explainTimes(app);
   }
 
   int run() override {
     const std::unique_ptr<SubtitleFile> file = openSubtitles(request_);
-    if (!asJson_) std::cout << "duration: " << formatTime(file->duration()) << '\n';
-    for (const long long time : times_) {
-      (asJson_ ? printObject : printAnswer)(time, file->cueAt(time));
+    if (output_ == Output::kTable) {
+      std::cout << "duration: " << formatTime(file->duration()) << '\n';
+      for (const long long time : times_) printAnswer(time, file->cueAt(time));
+    } else {
+      RecordWriter writer(std::cout, output_);
+      for (const long long time : times_) writer.write(recordOf(time, file->cueAt(time)));
     }
     return kSuccess;
   }
@@ -66,7 +64,7 @@ class At : public Command {
  private:
   FileRequest request_;
   std::vector<long long> times_;
-  bool asJson_ = false;
+  Output output_ = Output::kTable;
 };
 
 }  // namespace

@@ -2,13 +2,54 @@
 #include "tools/kssub/command_line.h"
 
 #include <CLI/CLI.hpp>
+#include <algorithm>
 #include <cmath>
 #include <optional>
 
+#include "kssubtitle/import/ksImportFormats.h"
 #include "tools/kssub/code_pages.h"
 #include "tools/kssub/times.h"
 
 namespace kssub {
+namespace {
+
+/// `names` with commas between them, and `last` in front of the last one.
+std::string enumerated(const std::vector<std::string>& names, const std::string& last) {
+  std::string out;
+  for (const std::string& name : names) {
+    if (&name != &names.front()) out += &name == &names.back() ? last : ", ";
+    out += name;
+  }
+  return out;
+}
+
+std::string formatNames() {
+  std::vector<std::string> names;
+  for (const ksImportFormat& format : ksImportFormats()) names.emplace_back(format.name);
+  std::ranges::sort(names);
+  return enumerated(names, ", ");
+}
+
+bool hasExtension(const ksImportFormat& format, const std::string& extension) {
+  return (' ' + std::string(format.extensions) + ' ').find(' ' + extension + ' ') !=
+         std::string::npos;
+}
+
+/// The name of the format that `word` means, which is one or an extension; `word` itself if it is
+/// neither, which the library refuses. Throws CLI::ValidationError if it is of several.
+std::string formatOf(const std::string& word) {
+  std::vector<std::string> names;
+  for (const ksImportFormat& format : ksImportFormats()) {
+    if (format.name == word) return word;
+    if (hasExtension(format, word)) names.emplace_back(format.name);
+  }
+  if (names.size() > 1) {
+    throw CLI::ValidationError("--format", quoted(word) + " may be " + enumerated(names, " or "));
+  }
+  return names.empty() ? word : names.front();
+}
+
+}  // namespace
 
 void addFile(CLI::App& app, FileRequest& request) {
   app.add_option("FILE", request.path, "A subtitle file; - for standard input")
@@ -29,11 +70,16 @@ std::vector<CLI::Option*> addReadingOptions(CLI::App& app, ksImportOptions& opti
   const auto add = [&](const char* name, std::string& value, const char* description) {
     return app.add_option(name, value, description)->type_name("NAME");
   };
+  const auto setFormat = [&options](const std::string& word) { options.format = formatOf(word); };
   return {
       add("--encoding", options.encoding, "The file's encoding, whatever it looks like"),
       add("--fallback", options.fallbackEncoding,
           "The encoding of text that cannot be told; else the one usual in the user's language"),
-      add("--format", options.format, "The file's format, whatever it looks like"),
+      app.add_option_function<std::string>("--format", setFormat,
+                                           "The file's format, whatever it looks like, or its "
+                                           "extension: " +
+                                               formatNames())
+          ->type_name("NAME"),
       add("--language", options.language, "Which of a file's languages"),
       app.add_option_function<double>("--fps", requirePositive("--fps", options.frameRate),
                                       "Frames in a second, where a file counts frames")

@@ -1,13 +1,15 @@
 // The command `list`: every cue of a file.
+#include <unistd.h>
+
 #include <CLI/CLI.hpp>
 #include <algorithm>
-#include <iomanip>
 #include <iostream>
 #include <span>
 
+#include "tools/kssub/colours.h"
 #include "tools/kssub/command_line.h"
 #include "tools/kssub/commands.h"
-#include "tools/kssub/json.h"
+#include "tools/kssub/records.h"
 #include "tools/kssub/terminal_text.h"
 #include "tools/kssub/times.h"
 
@@ -16,31 +18,49 @@ namespace {
 
 using Cues = std::vector<Cue>;
 
-void printRow(int width, std::string_view start, std::string_view end, std::string_view text) {
-  std::cout << std::setw(width) << start << "  " << std::setw(width) << end;
-  if (!text.empty()) std::cout << "  " << text;
-  std::cout << '\n';
-}
-
-void printCue(int width, const Cue& cue) {
-  std::vector<std::string> lines = terminalLines(cue.text);
-  if (lines.empty()) lines.emplace_back();
-  printRow(width, formatTime(cue.start), formatTime(cue.end), lines.front());
-  for (const std::string& line : std::span(lines).subspan(1)) printRow(width, "", "", line);
-}
-
-int timeWidth(const Cues& cues) {
+/// A column of times, as wide as the longest of them.
+std::size_t timeWidth(const Cues& cues) {
   std::size_t width = 0;
   for (const Cue& cue : cues) {
     width = std::max({width, formatTime(cue.start).size(), formatTime(cue.end).size()});
   }
-  return static_cast<int>(width);
+  return width;
 }
 
+class Table {
+ public:
+  explicit Table(const Cues& cues) : width_(timeWidth(cues)) {}
+
+  void printHeader() const {
+    std::cout << coloured(row("start", "end", "text"), Colour::kBold, STDOUT_FILENO) << '\n';
+  }
+
+  void print(const Cue& cue) const {
+    std::vector<std::string> lines = outputLines(cue.text, 2 * (width_ + kGap.size()));
+    if (lines.empty()) lines.emplace_back();
+    std::cout << row(formatTime(cue.start), formatTime(cue.end), lines.front()) << '\n';
+    for (const std::string& line : std::span(lines).subspan(1)) {
+      std::cout << row("", "", line) << '\n';
+    }
+  }
+
+ private:
+  std::string row(const std::string& start, const std::string& end, const std::string& text) const {
+    const auto right = [this](const std::string& time) {
+      return std::string(width_ - std::min(width_, time.size()), ' ') + time;
+    };
+    std::string out = right(start) + kGap + right(end);
+    return text.empty() ? out : out + kGap + text;
+  }
+
+  inline static const std::string kGap = "  ";
+  std::size_t width_;
+};
+
 void printTable(const Cues& cues) {
-  const int width = timeWidth(cues);
-  if (!cues.empty()) printRow(width, "start", "end", "text");
-  for (const Cue& cue : cues) printCue(width, cue);
+  const Table table(cues);
+  if (!cues.empty()) table.printHeader();
+  for (const Cue& cue : cues) table.print(cue);
 }
 
 void printSummary(const Cues& cues, const std::string& summary) {
@@ -49,10 +69,10 @@ void printSummary(const Cues& cues, const std::string& summary) {
   std::cout << '\n';
 }
 
-void printObjects(const Cues& cues) {
+void printRecords(const Cues& cues, Output output) {
+  RecordWriter writer(std::cout, output);
   for (const Cue& cue : cues) {
-    std::cout << "{\"start\":" << cue.start << ",\"end\":" << cue.end
-              << ",\"text\":" << jsonString(cue.text) << "}\n";
+    writer.write({{"start", cue.start}, {"end", cue.end}, {"text", cue.text}});
   }
 }
 
@@ -65,18 +85,18 @@ class List : public Command {
 
   void addOptions(CLI::App& app) override {
     addFile(app, request_);
-    app.add_flag("--json", asJson_, "Print one JSON object a line");
+    addOutput(app, output_);
     app.add_flag("--notes", withNotes_, "Tell the file's problems on standard error");
   }
 
   int run() override {
     const std::unique_ptr<SubtitleFile> file = openSubtitles(request_);
-    if (asJson_) {
-      printObjects(file->list(Order::kAsInFile).cues);
-    } else {
+    if (output_ == Output::kTable) {
       const Listing listing = file->list(Order::kByTime);
       printTable(listing.cues);
       printSummary(listing.cues, listing.summary);
+    } else {
+      printRecords(file->list(Order::kAsInFile).cues, output_);
     }
     if (withNotes_) printNotes(*file);
     return kSuccess;
@@ -90,7 +110,7 @@ class List : public Command {
   }
 
   FileRequest request_;
-  bool asJson_ = false;
+  Output output_ = Output::kTable;
   bool withNotes_ = false;
 };
 

@@ -43,6 +43,7 @@ std::string indented(const std::string& lines) {
 void addCommand(CLI::App& app, Command& command) {
   const auto [name, summary, examples] = command.introduction();
   CLI::App* added = app.add_subcommand(name, summary);
+  added->group("Commands");
   command.addOptions(*added);
   std::string footer = "Examples:\n" + indented(examples);
   if (!added->get_footer().empty()) footer += '\n' + added->get_footer();
@@ -53,11 +54,13 @@ void addCommand(CLI::App& app, Command& command) {
 class CommandLine {
  public:
   CommandLine() {
+    app_.formatter(kssub::makeHelpFormatter());
     app_.require_subcommand(1);
     app_.failure_message(kssub::usageMessage);
     app_.set_version_flag("--version", version(), "Print the version and exit");
     for (const auto& command : commands_) addCommand(app_, *command);
     CLI::App* help = app_.add_subcommand("help", "Print the help on a command");
+    help->group("Commands");
     help->add_option("COMMAND", topic_, "Which command")->type_name("");
     app_.footer(
         "kssub help COMMAND, or kssub COMMAND --help, shows the options of a command and "

@@ -2,14 +2,18 @@
 #include <unistd.h>
 
 #include <CLI/CLI.hpp>
+#include <algorithm>
 #include <chrono>
 #include <csignal>
 #include <iostream>
-#include <memory>
+#include <iterator>
 #include <thread>
 
+#include "tools/kssub/colours.h"
+#include "tools/kssub/columns.h"
 #include "tools/kssub/command_line.h"
 #include "tools/kssub/commands.h"
+#include "tools/kssub/screen.h"
 #include "tools/kssub/terminal_text.h"
 #include "tools/kssub/times.h"
 
@@ -17,98 +21,156 @@ namespace kssub {
 namespace {
 
 constexpr std::chrono::microseconds kPollInterval(1'000'000 / 60);
-
-volatile std::sig_atomic_t caughtSignal = 0;
-
-void rememberSignal(int signal) { caughtSignal = signal; }
-
-class Display {
- public:
-  Display() = default;
-  Display(const Display&) = delete;
-  Display& operator=(const Display&) = delete;
-  virtual ~Display() = default;
-  virtual void show(long long time, const std::optional<Cue>& cue) = 0;
-};
-
-/// Shows the cue alone on the terminal's alternate screen, with the cursor hidden.
-class Screen : public Display {
- public:
-  Screen() {
-    setHandlers(rememberSignal);
-    std::cout << "\033[?1049h\033[?25l\033[H\033[2J" << std::flush;
-  }
-  ~Screen() override {
-    std::cout << "\033[?25h\033[?1049l" << std::flush;
-    setHandlers(SIG_DFL);
-  }
-  void show(long long /*time*/, const std::optional<Cue>& cue) override {
-    std::cout << "\033[H\033[2J";
-    if (cue) std::cout << terminalText(cue->text) << '\n';
-    std::cout << std::flush;
-  }
-
- private:
-  static void setHandlers(void (*handler)(int)) {
-    for (const int signal : {SIGINT, SIGTERM}) std::signal(signal, handler);
-  }
-};
-
-/// Writes one line for each change.
-class Log : public Display {
- public:
-  void show(long long time, const std::optional<Cue>& cue) override {
-    std::cout << formatTime(time) << "  " << (cue ? inOneLine(cue->text) : "nothing is shown")
-              << std::endl;
-  }
-
- private:
-  static std::string inOneLine(const std::string& text) {
-    std::string joined;
-    for (const std::string& line : terminalLines(text)) {
-      joined.append(joined.empty() ? "" : " | ").append(line);
-    }
-    return joined;
-  }
-};
-
-std::unique_ptr<Display> makeDisplay() {
-  if (isatty(STDOUT_FILENO) != 0) return std::make_unique<Screen>();
-  return std::make_unique<Log>();
-}
+constexpr double kSeekStep = 5000;
 
 /// Media time in milliseconds; a double, because a high speed leaves the integers.
 class MediaClock {
  public:
-  MediaClock(long long from, double speed) : from_(static_cast<double>(from)), speed_(speed) {}
+  MediaClock(long long from, double speed) : base_(static_cast<double>(from)), speed_(speed) {}
+
   double now() const {
+    if (isHeld_) return base_;
     const std::chrono::duration<double, std::milli> elapsed = Clock::now() - begin_;
-    return from_ + elapsed.count() * speed_;
+    return base_ + elapsed.count() * speed_;
+  }
+  void moveTo(double time) {
+    base_ = time;
+    begin_ = Clock::now();
+  }
+  bool isHeld() const { return isHeld_; }
+  void hold(bool isHeld) {
+    moveTo(now());
+    isHeld_ = isHeld;
   }
 
  private:
   using Clock = std::chrono::steady_clock;
-  double from_;
+  double base_;  // the media time at begin_
   double speed_;
+  bool isHeld_ = false;
   Clock::time_point begin_ = Clock::now();
 };
 
-void follow(const MediaClock& clock, SubtitleFile& file, Display& display) {
+std::string inOneLine(const std::string& text) {
+  std::string joined;
+  for (const std::string& line : terminalLines(text)) {
+    joined.append(joined.empty() ? "" : " | ").append(line);
+  }
+  return joined;
+}
+
+void printChange(long long time, const std::optional<Cue>& cue) {
+  std::cout << formatTime(time) << "  " << (cue ? inOneLine(cue->text) : "nothing is shown")
+            << std::endl;
+}
+
+/// Writes a line for each change until the last one.
+void playInLines(MediaClock clock, SubtitleFile& file) {
   const long long duration = file.duration();
   const auto last = static_cast<double>(duration);
   std::optional<Cue> shown;
-  const auto goesOn = [] { return caughtSignal == 0 && std::cout.good(); };
-  for (double now = clock.now(); now <= last && goesOn(); now = clock.now()) {
+  for (double now = clock.now(); now <= last && std::cout; now = clock.now()) {
     const auto time = static_cast<long long>(now);
     std::optional<Cue> cue = file.cueAt(time);
-    if (cue != shown) display.show(time, cue);
+    if (cue != shown) printChange(time, cue);
     shown = std::move(cue);
     std::this_thread::sleep_for(kPollInterval);
   }
   // An ASS script may go on showing a cue past its duration.
   const std::optional<Cue> after = file.cueAt(duration + 1);
-  if (shown && shown != after && goesOn()) display.show(duration + 1, after);
+  if (shown && shown != after && std::cout) printChange(duration + 1, after);
 }
+
+/// Shows the cues on a terminal, and does what its keys ask for.
+class Player {
+ public:
+  Player(MediaClock clock, SubtitleFile& file) : clock_(clock), file_(file) {}
+
+  /// Returns the signal that ended it, or 0.
+  int run() {
+    while (clock_.now() <= last_ && !isOver_ && std::cout) {
+      screen_.show(rows());
+      obey(screen_.wait(kPollInterval));
+    }
+    return screen_.endingSignal();
+  }
+
+ private:
+  void obey(Screen::Event event) {
+    switch (event) {
+      case Screen::Event::kNone:
+        return;
+      case Screen::Event::kPause:
+        return clock_.hold(!clock_.isHeld());
+      case Screen::Event::kBack:
+        return seek(-kSeekStep);
+      case Screen::Event::kForward:
+        return seek(kSeekStep);
+      case Screen::Event::kSuspend:
+        return suspend();
+      case Screen::Event::kEnd:
+        isOver_ = true;
+    }
+  }
+
+  void seek(double step) { clock_.moveTo(std::clamp(clock_.now() + step, 0.0, last_)); }
+
+  /// Time does not go on behind the user's back.
+  void suspend() {
+    const bool wasHeld = clock_.isHeld();
+    clock_.hold(true);
+    screen_.suspend();
+    clock_.hold(wasHeld);
+  }
+
+  /// The cues in the middle of the lower edge, and the clock below.
+  std::vector<std::string> rows() {
+    const auto [columns, height] = screen_.size();
+    const auto time = static_cast<long long>(clock_.now());
+    const std::optional<Cue> cue = file_.cueAt(time);
+    std::vector<std::string> text = cue ? centred(cue->text, columns) : std::vector<std::string>();
+    const std::size_t room = height - 1;
+    text.resize(std::min(text.size(), room));
+    const std::size_t below = text.size() + 1 < room ? 1 : 0;
+    std::vector<std::string> rows(room - text.size() - below);
+    std::ranges::move(text, std::back_inserter(rows));
+    rows.resize(room);
+    rows.push_back(statusLine(time, columns));
+    return rows;
+  }
+
+  static std::vector<std::string> centred(const std::string& text, std::size_t columns) {
+    std::vector<std::string> rows;
+    for (const std::string& line : terminalLines(text)) {
+      for (const std::string& part : wrapped(line, columns)) {
+        rows.push_back(std::string((columns - std::min(columns, columnsOf(part))) / 2, ' ') + part);
+      }
+    }
+    return rows;
+  }
+
+  /// "0:01:12 / 0:14:40", and the keys if there is room.
+  std::string statusLine(long long time, std::size_t columns) const {
+    constexpr std::string_view kKeys = "space pauses, arrows seek, q quits";
+    std::string line = clockTime(time) + " / " + clockTime(file_.duration());
+    if (clock_.isHeld()) line += "  paused";
+    if (line.size() + 2 + kKeys.size() < columns) {
+      line.append(columns - 1 - kKeys.size() - line.size(), ' ').append(kKeys);
+    }
+    return coloured(line.substr(0, columns), Colour::kDim, STDOUT_FILENO);
+  }
+
+  static std::string clockTime(long long time) {
+    const std::string text = formatTime(time);
+    return text.substr(0, text.find('.'));
+  }
+
+  MediaClock clock_;
+  SubtitleFile& file_;
+  const double last_ = static_cast<double>(file_.duration());
+  bool isOver_ = false;
+  Screen screen_;
+};
 
 class Play : public Command {
  public:
@@ -137,11 +199,12 @@ class Play : public Command {
                 << '\n';
       return kSuccess;
     }
-    {
-      const std::unique_ptr<Display> display = makeDisplay();
-      follow(MediaClock(from_, speed_), *file, *display);
+    const MediaClock clock(from_, speed_);
+    if (isatty(STDOUT_FILENO) == 0) {
+      playInLines(clock, *file);
+    } else if (const int signal = Player(clock, *file).run(); signal != 0) {
+      std::raise(signal);
     }
-    if (caughtSignal != 0) std::raise(caughtSignal);
     return kSuccess;
   }
 

@@ -1,7 +1,12 @@
 // Text of any file, made UTF-8 and fit for a terminal.
 #include "tools/kssub/terminal_text.h"
 
+#include <unistd.h>
+
 #include <algorithm>
+#include <iterator>
+
+#include "tools/kssub/columns.h"
 
 namespace kssub {
 namespace {
@@ -89,6 +94,18 @@ std::vector<std::string> terminalLines(std::string_view text) {
     text.remove_prefix(std::min(end + 1, text.size()));
   }
   return lines;
+}
+
+std::vector<std::string> outputLines(std::string_view text, std::size_t indent) {
+  std::vector<std::string> lines = terminalLines(text);
+  if (isatty(STDOUT_FILENO) == 0) return lines;
+  const std::size_t columns = terminalSize(STDOUT_FILENO).columns;
+  std::vector<std::string> fitting;
+  for (const std::string& line : lines) {
+    std::ranges::move(wrapped(line, columns - std::min(columns, indent)),
+                      std::back_inserter(fitting));
+  }
+  return fitting;
 }
 
 std::string utf8Text(const char* text) { return mapped(text, scalar); }

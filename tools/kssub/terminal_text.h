@@ -1,6 +1,7 @@
 // Text of any file, made UTF-8 and fit for a terminal.
 #pragma once
 
+#include <cstddef>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -14,6 +15,10 @@ std::string terminalText(std::string_view text);
 
 /// The lines of terminalText(); none for the empty text.
 std::vector<std::string> terminalLines(std::string_view text);
+
+/// The same for standard output behind `indent` columns: if it is a terminal, lines too long for
+/// the rest of its width are wrapped.
+std::vector<std::string> outputLines(std::string_view text, std::size_t indent);
 
 /// `text` as UTF-8: whatever is none becomes U+FFFD, byte by byte. Control characters stay.
 std::string utf8Text(const char* text);

@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "tools/kssub/colours.h"
+#include "tools/kssub/columns.h"
 #include "tools/kssub/command_line.h"
 #include "tools/kssub/suggestion.h"
 #include "tools/kssub/terminal_text.h"
@@ -33,6 +34,48 @@ std::vector<std::string> optionsOf(const CLI::App& app) {
   }
   return names;
 }
+
+/// Help whose descriptions fit the terminal, without what is told of options that exclude each
+/// other.
+class HelpFormatter : public CLI::Formatter {
+ public:
+  HelpFormatter() {
+    label("SUBCOMMAND", "COMMAND");
+    label("Positionals", "Arguments");
+    label("REQUIRED", "");
+    column_width(kDescriptionColumn);
+  }
+
+  std::string make_description(const CLI::App* app) const override {
+    return app->get_description() + ".\n\n";
+  }
+
+  std::string make_option_opts(const CLI::Option* option) const override {
+    const std::string type = option->get_type_name();
+    return type.empty() ? "" : ' ' + type;
+  }
+
+  std::string make_option_desc(const CLI::Option* option) const override {
+    std::string description = option->get_description();
+    const std::string standard = option->get_default_str();
+    if (!standard.empty()) description += " (" + standard + ")";
+    return fitting(description);
+  }
+
+ private:
+  static constexpr std::size_t kDescriptionColumn = 22;
+  static constexpr std::size_t kMostColumns = 100;
+
+  static std::string fitting(const std::string& description) {
+    const std::size_t columns = std::min(terminalSize(STDOUT_FILENO).columns, kMostColumns);
+    std::string out;
+    for (const std::string& line :
+         wrapped(description, columns - std::min(columns, kDescriptionColumn))) {
+      out += (out.empty() ? "" : "\n") + line;
+    }
+    return out;
+  }
+};
 
 std::string withSuggestion(const std::string& reason, const std::string& word,
                            const std::vector<std::string>& candidates) {
@@ -68,6 +111,10 @@ std::string withHeadings(const std::string& help) {
 }
 
 }  // namespace
+
+std::shared_ptr<CLI::FormatterBase> makeHelpFormatter() {
+  return std::make_shared<HelpFormatter>();
+}
 
 std::string helpOn(const CLI::App& app, const std::string& command) {
   if (command.empty()) {

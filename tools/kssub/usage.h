@@ -1,14 +1,19 @@
 // What the command line can be told about itself: help, and what is wrong with it.
 #pragma once
 
+#include <memory>
 #include <string>
 
 namespace CLI {
 class App;
 class Error;
+class FormatterBase;
 }  // namespace CLI
 
 namespace kssub {
+
+/// What makes the help of an app, its commands included.
+std::shared_ptr<CLI::FormatterBase> makeHelpFormatter();
 
 /// The help on `command`, or on all of `app` if that is empty, for standard output. Throws
 /// CLI::ValidationError if there is no such command.
