@@ -13,6 +13,12 @@ namespace kssubtitle::importing {
 void Notes::sortByLine() {
   const auto earlier = [](const ksImportNote& a, const ksImportNote& b) { return a.line < b.line; };
   std::stable_sort(kept_.begin(), kept_.end(), earlier);
+  if (kept_.size() > kMostKept) kept_.resize(kMostKept);
+}
+
+void Notes::dropLast() {
+  sortByLine();
+  end_ = kept_.back().line;
 }
 
 namespace {

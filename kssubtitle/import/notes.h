@@ -2,6 +2,7 @@
 #pragma once
 
 #include <array>
+#include <climits>
 #include <cstddef>
 #include <vector>
 
@@ -10,7 +11,7 @@
 
 namespace kssubtitle::importing {
 
-/// Counts every problem, keeps the first ones with their lines, and gathers which conditions of the
+/// Counts every problem, keeps those of the first lines, and gathers which conditions of the
 /// fixed readers fail.
 class Notes {
  public:
@@ -18,7 +19,9 @@ class Notes {
 
   void add(ksImportProblem problem, int line) {
     ++counts_[static_cast<std::size_t>(problem)];
-    if (kept_.size() < kMostKept) kept_.push_back({problem, line});
+    if (line >= end_) return;
+    kept_.push_back({problem, line});
+    if (kept_.size() == 2 * kMostKept) dropLast();
   }
   void sortByLine();
   void fail(Condition condition) noexcept { failed_.add(condition); }
@@ -31,7 +34,11 @@ class Notes {
   const FailedConditions& failed() const noexcept { return failed_; }
 
  private:
+  /// Keeps kMostKept notes: many are found in a later look at the cues, whose lines may come first.
+  void dropLast();
+
   std::array<std::size_t, kImportProblems> counts_{};
+  int end_ = INT_MAX;  // a line of which no note is kept any more
   std::vector<ksImportNote> kept_;
   FailedConditions failed_;
 };
