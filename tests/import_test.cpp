@@ -80,9 +80,14 @@ const Row kSubRip[] = {
      "@1<i>A</I> <font color=\"red\">B</font></b> <x>C</x> < i>D {\\b1}E{y:i}F{note} { \\an2} \\N",
      "1000-2000 A B <x>C</x> < i>D EF{note} { \\an2} \\N"},
     {"unclosed_tags", "@1<b>A\n<i\n{\\b1\nB{", "1000-2000 A|<i|{\\b1|B{", "1 TagUnclosed"},
-    {"entities", "@1&lt;&amp;amp;&quot;&apos;&#x41;&#066;&nbsp;C &copy; &#0; &#xD800; &amp",
-     "1000-2000 <&amp;\"'AB\xC2\xA0"
+    {"entities",
+     "@1&lt;&amp;amp;&quot;&apos;&#x41;&#00000066;&#0150;&nbsp;C &copy; &#0; &#xD800; &amp",
+     "1000-2000 <&amp;\"'AB\u2013\xC2\xA0"
      "C &copy; &#0; &#xD800; &amp"},
+    {"no_fraction", "00:00:01, --> 0:00:02.\nA\n\n00:00:03 , -->00:00:04", "1000-2000 A",
+     "1 TimeRepaired; 4 TimeRepaired; 4 CueWithoutText"},
+    {"marks_in_front_of_lines", "\uFEFF\uFEFF1\n@1A\n\uFEFFB\uFEFF\n\uFEFF2\n@3C",
+     "1000-2000 A|B\uFEFF; 3000-4000 C"},
     {"alignment", "@1{\\an8}A{\\an9}\n\n@3{\\an0}B", "1000-2000 @8 A; 3000-4000 B"},
     {"white_space", "@1\xC2\xA0 A\xC2\xA0 B \xE3\x80\x80\n\t\n\xE2\x80\x89<i> </i>\n",
      "1000-2000 A\xC2\xA0 B"},
@@ -168,24 +173,28 @@ TEST(Import, everyLineEnd_isRead) {
   for (std::size_t i = 0; i < text.size(); ++i) {
     mixed += text[i] == '\n' ? ends[i % 3].first : text.substr(i, 1);
   }
-  const auto expectRead = [](const std::string& file, ksImportLineEnds kind) {
+  const auto expectRead = [](const std::string& file, ksImportLineEnds kind, int lastCue) {
     ksImportParser parser;
     EXPECT_TRUE(openText(parser, file));
     EXPECT_EQ(cuesOf(parser), "1000-2000 A|B; 3000-4000 C") << testing::PrintToString(file);
     EXPECT_EQ(parser.report().lineEnds(), kind);
+    EXPECT_EQ(parser.cues().back().line, lastCue);
     EXPECT_EQ(notesOf(parser), "");
   };
   for (const auto& [end, kind] : ends) {
     std::string file;
     for (const char c : text) file += c == '\n' ? end : std::string(1, c);
-    expectRead(file, kind);
+    expectRead(file, kind, 6);
     for (std::size_t left = 1; left <= std::string_view(end).size(); ++left) {
       file.pop_back();
       if (left < std::string_view(end).size()) continue;  // half a line end is another kind
-      expectRead(file, kind);
+      expectRead(file, kind, 6);
     }
   }
-  expectRead(mixed, ksImportLineEnds::kMixed);
+  expectRead(mixed, ksImportLineEnds::kMixed, 5);  // one "\r" stands in front of a "\n"
+  std::string doubled;
+  for (const char c : text) doubled += c == '\n' ? "\r\r\n" : std::string(1, c);
+  expectRead(doubled.replace(doubled.find("B\r\r\n") + 1, 3, "\r"), ksImportLineEnds::kMixed, 6);
 }
 
 TEST(Import, queries_answerWithTheSpanOfWhatIsShown) {
@@ -308,6 +317,17 @@ TEST(Import, aPipe_isReadToItsEnd) {
   EXPECT_EQ(parser.report().size(), text.size());
   EXPECT_EQ(parser.report().count(ksImportProblem::kOverlap), 19999U);
   EXPECT_EQ(parser.report().notes().size(), 1000U);
+}
+
+TEST(Import, notesOfTheFirstLines_areKept) {
+  std::string text = withTimes("@1A\n\n@1B\n\n");
+  for (int i = 0; i < 2500; ++i) text += withTimes("@3\n");
+  ksImportParser parser;
+  EXPECT_TRUE(openText(parser, text));
+  EXPECT_EQ(parser.report().notes().size(), 1000U);
+  EXPECT_TRUE(notesOf(parser).starts_with("4 Overlap; 7 CueWithoutText; 9 Cue"));
+  EXPECT_EQ(parser.report().notes().back().line, 7 + 2 * 998);
+  EXPECT_EQ(parser.report().count(ksImportProblem::kCueWithoutText), 2500U);
 }
 
 TEST(Import, aMove_leavesTheSourceClosedAndViewsValid) {

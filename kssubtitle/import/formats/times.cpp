@@ -52,6 +52,15 @@ std::optional<WrittenTime> takeUsualTime(std::string_view& text) noexcept {
   return WrittenTime{((hours * 60LL + minutes) * 60 + seconds) * 1000 + milliseconds, 3, form};
 }
 
+/// Drops a comma or a point that no fraction follows.
+void dropLoneSeparator(std::string_view& text) noexcept {
+  std::string_view rest = text;
+  if (!takeCharacter(rest, ',') && !takeCharacter(rest, '.')) return;
+  const std::size_t next = rest.find_first_not_of(" \t\r\v\f+-");
+  const bool goesOn = next != rest.npos && (isDigit(rest[next]) || isLetter(rest[next]));
+  if (!goesOn) text = rest;
+}
+
 }  // namespace
 
 std::optional<WrittenTime> takeTime(std::string_view& text) noexcept {
@@ -68,6 +77,7 @@ std::optional<WrittenTime> takeTime(std::string_view& text) noexcept {
   if (!second) return std::nullopt;
   const auto third = takeFieldBehind(rest, ":");
   const auto fraction = takeFieldBehind(rest, third ? ",.:" : ",.");
+  if (!fraction) dropLoneSeparator(rest);
   WrittenTime time;
   time.fields = third ? 3 : 2;
   const long long seconds = third ? (first->value * 60 + second->value) * 60 + third->value

@@ -24,7 +24,8 @@ struct WrittenTime {
 
 /// Takes a time off the front of `text`, with the blanks before and within it: two or three fields,
 /// then perhaps a comma, a point or (behind three fields) a colon and a decimal fraction, of which
-/// milliseconds count. A sign makes it negative. A field of more than 12 digits is no time.
+/// milliseconds count; a comma or a point may stand there without one. A sign makes it negative. A
+/// field of more than 12 digits is no time.
 std::optional<WrittenTime> takeTime(std::string_view& text) noexcept;
 
 }  // namespace kssubtitle::importing

@@ -3,6 +3,8 @@
 
 #include <charconv>
 
+#include "kssubtitle/import/markup/html_entities.h"
+#include "kssubtitle/import/text/ascii.h"
 #include "kssubtitle/import/text/unicode.h"
 
 namespace kssubtitle::importing {
@@ -17,23 +19,19 @@ constexpr Name kNames[] = {
     {"amp", '&'}, {"lt", '<'}, {"gt", '>'}, {"nbsp", 0xA0}, {"quot", '"'}, {"apos", '\''},
 };
 
-/// A number behind "&#"; 0 if it is none or means no character.
-char32_t numberOf(std::string_view digits) noexcept {
-  constexpr std::size_t kMostDigits = 7;
-  int base = 10;
-  if (digits.starts_with('x') || digits.starts_with('X')) {
-    base = 16;
-    digits.remove_prefix(1);
-  }
-  if (digits.empty() || digits.size() > kMostDigits) return 0;
+/// `text` begins with "&#".
+Entity numberAt(std::string_view text) noexcept {
+  const bool isHexadecimal = text.size() > 2 && lowerOf(text[2]) == 'x';
+  const char* const begin = text.data() + (isHexadecimal ? 3 : 2);
+  const char* const end = text.data() + text.size();
   unsigned number = 0;
-  const char* const end = digits.data() + digits.size();
-  if (std::from_chars(digits.data(), end, number, base).ptr != end) return 0;
-  return isScalar(number) ? number : 0;
+  const auto read = std::from_chars(begin, end, number, isHexadecimal ? 16 : 10);
+  const bool isWhole = read.ec == std::errc() && read.ptr != end && *read.ptr == ';';
+  if (!isWhole || number == 0 || !isScalar(number)) return {};
+  return {characterOfNumber(number), static_cast<std::size_t>(read.ptr + 1 - text.data())};
 }
 
 char32_t characterOf(std::string_view name) noexcept {
-  if (name.starts_with('#')) return numberOf(name.substr(1));
   for (const Name& entry : kNames) {
     if (entry.text == name) return entry.character;
   }
@@ -43,7 +41,8 @@ char32_t characterOf(std::string_view name) noexcept {
 }  // namespace
 
 Entity entityOf(std::string_view text) noexcept {
-  constexpr std::size_t kLongest = 11;  // "&#x0010FFFF" would be, but no number has eight digits
+  if (text.substr(1).starts_with('#')) return numberAt(text);
+  constexpr std::size_t kLongest = 6;  // "&nbsp;"
   const std::size_t end = text.substr(0, kLongest).find(';');
   if (end == text.npos) return {};
   const char32_t c = characterOf(text.substr(1, end - 1));

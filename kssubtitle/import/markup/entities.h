@@ -12,8 +12,8 @@ struct Entity {
   std::size_t length = 0;  ///< 0: `text` begins with no entity.
 };
 
-/// The entity at the front of `text`, which begins with '&': a number, or one of the six names that
-/// subtitles know (amp, lt, gt, nbsp, quot, apos), with its semicolon.
+/// The entity at the front of `text`, which begins with '&': a number of any length, or one of the
+/// six names that subtitles know (amp, lt, gt, nbsp, quot, apos), with its semicolon.
 Entity entityOf(std::string_view text) noexcept;
 
 }  // namespace kssubtitle::importing

@@ -40,11 +40,6 @@ constexpr int digitOf(char c) noexcept {
   return lower >= 'a' && lower <= 'f' ? lower - 'a' + 10 : 16;
 }
 
-char32_t characterOf(char32_t number) noexcept {
-  if (number == 0 || !isScalar(number)) return kReplacement;
-  return number >= 0x80 && number < 0xA0 ? kWindows1252[number - 0x80] : number;
-}
-
 /// `text` begins with "&#".
 HtmlEntity numberAt(std::string_view text) noexcept {
   std::size_t at = 2;
@@ -59,7 +54,7 @@ HtmlEntity numberAt(std::string_view text) noexcept {
   }
   if (at == begin) return {};
   if (at < text.size() && text[at] == ';') ++at;
-  return {characterOf(number), 0, at};
+  return {characterOfNumber(number), 0, at};
 }
 
 HtmlEntity named(std::string_view name) noexcept {
@@ -70,6 +65,11 @@ HtmlEntity named(std::string_view name) noexcept {
 }
 
 }  // namespace
+
+char32_t characterOfNumber(char32_t number) noexcept {
+  if (number == 0 || !isScalar(number)) return kReplacement;
+  return number >= 0x80 && number < 0xA0 ? kWindows1252[number - 0x80] : number;
+}
 
 HtmlEntity htmlEntityOf(std::string_view text) noexcept {
   if (text.substr(1).starts_with('#')) return numberAt(text);

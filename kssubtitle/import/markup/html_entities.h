@@ -15,6 +15,10 @@ struct HtmlEntity {
   std::size_t length = 0;  ///< 0: `text` begins with no reference.
 };
 
+/// What a number in a reference means: the character of that number, of windows-1252 from 0x80 to
+/// 0x9F, U+FFFD if there is none.
+char32_t characterOfNumber(char32_t number) noexcept;
+
 /// The reference at the front of `text`, which begins with '&': a number, or any name that HTML
 /// has. The semicolon may be missing where HTML lets it.
 HtmlEntity htmlEntityOf(std::string_view text) noexcept;

@@ -40,6 +40,7 @@ std::optional<std::string> textOf(std::string bytes, const ksImportOptions& opti
   report.encoding = std::move(found.encoding.name);
   report.lineEnds = settleLineEnds(decoded->text);
   noteReplacements(*decoded, report.notes);
+  if (dropMarks(decoded->text)) report.notes.fail(Condition::kVerbatim);
   return std::move(decoded->text);
 }
 

@@ -39,9 +39,13 @@ std::size_t countReturnsBefore(std::string_view text, std::size_t distance) noex
 }
 
 /// In a text in which some carriage returns stand without a line feed these alone end lines.
-void endLinesAtLoneReturns(std::string& text) noexcept {
+void endLinesAtLoneReturns(std::string& text, std::string_view usualEnd) noexcept {
   for (std::size_t at = text.find('\r'); at != text.npos; at = text.find('\r', at + 1)) {
-    if (at + 1 == text.size() || text[at + 1] != '\n') text[at] = '\n';
+    if (std::string_view(text).substr(at).starts_with(usualEnd)) {
+      at += usualEnd.size() - 1;
+    } else {
+      text[at] = '\n';
+    }
   }
 }
 
@@ -55,11 +59,26 @@ ksImportLineEnds settleLineEnds(std::string& text) {
   const std::size_t cr = countOf(text, '\r');
   const std::size_t crLf = countReturnsBefore(text, 1);
   if (cr == crLf) return lf == crLf ? ksImportLineEnds::kCrLf : ksImportLineEnds::kMixed;
-  if (lf > 0 && crLf == lf && cr == 2 * lf && countReturnsBefore(text, 2) == lf) {
-    return ksImportLineEnds::kCrCrLf;
-  }
-  endLinesAtLoneReturns(text);
+  const bool isDoubled = lf > 0 && crLf == lf && countReturnsBefore(text, 2) == lf;
+  if (isDoubled && cr == 2 * lf) return ksImportLineEnds::kCrCrLf;
+  endLinesAtLoneReturns(text, isDoubled ? "\r\r\n" : "\r\n");
   return lf == 0 ? ksImportLineEnds::kCr : ksImportLineEnds::kMixed;
+}
+
+bool dropMarks(std::string& text) {
+  constexpr std::string_view kMark = "\xEF\xBB\xBF";
+  std::string kept;
+  std::size_t at = 0;
+  for (std::size_t mark; (mark = text.find(kMark, at)) != text.npos; at = mark + kMark.size()) {
+    kept.append(text, at, mark - at);
+    const bool isInFront = kept.empty() || kept.back() == '\n';
+    if (!isInFront) kept += kMark;
+  }
+  if (at == 0) return false;
+  kept.append(text, at);
+  if (kept.size() == text.size()) return false;
+  text = std::move(kept);
+  return true;
 }
 
 int countLines(std::string_view text) noexcept { return static_cast<int>(countOf(text, '\n')); }

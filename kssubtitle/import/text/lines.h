@@ -14,6 +14,10 @@ namespace kssubtitle::importing {
 /// stands in front of a line feed stays: to every reader it is white space at a line's end.
 ksImportLineEnds settleLineEnds(std::string& text);
 
+/// Drops the marks of UTF-8 that stand at the fronts of lines, where files were put together, or
+/// that a second editor added; whether there were any.
+bool dropMarks(std::string& text);
+
 /// A line of a text, without its line feed and the carriage returns in front of it.
 struct Line {
   std::string_view text;
