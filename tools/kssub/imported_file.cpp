@@ -1,36 +1,10 @@
 // A subtitle file as the import library reads it.
 #include <algorithm>
-#include <array>
-#include <cerrno>
-#include <cstdio>
-#include <stdexcept>
-#include <system_error>
 
-#include "kssubtitle/import.h"
-#include "tools/kssub/file_form.h"
-#include "tools/kssub/subtitle_file.h"
-#include "tools/kssub/terminal_text.h"
+#include "tools/kssub/reading.h"
 
 namespace kssub {
 namespace {
-
-constexpr const char* kStandardInput = "standard input";
-
-/// No more than one byte beyond `most`, which is enough to be refused.
-std::string readStandardInput(std::size_t most) {
-  std::string bytes;
-  std::array<char, 1 << 16> block;
-  while (bytes.size() <= most) {
-    const std::size_t wanted = std::min(block.size(), most + 1 - bytes.size());
-    const std::size_t count = std::fread(block.data(), 1, wanted, stdin);
-    if (count == 0) break;
-    bytes.append(block.data(), count);
-  }
-  if (std::ferror(stdin) != 0) {
-    throw FileError(kStandardInput, std::generic_category().message(errno));
-  }
-  return bytes;
-}
 
 std::string nameOf(ksImportLineEnds ends) {
   switch (ends) {
@@ -66,9 +40,7 @@ std::string doubtOf(ksImportEncodingSource source) {
 
 class ImportedFile : public SubtitleFile {
  public:
-  explicit ImportedFile(const FileRequest& request) {
-    if (!open(request)) throwRefusal(request.path);
-  }
+  explicit ImportedFile(const FileRequest& request) : parser_(openedParser(request)) {}
 
   long long duration() override { return parser_.DurationTime(); }
 
@@ -103,21 +75,6 @@ class ImportedFile : public SubtitleFile {
   }
 
  private:
-  bool open(const FileRequest& request) {
-    if (request.path != "-") return parser_.Open(request.path.c_str(), request.options);
-    const std::string bytes = readStandardInput(request.options.maxBytes);
-    return parser_.OpenMemory(bytes.data(), bytes.size(), request.options);
-  }
-
-  [[noreturn]] void throwRefusal(const std::string& path) const {
-    const ksImportReport& report = parser_.report();
-    const std::string name = path == "-" ? kStandardInput : path;
-    if (report.refusal() == ksImportRefusal::kCannotOpen) {
-      throw FileError(name, std::generic_category().message(report.systemError()));
-    }
-    throw std::runtime_error(terminalText(name) + ": " + std::string(report.refusalText()));
-  }
-
   std::string summary() const {
     const ksImportReport& report = parser_.report();
     std::string text = std::string(report.format()) + ", " + std::string(report.encoding()) +

@@ -13,11 +13,6 @@ namespace {
 
 constexpr char32_t kReplacement = 0xFFFD;
 
-struct Decoded {
-  char32_t codePoint;
-  std::size_t size;  // in bytes
-};
-
 struct SequenceForm {
   std::size_t size;  // 0: no sequence begins with this byte
   char32_t leadBits;
@@ -33,22 +28,6 @@ SequenceForm formOfLead(unsigned char lead) {
   if (lead < 0xF0) return {3, 0x0F, 0x800};
   if (lead < 0xF8) return {4, 0x07, 0x10000};
   return {0, 0, 0};
-}
-
-/// The first code point of `text`, which is not empty.
-Decoded decodeUtf8(std::string_view text) {
-  constexpr Decoded kInvalid{kReplacement, 1};
-  const auto lead = static_cast<unsigned char>(text[0]);
-  const SequenceForm form = formOfLead(lead);
-  if (form.size == 0 || form.size > text.size()) return kInvalid;
-  char32_t codePoint = lead & form.leadBits;
-  for (const char c : text.substr(1, form.size - 1)) {
-    const auto byte = static_cast<unsigned char>(c);
-    if ((byte & 0xC0) != 0x80) return kInvalid;
-    codePoint = codePoint << 6 | (byte & 0x3Fu);
-  }
-  if (codePoint < form.least || !isScalar(codePoint)) return kInvalid;
-  return {codePoint, form.size};
 }
 
 /// A control character would let the file steer the terminal.
@@ -83,6 +62,21 @@ std::string mapped(std::string_view text, Map map) {
 char32_t scalar(char32_t c) { return isScalar(c) ? c : kReplacement; }
 
 }  // namespace
+
+Decoded decodeUtf8(std::string_view text) {
+  constexpr Decoded kInvalid{kReplacement, 1};
+  const auto lead = static_cast<unsigned char>(text[0]);
+  const SequenceForm form = formOfLead(lead);
+  if (form.size == 0 || form.size > text.size()) return kInvalid;
+  char32_t codePoint = lead & form.leadBits;
+  for (const char c : text.substr(1, form.size - 1)) {
+    const auto byte = static_cast<unsigned char>(c);
+    if ((byte & 0xC0) != 0x80) return kInvalid;
+    codePoint = codePoint << 6 | (byte & 0x3Fu);
+  }
+  if (codePoint < form.least || !isScalar(codePoint)) return kInvalid;
+  return {codePoint, form.size};
+}
 
 std::string terminalText(std::string_view text) { return mapped(text, visible); }
 

@@ -25,4 +25,12 @@ std::string utf8Text(const char* text);
 /// The same for wide text, one code point in each character.
 std::string utf8Text(const wchar_t* text);
 
+struct Decoded {
+  char32_t codePoint;
+  std::size_t size;  ///< In bytes.
+};
+
+/// The first code point of `text`, which is not empty; U+FFFD, of one byte, if it is not UTF-8.
+Decoded decodeUtf8(std::string_view text);
+
 }  // namespace kssub

@@ -52,12 +52,12 @@ std::string overridesFor(const Style& from, const Style& to) {
   return tags;
 }
 
-/// A text in braces is not shown, and behind a backslash some characters are codes.
-void appendCharacters(std::string& out, std::string_view characters, std::string_view next) {
+/// A text in braces is not shown, and behind a backslash some characters are codes. `rest` is what
+/// follows the characters, behind a block of overrides unless a line ends there.
+void appendCharacters(std::string& out, std::string_view characters, std::string_view rest) {
+  const char behind = rest.empty() || rest.front() == '\n' ? '\0' : '{';
   for (std::size_t i = 0; i < characters.size(); ++i) {
-    const char following = i + 1 < characters.size() ? characters[i + 1]
-                           : next.empty()            ? '\0'
-                                                     : '{';
+    const char next = i + 1 < characters.size() ? characters[i + 1] : behind;
     switch (characters[i]) {
       case '\n':
         out += "\\N";
@@ -70,7 +70,7 @@ void appendCharacters(std::string& out, std::string_view characters, std::string
         break;
       case '\\':
         out += '\\';
-        if (std::string_view("Nnh{").find(following) != characters.npos) out += kWordJoiner;
+        if (std::string_view("Nnh{").find(next) != std::string_view::npos) out += kWordJoiner;
         break;
       default:
         out += characters[i];
@@ -82,13 +82,14 @@ void appendText(std::string& out, const OutgoingCue& cue) {
   std::string overrides;
   if (cue.alignment != 2) overrides = "\\an" + std::to_string(cue.alignment);
   Style current;
-  forEachRun(cue.text, [&](const Style& style, std::size_t begin, std::size_t end) {
+  forEachRun(cue.text, [&](const Style& style, std::size_t begin, std::size_t end, bool endsLine) {
     overrides += overridesFor(current, style);
     current = style;
     if (!overrides.empty()) out += '{' + overrides + '}';
     overrides.clear();
     const std::string_view characters = cue.text.characters;
     appendCharacters(out, characters.substr(begin, end - begin), characters.substr(end));
+    if (endsLine) out += "\\N";
   });
 }
 

@@ -26,12 +26,14 @@ struct StyledText {
 /// the small set is text.
 StyledText styledText(std::string_view text, ksImportMarkup markup);
 
-/// Calls `write` with the style of each run and where it begins and ends.
+/// Calls `write` with the style of each run, where it begins and ends, and whether a line feed
+/// follows that belongs to neither run beside it.
 template <typename Write>
 void forEachRun(const StyledText& text, Write write) {
   std::size_t begin = 0;
   for (const StyledText::Run& run : text.runs) {
-    write(run.style, begin, run.end);
+    const bool endsLine = text.characters[run.end - 1] == '\n';
+    write(run.style, begin, endsLine ? run.end - 1 : run.end, endsLine);
     begin = run.end;
   }
 }

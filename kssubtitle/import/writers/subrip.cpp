@@ -37,10 +37,11 @@ std::string taggedText(const OutgoingCue& cue) {
   std::string out;
   if (cue.alignment != 2) out = "{\\an" + std::to_string(cue.alignment) + '}';
   const auto put = [&out](std::string_view tag) { out += tag; };
-  forEachRun(cue.text, [&](const Style& style, std::size_t begin, std::size_t end) {
+  forEachRun(cue.text, [&](const Style& style, std::size_t begin, std::size_t end, bool endsLine) {
     putOpeningTags(style, put);
     appendCharacters(out, cue.text.characters, begin, end);
     putClosingTags(style, put);
+    if (endsLine) out += '\n';
   });
   return out;
 }

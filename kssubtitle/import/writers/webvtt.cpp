@@ -30,7 +30,7 @@ std::string classOf(int colour) {
 
 void appendText(std::string& out, const StyledText& text) {
   const auto put = [&out](std::string_view piece) { out += piece; };
-  forEachRun(text, [&](const Style& style, std::size_t begin, std::size_t end) {
+  forEachRun(text, [&](const Style& style, std::size_t begin, std::size_t end, bool endsLine) {
     Style tags = style;
     tags.strikeOut = false;
     tags.colour = Style::kNoColour;
@@ -40,6 +40,7 @@ void appendText(std::string& out, const StyledText& text) {
     putEscaped(std::string_view(text.characters).substr(begin, end - begin), put);
     if (isColoured) out += "</c>";
     putClosingTags(tags, put);
+    if (endsLine) out += '\n';
   });
 }
 

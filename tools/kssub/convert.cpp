@@ -1,0 +1,288 @@
+// The command `convert`: a subtitle file as another one, mended.
+#include <CLI/CLI.hpp>
+#include <array>
+#include <filesystem>
+#include <iostream>
+#include <limits>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <system_error>
+#include <vector>
+
+#include "tools/kssub/command_line.h"
+#include "tools/kssub/commands.h"
+#include "tools/kssub/edits.h"
+#include "tools/kssub/new_file.h"
+#include "tools/kssub/reading.h"
+#include "tools/kssub/terminal_text.h"
+#include "tools/kssub/times.h"
+
+namespace kssub {
+namespace {
+
+namespace fs = std::filesystem;
+
+struct Target {
+  std::string_view name;  // as --to and extensions have it
+  ksImportTarget target;
+};
+
+constexpr Target kTargets[] = {{"srt", ksImportTarget::kSubRip},
+                               {"vtt", ksImportTarget::kWebVtt},
+                               {"ass", ksImportTarget::kAss},
+                               {"txt", ksImportTarget::kText}};
+
+std::optional<ksImportTarget> targetNamed(std::string_view name) {
+  const std::string lower = CLI::detail::to_lower(std::string(name));
+  for (const Target& known : kTargets) {
+    if (known.name == lower) return known.target;
+  }
+  return std::nullopt;
+}
+
+std::string_view extensionOf(std::string_view path) {
+  const std::size_t dot = path.rfind('.');
+  return dot == path.npos || path.find('/', dot) != path.npos ? "" : path.substr(dot + 1);
+}
+
+/// The two parts of "FIRST<sign>SECOND". Throws CLI::ValidationError.
+std::array<std::string, 2> halves(const char* option, const std::string& text, char sign) {
+  const std::size_t at = text.find(sign);
+  if (at == text.npos) {
+    throw CLI::ValidationError(option, quoted(text) + " has no " + quoted({sign}));
+  }
+  return {text.substr(0, at), text.substr(at + 1)};
+}
+
+double requireRate(const std::string& text) {
+  double rate = 0;
+  if (!CLI::detail::lexical_cast(text, rate)) {
+    throw CLI::ValidationError("--scale", quoted(text) + " is not a number of frames in a second");
+  }
+  requirePositive("--scale", rate)(rate);
+  return rate;
+}
+
+/// What is to be done with cues.
+struct Edits {
+  long long from = 0;
+  long long until = std::numeric_limits<long long>::max();
+  bool isCut = false;
+  TimeChange change;
+  std::vector<TimePair> pairs;
+  bool hasNoSounds = false;
+  std::size_t width = 0;  // 0: lines stay
+  long long least = 0;    // 0: ends stay
+  bool hasNoOverlaps = false;
+};
+
+EditedCues withNewTimes(EditedCues cues, const Edits& edits) {
+  if (edits.isCut) cues = within(std::move(cues), edits.from, edits.until);
+  return retimed(std::move(cues), edits.pairs.empty() ? edits.change : changeThrough(edits.pairs));
+}
+
+EditedCues edited(EditedCues cues, const Edits& edits) {
+  if (edits.hasNoSounds) cues = withoutSounds(std::move(cues));
+  if (edits.hasNoOverlaps) cues = withoutOverlaps(std::move(cues));
+  if (edits.least > 0) cues = lasting(std::move(cues), edits.least);
+  if (edits.width > 0) cues = wrapped(std::move(cues), edits.width);
+  return cues;
+}
+
+EditedCues cuesIn(const ksImportParser& parser) {
+  EditedCues cues;
+  for (const ksImportCue& cue : parser.cues()) {
+    cues.push_back({cue.start, cue.end, cue.alignment, std::string(cue.text)});
+  }
+  return cues;
+}
+
+std::string written(const EditedCues& cues, ksImportTarget target) {
+  std::vector<ksImportCue> views;
+  for (const EditedCue& cue : cues) {
+    ksImportCue& view = views.emplace_back();
+    view.start = cue.start;
+    view.end = cue.end;
+    view.alignment = cue.alignment;
+    view.text = cue.text;
+  }
+  return writeCues(views, target, ksImportMarkup::kHtml);
+}
+
+/// A name that no file has: PATH.bak, PATH.bak2 ...
+std::string backupName(const std::string& path) {
+  std::string name = path + ".bak";
+  for (int i = 2; fs::exists(fs::symlink_status(name)); ++i)
+    name = path + ".bak" + std::to_string(i);
+  return name;
+}
+
+class Convert : public Command {
+ public:
+  Introduction introduction() const override {
+    return {"convert", "Write a subtitle file in another format, or mended",
+            "kssub convert film.ass film.srt\n"
+            "kssub convert film.srt later.srt --shift 1500\n"
+            "kssub convert film.srt fitting.srt --sync 1:02.5=1:04 --sync 1:30:10=1:34:02\n"
+            "kssub convert film.sub film.srt --fps 25 --scale 25:23.976\n"
+            "kssub convert --in-place film.srt --no-sounds --wrap 42\n"};
+  }
+
+  void addOptions(CLI::App& app) override {
+    app.add_option("IN", request_.path, "A subtitle file; - for standard input")
+        ->required()
+        ->type_name("");
+    app.add_option("OUT", output_, "The file to write, which is replaced; - for standard output")
+        ->type_name("");
+    app.add_flag("--in-place", isInPlace_, "Replace IN, which is kept as IN.bak");
+    app.add_option("--to", to_, "The format: srt, vtt, ass or txt, else by OUT's extension")
+        ->type_name("FORMAT");
+    addTimeOptions(app);
+    addTextOptions(app);
+    addReadingOptions(app, request_.options);
+    explainTimes(app);
+    app.callback([this] { checkArguments(); });
+  }
+
+  int run() override {
+    request_.options.markup = ksImportMarkup::kHtml;
+    const ksImportParser parser = openedParser(request_);
+    EditedCues cues = withNewTimes(cuesIn(parser), edits_);
+    noteLeftOut(std::erase_if(cues, isNeverShown));
+    const std::string content = written(edited(std::move(cues), edits_), target_);
+    if (isInPlace_) {
+      replaceInput(content);
+    } else if (output_ == "-") {
+      std::cout << content;
+    } else {
+      NewFile file(output_);
+      file.write(content);
+      file.finish();
+    }
+    return kSuccess;
+  }
+
+ private:
+  void addTimeOptions(CLI::App& app) {
+    const auto addTime = [&](const char* name, auto set, const char* description) {
+      return app.add_option_function<std::string>(
+          name, [set](const std::string& text) { set(requireTime(text)); }, description);
+    };
+    CLI::Option* shift = addTime(
+                             "--shift", [this](long long time) { edits_.change.offset = time; },
+                             "Show all that much later, or earlier if it is negative")
+                             ->type_name("TIME");
+    CLI::Option* scale = app.add_option_function<std::string>(
+                                "--scale", [this](const std::string& t) { setScale(t); },
+                                "From one frame rate to another, such as 25:23.976")
+                             ->type_name("FROM:TO");
+    app.add_option_function<std::vector<std::string>>(
+           "--sync", [this](const std::vector<std::string>& texts) { setPairs(texts); },
+           "A time in IN and what it becomes; two of them stretch what is between")
+        ->type_name("OLD=NEW")
+        ->expected(1, 2)
+        ->allow_extra_args(false)
+        ->excludes(shift)
+        ->excludes(scale);
+    addTime(
+        "--from", [this](long long time) { setFrom(time); }, "Only what is shown from then on")
+        ->type_name("TIME");
+    addTime(
+        "--until", [this](long long time) { setUntil(time); }, "Only what is shown before")
+        ->type_name("TIME");
+    addTime(
+        "--min-duration", [this](long long time) { edits_.least = time; },
+        "Show each cue that long, if the next one lets it")
+        ->type_name("TIME");
+    app.add_flag("--no-overlaps", edits_.hasNoOverlaps, "End each cue where the next one begins");
+  }
+
+  void addTextOptions(CLI::App& app) {
+    app.add_flag(
+        "--no-sounds", edits_.hasNoSounds,
+        "Leave out what is in brackets or parentheses, and names in capitals with a colon");
+    app.add_option("--wrap", edits_.width, "Break lines of more characters, evenly")
+        ->type_name("NUMBER")
+        ->check(CLI::Range(1, 10000));
+  }
+
+  void setFrom(long long time) {
+    edits_.from = time;
+    edits_.isCut = true;
+  }
+
+  void setUntil(long long time) {
+    edits_.until = time;
+    edits_.isCut = true;
+  }
+
+  void setScale(const std::string& text) {
+    const auto [from, to] = halves("--scale", text, ':');
+    edits_.change.factor = static_cast<long double>(requireRate(from)) / requireRate(to);
+  }
+
+  void setPairs(const std::vector<std::string>& texts) {
+    for (const std::string& text : texts) {
+      const auto [before, after] = halves("--sync", text, '=');
+      edits_.pairs.push_back({requireTime(before), requireTime(after)});
+    }
+    if (edits_.pairs.size() < 2) return;
+    const auto& [first, second] = std::tie(edits_.pairs[0], edits_.pairs[1]);
+    const bool isRising = first.before < second.before && first.after < second.after;
+    const bool isFalling = first.before > second.before && first.after > second.after;
+    if (!isRising && !isFalling) {
+      throw CLI::ValidationError("--sync", "needs two times that stay in their order");
+    }
+  }
+
+  /// Which arguments go together.
+  void checkArguments() {
+    if (isInPlace_ && (!output_.empty() || request_.path == "-")) {
+      throw CLI::ValidationError("--in-place", "needs one file, and no OUT");
+    }
+    if (!isInPlace_ && output_.empty()) throw CLI::RequiredError("OUT, or --in-place,");
+    std::error_code ignored;
+    if (!isInPlace_ && fs::equivalent(request_.path, output_, ignored)) {
+      throw CLI::ValidationError("OUT", "is IN: say --in-place to replace it");
+    }
+    const std::string_view written = isInPlace_ ? request_.path : output_;
+    const auto target = targetNamed(to_.empty() ? extensionOf(written) : std::string_view(to_));
+    if (!target) {
+      throw CLI::ValidationError("--to",
+                                 "must be srt, vtt, ass or txt, where no extension says so");
+    }
+    target_ = *target;
+  }
+
+  void noteLeftOut(std::size_t count) const {
+    if (count == 0) return;
+    std::cerr << terminalText(nameOf(request_)) << ": " << count
+              << (count == 1 ? " cue that is never shown is" : " cues that are never shown are")
+              << " left out\n";
+  }
+
+  /// A link stays one, and the file keeps its permissions.
+  void replaceInput(const std::string& content) const {
+    const std::string path = fs::canonical(request_.path).string();
+    const fs::perms permissions = fs::status(path).permissions();
+    NewFile file(path);
+    file.write(content);
+    fs::copy_file(path, backupName(path));
+    file.finish();
+    fs::permissions(path, permissions);
+  }
+
+  FileRequest request_;
+  std::string output_;
+  std::string to_;
+  ksImportTarget target_ = ksImportTarget::kText;
+  bool isInPlace_ = false;
+  Edits edits_;
+};
+
+}  // namespace
+
+std::unique_ptr<Command> makeConvert() { return std::make_unique<Convert>(); }
+
+}  // namespace kssub

@@ -1,0 +1,48 @@
+// Files that appear or change only when all is written.
+#include "tools/kssub/new_file.h"
+
+#include <unistd.h>
+
+#include <cerrno>
+#include <filesystem>
+#include <stdexcept>
+#include <system_error>
+
+#include "tools/kssub/terminal_text.h"
+
+namespace kssub {
+
+NewFile::NewFile(const std::string& path)
+    : path_(path), temporaryPath_(path + "." + std::to_string(getpid()) + ".part") {
+  std::error_code ignored;
+  const auto status = std::filesystem::symlink_status(path, ignored);
+  if (std::filesystem::exists(status) && !std::filesystem::is_regular_file(status)) {
+    fail("not a regular file");
+  }
+  file_.reset(std::fopen(temporaryPath_.c_str(), "wbx"));
+  if (!file_) failBySystem();
+}
+
+NewFile::~NewFile() {
+  if (!temporaryPath_.empty()) std::remove(temporaryPath_.c_str());
+}
+
+void NewFile::write(std::string_view bytes) {
+  if (std::fwrite(bytes.data(), 1, bytes.size(), file_.get()) != bytes.size()) failBySystem();
+}
+
+void NewFile::finish() {
+  if (std::fclose(file_.release()) != 0 ||
+      std::rename(temporaryPath_.c_str(), path_.c_str()) != 0) {
+    failBySystem();
+  }
+  temporaryPath_.clear();
+}
+
+void NewFile::fail(const std::string& reason) const {
+  throw std::runtime_error(terminalText(path_) + ": cannot write: " + reason);
+}
+
+void NewFile::failBySystem() const { fail(std::generic_category().message(errno)); }
+
+}  // namespace kssub
