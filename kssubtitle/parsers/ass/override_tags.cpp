@@ -6,6 +6,7 @@
 #include "kssubtitle/strings/replacing.h"
 
 namespace kssubtitle::internal {
+
 // A removal can bring about another one without end in the stale characters. No pass that ends by
 // itself takes as many removals as the text has characters, so none is allowed more.
 template <typename Char>
