@@ -138,29 +138,6 @@ std::string nameOf(const testing::TestParamInfo<Row>& info) { return info.param.
 INSTANTIATE_TEST_SUITE_P(SubRip, Import, testing::ValuesIn(kSubRip), nameOf);
 INSTANTIATE_TEST_SUITE_P(Ass, Import, testing::ValuesIn(kAss), nameOf);
 
-TEST(Import, html_keepsTheSmallSetWellFormed) {
-  const std::pair<const char*, const char*> cases[] = {
-      {"@1<i>A</i>B &amp; <x>", "1000-2000 <i>A</i>B &amp; &lt;x&gt;"},
-      {"@1<i>A<b>B</i>C</b>D</u>", "1000-2000 <i>A</i><i><b>B</b></i><b>C</b>D"},
-      {"@1<i> A\nB </i>\n<s>C\n\n@3D", "1000-2000 <i>A|B</i>|<s>C</s>; 3000-4000 D"},
-      {"@1<font color=#F00>A<FONT size=3 COLOR='blue'>B</font>C<font face=x>D",
-       "1000-2000 <font color=\"#ff0000\">A</font><font color=\"#0000ff\">B</font>"
-       "<font color=\"#ff0000\">CD</font>"},
-      {"#1{\\i1}A{\\b700\\u1}B{\\r}<C>{\\1c&H0000FF&}D{\\c}E",
-       "1000-2000 <i>A</i><i><b><u>B</u></b></i>&lt;C&gt;<font color=\"#ff0000\">D</font>E"},
-      {"Format: Name, Bold, PrimaryColour\nStyle: Default,-1,&H00FFFFFF\nStyle: x,0,65280\n"
-       "#1A{\\b0}B{\\rx}C{\\r}D",
-       "1000-2000 <b>A</b>B<font color=\"#00ff00\">C</font><b>D</b>"},
-  };
-  for (const auto& [text, cues] : cases) {
-    ksImportParser parser;
-    ksImportOptions options;
-    options.markup = ksImportMarkup::kHtml;
-    EXPECT_TRUE(openText(parser, withTimes(text), options));
-    EXPECT_EQ(cuesOf(parser), cues) << text;
-  }
-}
-
 TEST(Import, everyLineEnd_isRead) {
   const std::string text = withTimes("1\n@1A\nB\n\n2\n@3C\n");
   const std::pair<const char*, ksImportLineEnds> ends[] = {

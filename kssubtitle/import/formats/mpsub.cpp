@@ -2,10 +2,10 @@
 #include <optional>
 #include <string_view>
 
+#include "kssubtitle/import/formats/bar_cue.h"
 #include "kssubtitle/import/formats/frames.h"
 #include "kssubtitle/import/formats/numbers.h"
 #include "kssubtitle/import/formats/readers.h"
-#include "kssubtitle/import/markup/bar_text.h"
 #include "kssubtitle/import/text/lines.h"
 
 namespace kssubtitle::importing {
@@ -40,20 +40,21 @@ std::optional<double> unitsOf(std::string_view line) noexcept {
 
 class MpsubReader {
  public:
-  MpsubReader(const FormatInput& input, CueSink& sink) : input_(input), sink_(sink) {}
+  MpsubReader(const FormatInput& input, CueSink& sink)
+      : input_(input), sink_(sink), cue_(kMarkup, sink) {}
 
   void read() {
     Line line;
     for (Lines lines(input_.text, input_.begin, input_.firstLine); lines.next(line);) {
       readLine(withoutBlanks(line.text), line.number);
     }
-    finishCue();
+    cue_.finish();
   }
 
  private:
   void readLine(std::string_view line, int number) {
-    if (line.empty()) return finishCue();
-    if (cue_ != nullptr) return readText(line, number);
+    if (line.empty()) return cue_.finish();
+    if (cue_.cue() != nullptr) return cue_.readLine(line);
     if (const auto units = unitsOf(line)) {
       perSecond_ = *units > 0 ? *units : frameRateWithout(input_.options, sink_.notes());
     } else if (const auto times = waitLineOf(line)) {
@@ -71,18 +72,7 @@ class MpsubReader {
     const auto from = millisecondsOf(start, perSecond_);
     const auto to = millisecondsOf(end_, perSecond_);
     if (!from || !to) return sink_.notes().add(ksImportProblem::kTimeUnreadable, number);
-    cue_ = &sink_.begin(*from, *to, number);
-  }
-
-  void readText(std::string_view line, int number) {
-    const TextTraits traits = writeBarText(line, kMarkup, Style(), sink_.text());
-    cue_->alignment = traits.alignment.value_or(cue_->alignment);
-    if (traits.isUnclosed) sink_.notes().add(ksImportProblem::kTagUnclosed, number);
-  }
-
-  void finishCue() {
-    if (cue_ != nullptr) sink_.finish();
-    cue_ = nullptr;
+    cue_.begin(sink_.begin(*from, *to, number));
   }
 
   const FormatInput& input_;
@@ -90,7 +80,7 @@ class MpsubReader {
   double perSecond_ = 1;
   double end_ = 0;  // of the cue before
   bool hasBegun_ = false;
-  ksImportCue* cue_ = nullptr;
+  BarCue cue_;
 };
 
 }  // namespace

@@ -3,10 +3,10 @@
 #include <optional>
 #include <string_view>
 
+#include "kssubtitle/import/formats/bar_cue.h"
 #include "kssubtitle/import/formats/numbers.h"
 #include "kssubtitle/import/formats/readers.h"
 #include "kssubtitle/import/formats/times.h"
-#include "kssubtitle/import/markup/bar_text.h"
 #include "kssubtitle/import/text/lines.h"
 
 namespace kssubtitle::importing {
@@ -37,27 +37,28 @@ bool isStyleLine(std::string_view line) noexcept {
 
 class SubViewerReader {
  public:
-  SubViewerReader(const FormatInput& input, CueSink& sink) : input_(input), sink_(sink) {}
+  SubViewerReader(const FormatInput& input, CueSink& sink)
+      : input_(input), sink_(sink), cue_(kMarkup, sink) {}
 
   void read() {
     Line line;
     for (Lines lines(input_.text, input_.begin, input_.firstLine); lines.next(line);) {
       readLine(withoutBlanks(line.text), line.number);
     }
-    finishCue();
+    cue_.finish();
   }
 
  private:
   void readLine(std::string_view line, int number) {
     if (line.empty() || isStyleLine(line)) return;
     if (const auto times = timeLineOf(line)) {
-      finishCue();
+      cue_.finish();
       if (!times->start.isUsual() || !times->end.isUsual()) {
         sink_.notes().add(ksImportProblem::kTimeRepaired, number);
       }
-      cue_ = &sink_.begin(times->start.milliseconds, times->end.milliseconds, number);
-    } else if (cue_ != nullptr) {
-      readText(line, number);
+      cue_.begin(sink_.begin(times->start.milliseconds, times->end.milliseconds, number));
+    } else if (cue_.cue() != nullptr) {
+      cue_.readLine(line);
     } else if (line.front() != '[') {
       sink_.notes().add(ksImportProblem::kLineIgnored, number);
     } else if (hasDelay(line)) {
@@ -73,20 +74,9 @@ class SubViewerReader {
     return takeInteger(line).value_or(0) != 0;
   }
 
-  void readText(std::string_view line, int number) {
-    const TextTraits traits = writeBarText(line, kMarkup, Style(), sink_.text());
-    cue_->alignment = traits.alignment.value_or(cue_->alignment);
-    if (traits.isUnclosed) sink_.notes().add(ksImportProblem::kTagUnclosed, number);
-  }
-
-  void finishCue() {
-    if (cue_ != nullptr) sink_.finish();
-    cue_ = nullptr;
-  }
-
   const FormatInput& input_;
   CueSink& sink_;
-  ksImportCue* cue_ = nullptr;
+  BarCue cue_;
 };
 
 /// What the first time line tells: SBV has three digits in its fractions.

@@ -2,10 +2,10 @@
 #include <optional>
 #include <string_view>
 
+#include "kssubtitle/import/formats/bar_cue.h"
 #include "kssubtitle/import/formats/numbers.h"
 #include "kssubtitle/import/formats/readers.h"
 #include "kssubtitle/import/formats/times.h"
-#include "kssubtitle/import/markup/bar_text.h"
 #include "kssubtitle/import/text/lines.h"
 
 namespace kssubtitle::importing {
@@ -28,14 +28,15 @@ bool isFrame(std::string_view line) noexcept {
 
 class SubViewer1Reader {
  public:
-  SubViewer1Reader(const FormatInput& input, CueSink& sink) : input_(input), sink_(sink) {}
+  SubViewer1Reader(const FormatInput& input, CueSink& sink)
+      : input_(input), sink_(sink), cue_(kMarkup, sink) {}
 
   void read() {
     Line line;
     for (Lines lines(input_.text, input_.begin, input_.firstLine); lines.next(line);) {
       readLine(withoutBlanks(line.text), line.number);
     }
-    if (cue_ != nullptr) sink_.finish();
+    cue_.finish();
   }
 
  private:
@@ -46,7 +47,7 @@ class SubViewer1Reader {
       start_ = time;
       startLine_ = number;
     } else if (start_) {
-      readText(line, number);
+      readText(line);
     } else if (line.front() != '[') {
       sink_.notes().add(ksImportProblem::kLineIgnored, number);
     }
@@ -54,25 +55,22 @@ class SubViewer1Reader {
 
   /// Every time ends the text above it, and begins the one below it if there is any.
   void endCue(long long end) {
-    if (cue_ == nullptr) return;
-    cue_->end = end;
-    cue_->flags &= ~kImportEndAssumed;
-    sink_.finish();
-    cue_ = nullptr;
+    if (cue_.cue() == nullptr) return;
+    cue_.cue()->end = end;
+    cue_.cue()->flags &= ~kImportEndAssumed;
+    cue_.finish();
   }
 
-  void readText(std::string_view line, int number) {
-    if (cue_ == nullptr) cue_ = &sink_.beginWithoutEnd(*start_, startLine_);
-    const TextTraits traits = writeBarText(line, kMarkup, Style(), sink_.text());
-    cue_->alignment = traits.alignment.value_or(cue_->alignment);
-    if (traits.isUnclosed) sink_.notes().add(ksImportProblem::kTagUnclosed, number);
+  void readText(std::string_view line) {
+    if (cue_.cue() == nullptr) cue_.begin(sink_.beginWithoutEnd(*start_, startLine_));
+    cue_.readLine(line);
   }
 
   const FormatInput& input_;
   CueSink& sink_;
   std::optional<long long> start_;  // the last time
   int startLine_ = 0;
-  ksImportCue* cue_ = nullptr;  // whose text is being read
+  BarCue cue_;
 };
 
 }  // namespace

@@ -59,8 +59,9 @@ std::size_t unknownTagLength(std::string_view text) noexcept {
 /// Walks over a text line by line and hands its pieces on.
 class Writer {
  public:
-  Writer(std::string_view text, const BarMarkup& markup, const Style& base, CueText& out) noexcept
-      : text_(text), markup_(markup), out_(out), cueStyle_(base) {}
+  Writer(std::string_view text, const BarMarkup& markup, const Style& base, TagStyle& tags,
+         CueText& out) noexcept
+      : text_(text), markup_(markup), out_(out), cueStyle_(base), tags_(tags) {}
 
   TextTraits write() {
     while (!text_.empty()) {
@@ -186,7 +187,7 @@ class Writer {
   CueText& out_;
   Style cueStyle_;  // what codes set for all that follows
   Style lineStyle_;
-  TagStyle tags_;
+  TagStyle& tags_;
   bool isBehindSlash_ = false;
   TextTraits traits_;
 };
@@ -195,7 +196,13 @@ class Writer {
 
 TextTraits writeBarText(std::string_view text, const BarMarkup& markup, const Style& base,
                         CueText& out) {
-  return Writer(text, markup, base, out).write();
+  TagStyle tags;
+  return writeBarText(text, markup, base, tags, out);
+}
+
+TextTraits writeBarText(std::string_view text, const BarMarkup& markup, const Style& base,
+                        TagStyle& tags, CueText& out) {
+  return Writer(text, markup, base, tags, out).write();
 }
 
 Style styleOfCodes(std::string_view codes) noexcept {

@@ -27,6 +27,9 @@ struct BarMarkup {
 /// Writes the lines of a cue that begins in the style `base`.
 TextTraits writeBarText(std::string_view text, const BarMarkup& markup, const Style& base,
                         CueText& out);
+/// Writes some lines of a cue, in which the tags in `tags` are open and may be closed.
+TextTraits writeBarText(std::string_view text, const BarMarkup& markup, const Style& base,
+                        TagStyle& tags, CueText& out);
 
 /// The style that codes such as "{Y:i}{C:$bbggrr}" leave.
 Style styleOfCodes(std::string_view codes) noexcept;

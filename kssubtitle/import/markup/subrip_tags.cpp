@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <array>
 
+#include "kssubtitle/import/markup/ass_overrides.h"
 #include "kssubtitle/import/markup/entities.h"
 #include "kssubtitle/import/text/ascii.h"
 
@@ -172,12 +173,12 @@ std::size_t overrideLength(std::string_view text, std::string_view codes) noexce
 }
 
 std::optional<int> alignmentOfOverride(std::string_view block) noexcept {
-  constexpr std::string_view kAlignment = "\\an";
-  const std::size_t at = block.find(kAlignment);
-  if (at == block.npos) return std::nullopt;
-  const char digit = block[at + kAlignment.size()];  // the closing brace at the latest
-  if (digit < '1' || digit > '9') return std::nullopt;
-  return digit - '0';
+  for (std::size_t at; (at = block.find("\\a")) != block.npos; block.remove_prefix(at + 2)) {
+    const std::string_view value = block.substr(at + 2);  // the closing brace at the least
+    if (value.front() == 'n' && value[1] >= '1' && value[1] <= '9') return value[1] - '0';
+    if (isDigit(value.front())) return alignmentOfSsa(integerOfAss(value).value_or(0));
+  }
+  return std::nullopt;
 }
 
 bool mayBeSubRipMarkup(std::string_view text) noexcept {

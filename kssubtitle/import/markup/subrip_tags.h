@@ -40,8 +40,8 @@ std::string_view attributeOf(std::string_view attributes, std::string_view name)
 /// The length of "{\...}" at the front of `text`, or of "{y:...}" with a letter of `codes` in any
 /// case; 0 if there is neither.
 std::size_t overrideLength(std::string_view text, std::string_view codes) noexcept;
-/// The alignment that "{\an8}" and its like ask for; nothing if `block` is none. Requires: `block`
-/// ends in its brace.
+/// The alignment that "{\an8}" or the older "{\a6}" and their like ask for; nothing if `block` is
+/// none. Requires: `block` ends in its brace.
 std::optional<int> alignmentOfOverride(std::string_view block) noexcept;
 
 }  // namespace kssubtitle::importing
