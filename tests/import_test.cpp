@@ -128,6 +128,14 @@ const Row kAss[] = {
      "1000-2000 @7 A; 3000-4000 @8 B; 5000-6000 @5 C"},
     {"alignment_of_ssa", "[V4 Styles]\nFormat: Name, Alignment\nStyle: Default, 10\n#1A",
      "1000-2000 @5 A"},
+    {"styles_below_events",
+     "[V4+ Styles]\nFormat: Name, Alignment\nStyle: Default,7\n[Events]\n#1A\n[V4 STYLES]\n"
+     "Format: Name, Alignment\nStyle: Default,10\n[Events]\n#3B",
+     "1000-2000 @5 A; 3000-4000 @5 B"},
+    {"standard_columns_of_four_margins",
+     "[Script Info]\nScriptType: v4.00++\n[Fonts]\nX\n[EVENTS]\n"
+     "Dialogue: 0,0:00:01.00,0:00:02.00,,,0,0,0,0,,A, b",
+     "1000-2000 A, b"},
     {"unknown_style", "[V4+ Styles]\nStyle: Other,Arial\n#1A", "1000-2000 A", "3 UnknownStyle"},
     {"overlap", "#3B\n#1A\nDialogue: 1,0:00:01.50,0:00:03.50,Default,,0,0,0,,C",
      "1000-2000 A; 1500-3500 C; 3000-4000 B", "1 Overlap; 3 Overlap"},

@@ -78,6 +78,9 @@ constexpr std::array<std::string_view, kEventColumns> kEventNames = {"Start", "E
 // "Layer" is "Marked" in SSA.
 constexpr std::string_view kEventFormat =
     "Layer, Start, End, Style, Name, MarginL, MarginR, MarginV, Effect, Text";
+// Of type v4.00++, which has the two vertical margins apart.
+constexpr std::string_view kEventFormatOfFourMargins =
+    "Layer, Start, End, Style, Actor, MarginL, MarginR, MarginT, MarginB, Effect, Text";
 constexpr std::array<std::size_t, kEventColumns> kEventPlaces = {1, 2, 3, 9};
 constexpr std::size_t kUsualEventColumns = 10;
 
@@ -111,6 +114,15 @@ bool hasKey(std::string_view line, std::string_view key, std::string_view& value
   return true;
 }
 
+bool isSectionOfStyles(std::string_view line) noexcept {
+  return startsWithNoCase(line, "[V4") && line.ends_with(']') &&
+         findNoCase(line, "Styles") != line.npos;
+}
+
+bool isSectionOfScripts(std::string_view line) noexcept {
+  return equalNoCase(line, "[Script Info]") || isSectionOfStyles(line);
+}
+
 constexpr bool isLowerCase(char c) noexcept { return c >= 'a' && c <= 'z'; }
 
 class AssReader {
@@ -138,6 +150,8 @@ class AssReader {
     std::string_view value;
     if (hasKey(line, "Dialogue", value)) {
       if (!whole.text.starts_with("Dialogue:")) sink_.notes().fail(Condition::kScript);
+      if (!hasEvents_) readStylesBelow(whole.next);
+      hasEvents_ = true;
       readEvent(value, whole.number);
     } else if (hasKey(line, "Format", value)) {
       readFormat(value);
@@ -154,6 +168,7 @@ class AssReader {
     std::string_view value;
     if (hasKey(line, "ScriptType", value)) {
       isV4Plus_ = whole.starts_with("ScriptType:") && value.ends_with("4.00+");
+      hasFourMargins_ = withoutBlanks(value).ends_with("++");
     }
     const bool hasDottedI = line.substr(0, line.find(':')).find(kDottedI) != line.npos;
     if (lowerOf(line.front()) == 'd' || hasDottedI) sink_.notes().fail(Condition::kScript);
@@ -161,13 +176,15 @@ class AssReader {
 
   void enterSection(std::string_view line) {
     const auto is = [line](std::string_view name) { return startsWithNoCase(line, name); };
-    // Attached data may look like anything, but has no lower-case letters.
-    if (isAttachment_ && std::none_of(line.begin(), line.end(), isLowerCase)) return;
+    // Attached data may look like nearly anything, but has no lower-case letters.
+    const bool isKnown = isSectionOfScripts(line) || equalNoCase(line, "[Events]");
+    if (isAttachment_ && !isKnown && std::none_of(line.begin(), line.end(), isLowerCase)) return;
     isAttachment_ = is("[Fonts]") || is("[Graphics]");
     if (isAttachment_) sink_.notes().fail(Condition::kScript);
-    if (is("[Events")) setEventFormat(kEventFormat);
+    if (is("[Events")) setEventFormat(hasFourMargins_ ? kEventFormatOfFourMargins : kEventFormat);
     if (is("[V4")) {
       isSsa_ = is("[V4 ");
+      hasFourMargins_ = hasFourMargins_ || is("[V4++");
       styleColumns_.setFormat(isSsa_ ? kSsaStyleFormat : kAssStyleFormat);
     }
   }
@@ -201,6 +218,29 @@ class AssReader {
     style.style.colour = colourOfAss(values[kPrimaryColour]).value_or(Style::kNoColour);
     style.alignment = alignmentOf(values[kAlignment]);
     styles_.add(values[kName], style);
+  }
+
+  /// Styles count for all of a script, also where an event names them first. They are looked for in
+  /// sections of their own.
+  void readStylesBelow(std::size_t begin) {
+    AssReader below(input_, sink_);
+    below.styles_ = std::move(styles_);
+    for (std::size_t at = begin; (at = input_.text.find('[', at)) < input_.text.size(); ++at) {
+      if (input_.text[at - 1] == '\n') below.readSectionOfStyles(at);
+    }
+    styles_ = std::move(below.styles_);
+  }
+
+  void readSectionOfStyles(std::size_t begin) {
+    Line line;
+    Lines lines(input_.text, begin);
+    if (!lines.next(line) || !isSectionOfStyles(withoutTrailingBlanks(line.text))) return;
+    enterSection(line.text);
+    while (lines.next(line) && !line.text.starts_with('[')) {
+      std::string_view value;
+      if (hasKey(line.text, "Format", value)) readFormat(value);
+      if (hasKey(line.text, "Style", value)) readStyle(value);
+    }
   }
 
   int alignmentOf(std::string_view column) const noexcept {
@@ -258,16 +298,12 @@ class AssReader {
   Columns<kStyleColumns> styleColumns_;
   AssStyles styles_;
   bool isSsa_ = false;
+  bool hasFourMargins_ = false;
+  bool hasEvents_ = false;
   bool isV4Plus_ = false;
   bool hasUsualColumns_ = true;
   bool isAttachment_ = false;  // within the data of [Fonts] or [Graphics]
 };
-
-bool isSectionOfScripts(std::string_view line) noexcept {
-  return equalNoCase(line, "[Script Info]") ||
-         (startsWithNoCase(line, "[V4") && line.ends_with(']') &&
-          findNoCase(line, "Styles") != line.npos);
-}
 
 /// Whether one of the first columns of an event is a time.
 bool hasTimes(std::string_view event) noexcept {
