@@ -52,7 +52,7 @@ kssubtitle_install_library(kssubtitle kssubtitle core "" "${PROJECT_DESCRIPTION}
 if(KSSUBTITLE_BUILD_IMPORT)
   set(kssubtitle_modules_import "")
   if(NOT BUILD_SHARED_LIBS)
-    set(kssubtitle_modules_import uchardet)
+    set(kssubtitle_modules_import pugixml uchardet)
   endif()
   kssubtitle_install_library(kssubtitle_import kssubtitle-import import Import
     "Reads subtitle files of any encoding and tells which subtitle is shown at a moment"

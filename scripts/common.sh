@@ -56,7 +56,7 @@ need() {
     "${missing[@]}" >/dev/null || fail "apt-get cannot install ${missing[*]}"
 }
 
-need_compiler() { need g++ cmake libuchardet-dev ninja-build pkgconf "$@"; }
+need_compiler() { need g++ cmake libpugixml-dev libuchardet-dev ninja-build pkgconf "$@"; }
 
 # Configures and builds one of the presets.
 #   build PRESET [--target TARGET]

@@ -51,6 +51,8 @@ TEST(ImportReport, eachProblem_isNotedAtItsLineWithItsSentence) {
       {kEndAssumed, 2, "[00:01.00]A\n[00:02.00]B\n",
        "The file does not say when the cue ends; an end is assumed."},
       {kDuplicate, 4, "@1A\n\n@1A\n", "The same cue is there twice; it is shown once."},
+      {kOutsideParent, 2, "<tt><body end='1s'>\n<p begin='1s' end='2s'>A</p></body></tt>",
+       "The cue begins when the part that it stands in is over, so it is left out."},
       {kUnsupported, 1, "[DELAY]10\n[SUBTITLE]\n00:00:01.00,00:00:02.00\nA\n",
        "Something that the line says is not supported and is left out."},
   };

@@ -26,7 +26,7 @@ inline std::string notesOf(const ksImportParser& parser) {
       "Overlap",       "TimeRepaired",  "TimeUnreadable", "LineIgnored",    "TagUnclosed",
       "Undecodable",   "ZeroCharacter", "CueCutOff",      "ColumnsMissing", "UnknownStyle",
       "NoFrameRate",   "EndAssumed",    "Duplicate",      "PictureDamaged", "ColorsChange",
-      "Unsupported"};
+      "OutsideParent", "Unsupported"};
   std::string all;
   for (const ksImportNote& note : parser.report().notes()) {
     all += (all.empty() ? "" : "; ") + std::to_string(note.line) + " " +

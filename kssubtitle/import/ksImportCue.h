@@ -7,6 +7,7 @@
 /// What is special about a cue; values of ksImportCue::flags, which is a sum of them.
 enum ksImportCueFlag : int {
   kImportEndAssumed = 1,  ///< The file says no end; it is the next cue's start, or a few seconds.
+  kImportDuplicate = 2,   ///< An earlier cue has the same start, end and text: it is never shown.
 };
 
 /// One cue. Its text belongs to the parser that it comes from.

@@ -25,7 +25,8 @@ struct FormatInput;
 /// only. Both queries answer, whatever the encoding is.
 ///
 /// At `t` every cue with start <= t < end is shown and, if there is none, those that end at `t`;
-/// their texts stand in the order of the file, with a line feed between them. An answer's `start`
+/// their texts stand in the order of the file, with a line feed between them. Of cues equal in
+/// start, end and text only the first one is shown. An answer's `start`
 /// and `end` bound the longest span round `t` in which the same cues are shown, `start` not below
 /// 0; the moment `end` belongs to what follows, if anything does.
 ///
@@ -62,7 +63,7 @@ class KSSUBTITLE_IMPORT_API ksImportParser : public IParser {
   /// GetSubTitle() with one code point a character.
   SUBTITLE_ST_U GetSubTitleU(long long t) override;
   /// Every cue that has text, by start, then by place in the file; those that are never shown (end
-  /// not behind start, or not above 0) included. Valid until the next Open(), a failed one too.
+  /// not behind start, or not above 0, or kImportDuplicate) included. Valid until the next Open(), a failed one too.
   std::span<const ksImportCue> cues() const noexcept;
   /// What was found out about the file. Valid as long as the parser.
   const ksImportReport& report() const noexcept { return report_; }

@@ -65,6 +65,8 @@ std::string_view sentenceOf(ksImportProblem problem) noexcept {
       return "The picture is damaged or missing, so nothing is shown for it.";
     case ksImportProblem::kColorsChange:
       return "The picture changes its colours from column to column; it is shown without that.";
+    case ksImportProblem::kOutsideParent:
+      return "The cue begins when the part that it stands in is over, so it is left out.";
     case ksImportProblem::kUnsupported:
       return "Something that the line says is not supported and is left out.";
   }

@@ -65,6 +65,7 @@ enum class ksImportProblem {
   kDuplicate,          ///< A cue is there twice.
   kPictureDamaged,     ///< A picture cannot be read and is left out.
   kColorsChange,       ///< A picture changes colours from column to column: it keeps its first.
+  kOutsideParent,      ///< A cue begins when the part that it stands in is over: it is left out.
   kUnsupported,        ///< Something that the format has is left out.
 };
 

@@ -199,7 +199,7 @@ function(test_packages)
     "${libdir}/libkssubtitle.so.${major};${libdir}/libkssubtitle.so.${version}" "${system}, ${cxx}")
   require_package(libkssubtitle-import${major}
     "${libdir}/libkssubtitle-import.so.${major};${libdir}/libkssubtitle-import.so.${version}"
-    "${library} \\(>= ${version}\\), ${system}, ${cxx}, libuchardet0.*")
+    "${library} \\(>= ${version}\\), ${system}, libpugixml1v5 [^,]*, ${cxx}, libuchardet0.*")
   require_package(libkssubtitle-import-dev
     "(${libdir}/cmake/kssubtitle/kssubtitle[^;]*.cmake;)+${libdir}/libkssubtitle-import.so;\
 ${libdir}/pkgconfig/kssubtitle-import.pc"

@@ -42,38 +42,36 @@ bool isContentBefore(const ksImportCue& a, const ksImportCue& b) noexcept {
 
 using CueIterator = std::vector<ksImportCue>::iterator;
 
-/// Leaves out what is there twice among cues of the same start; returns where they end.
-CueIterator dropDoublesOfOneStart(CueIterator begin, CueIterator end, Notes& notes) {
+/// Marks what is there twice among cues of the same start.
+void markDoublesOfOneStart(CueIterator begin, CueIterator end, Notes& notes) {
   std::sort(begin, end, isContentBefore);  // equal ones stand side by side for a moment
-  end = std::unique(begin, end, [&notes](const ksImportCue& a, const ksImportCue& b) {
-    if (!hasSameContent(a, b)) return false;
-    notes.add(ksImportProblem::kDuplicate, b.line);
-    return true;
-  });
+  for (auto cue = begin + 1; cue != end; ++cue) {
+    if (!hasSameContent(*(cue - 1), *cue)) continue;
+    cue->flags |= kImportDuplicate;
+    notes.add(ksImportProblem::kDuplicate, cue->line);
+  }
   std::sort(begin, end, isBefore);
-  return end;
 }
 
-/// Of cues with the same start, end and text only the first one stays.
-void dropDoubles(std::vector<ksImportCue>& cues, Notes& notes) {
+/// Of cues with the same start, end and text all but the first one are marked.
+void markDoubles(std::vector<ksImportCue>& cues, Notes& notes) {
   const auto sameStart = [](const ksImportCue& a, const ksImportCue& b) {
     return a.start == b.start;
   };
-  auto kept = std::adjacent_find(cues.begin(), cues.end(), sameStart);
-  for (auto begin = kept; begin != cues.end();) {
+  auto begin = std::adjacent_find(cues.begin(), cues.end(), sameStart);
+  while (begin != cues.end()) {
     const auto end = std::find_if_not(
         begin, cues.end(), [&](const ksImportCue& cue) { return cue.start == begin->start; });
-    const auto keptEnd = end - begin > 1 ? dropDoublesOfOneStart(begin, end, notes) : end;
-    kept = std::move(begin, keptEnd, kept);
-    begin = end;
+    markDoublesOfOneStart(begin, end, notes);
+    begin = std::adjacent_find(end, cues.end(), sameStart);
   }
-  cues.erase(kept, cues.end());
 }
 
 /// Requires: the cues are in order.
 void noteTimes(const std::vector<ksImportCue>& cues, Notes& notes) {
   long long greatestEnd = std::numeric_limits<long long>::min();
   for (const ksImportCue& cue : cues) {
+    if ((cue.flags & kImportDuplicate) != 0) continue;
     if (cue.end <= std::max(cue.start, 0LL)) {
       notes.add(ksImportProblem::kEndNotBehindStart, cue.line);
     } else {
@@ -122,7 +120,7 @@ void arrange(std::vector<ksImportCue>& cues, long long longestAssumed, Notes& no
     assumeEnds(cues, longestAssumed, notes);
   }
   std::erase_if(cues, [](const ksImportCue& cue) { return cue.text.empty(); });
-  dropDoubles(cues, notes);
+  markDoubles(cues, notes);
   noteTimes(cues, notes);
   if (cues.capacity() - cues.size() > cues.size() / 16) cues.shrink_to_fit();
 }

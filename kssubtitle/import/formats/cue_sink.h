@@ -36,8 +36,8 @@ class CueSink {
   std::vector<ksImportCue> cues_;
 };
 
-/// Puts the cues in their order, gives ends to those that have none, and leaves out what has no
-/// text or is there twice. An end that is not said is where the next cue begins, at most
+/// Puts the cues in their order, gives ends to those that have none, leaves out what has no text,
+/// and tells what is there twice. An end that is not said is where the next cue begins, at most
 /// `longestAssumed` milliseconds after the start; the last cue's is five seconds after it.
 void arrange(std::vector<ksImportCue>& cues, long long longestAssumed, Notes& notes);
 

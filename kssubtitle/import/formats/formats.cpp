@@ -25,6 +25,7 @@ constexpr Format kFormats[] = {
     {"sami", "smi sami", likelihoodOfSami, readSami},
     {"subrip", "srt", likelihoodOfSubRip, readSubRip},
     {"webvtt", "vtt webvtt", likelihoodOfWebVtt, readWebVtt, 0, true},
+    {"ttml", "ttml dfxp itt xml", likelihoodOfTtml, readTtml, kUpToTheNext},
 };
 
 constexpr auto kFormatsForHosts = [] {

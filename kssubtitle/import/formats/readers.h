@@ -52,4 +52,8 @@ void readSami(const FormatInput& input, CueSink& sink);
 Likelihood likelihoodOfWebVtt(std::string_view text);
 void readWebVtt(const FormatInput& input, CueSink& sink);
 
+/// TTML.
+Likelihood likelihoodOfTtml(std::string_view text);
+void readTtml(const FormatInput& input, CueSink& sink);
+
 }  // namespace kssubtitle::importing

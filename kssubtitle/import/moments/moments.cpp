@@ -10,6 +10,8 @@ namespace {
 
 constexpr std::size_t kGroup = 16;
 
+bool isDuplicate(const ksImportCue& cue) noexcept { return (cue.flags & kImportDuplicate) != 0; }
+
 }  // namespace
 
 void Moments::Active::add(long long end, int cue) {
@@ -35,7 +37,7 @@ void Moments::reserve(std::size_t cues) {
 void Moments::add(const ksImportCue& cue) {
   const int place = count_++;
   const long long start = std::max(cue.start, 0LL);
-  const bool isShown = cue.end > start;
+  const bool isShown = cue.end > start && !isDuplicate(cue);
   noteEnd(place, isShown ? cue.end : std::numeric_limits<long long>::min());
   if (!isShown) return;
   begins_.resize(settled_);
@@ -122,7 +124,7 @@ void Moments::search(std::span<const ksImportCue> cues, std::size_t level, std::
   if (level == 0) {
     const std::size_t end = std::min(first + kGroup, cues.size());
     for (std::size_t i = first; i < end; ++i) {
-      if (cues[i].end > time) found.push_back(static_cast<int>(i));
+      if (cues[i].end > time && !isDuplicate(cues[i])) found.push_back(static_cast<int>(i));
     }
     return;
   }

@@ -1,0 +1,262 @@
+// TTML, with all that was and is named after it: DFXP, EBU-TT, IMSC.
+#include <algorithm>
+#include <cstddef>
+#include <cstring>
+#include <memory>
+#include <new>
+#include <pugixml.hpp>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "kssubtitle/import/formats/readers.h"
+#include "kssubtitle/import/formats/ttml_names.h"
+#include "kssubtitle/import/formats/ttml_paragraph.h"
+#include "kssubtitle/import/text/ascii.h"
+#include "kssubtitle/import/text/lines.h"
+
+namespace kssubtitle::importing {
+namespace {
+
+/// White space between elements counts; references are read where texts are written.
+constexpr unsigned kParseOptions = pugi::parse_ws_pcdata | pugi::parse_cdata;
+
+/// The name of the element that begins where `text` begins with '<'; empty if none does.
+std::string_view elementAt(std::string_view text) noexcept {
+  return localName(text.substr(1, text.find_first_of("< \t\r\n/>", 1) - 1));
+}
+
+/// Where the next paragraph, or what may hold some, begins; npos if none does.
+std::size_t findElement(std::string_view text, std::size_t from) noexcept {
+  for (std::size_t at = text.find('<', from); at != text.npos; at = text.find('<', at + 1)) {
+    const std::string_view name = elementAt(text.substr(at));
+    if (name == "p" || name == "div") return at;
+  }
+  return text.npos;
+}
+
+/// Whether `at` is in a tag that ends something else than a paragraph: where reading goes on behind
+/// an error, what began before it ends too.
+bool endsOther(std::string_view text, std::size_t at) noexcept {
+  const std::size_t tag = text.rfind('<', at);
+  return tag != text.npos && text.substr(tag).starts_with("</") &&
+         elementAt(text.substr(tag + 1)) != "p";
+}
+
+/// A text that the parser takes apart in place, from any point on.
+class XmlText {
+ public:
+  /// The parser puts an end of its own over the last character: there is one more.
+  explicit XmlText(std::string_view text)
+      : size_(text.size()), characters_(std::make_unique_for_overwrite<char[]>(size_ + 1)) {
+    text.copy(characters_.get(), size_);
+  }
+
+  pugi::xml_parse_result parse(std::size_t from, pugi::xml_document& document) {
+    characters_[size_] = ' ';
+    const auto result = document.load_buffer_inplace(characters_.get() + from, size_ + 1 - from,
+                                                     kParseOptions, pugi::encoding_utf8);
+    if (result.status == pugi::status_out_of_memory) throw std::bad_alloc();
+    return result;
+  }
+  /// Where in the text an element stands.
+  std::size_t placeOf(pugi::xml_node node) const noexcept {
+    return static_cast<std::size_t>(node.name() - characters_.get());
+  }
+
+ private:
+  std::size_t size_;
+  std::unique_ptr<char[]> characters_;
+};
+
+class TtmlReader {
+ public:
+  TtmlReader(const FormatInput& input, CueSink& sink, bool isAbsolute)
+      : input_(input),
+        sink_(sink),
+        text_(input.text.substr(input.begin)),
+        xml_(text_),
+        document_{{}, {}, TtmlTimeline(isAbsolute)},
+        paragraphs_(document_, sink, kMostPieceBytes * text_.size()),
+        line_(input.firstLine) {}
+
+  void read();
+  bool suggestsAbsolute() const noexcept { return document_.timeline.suggestsAbsolute(); }
+
+ private:
+  /// The text of pieces may be that many times as large as the file.
+  static constexpr std::size_t kMostPieceBytes = 4;
+
+  std::size_t readOn(std::size_t from);
+  void readRoot(pugi::xml_node root);
+  double readChildren(pugi::xml_node parent, const TtmlContext& context, int depth);
+  double readTimed(pugi::xml_node node, const TtmlContext& outer, double reference, int depth);
+  double readParagraph(pugi::xml_node node, const TtmlContext& context, double outerEnd);
+  void leaveOtherLanguages();
+  int languageOf(std::string_view name);
+  int lineAt(std::size_t place) noexcept;
+
+  const FormatInput& input_;
+  CueSink& sink_;
+  std::string_view text_;
+  XmlText xml_;
+  TtmlDocument document_;
+  TtmlParagraphs paragraphs_;
+  // What held round the last elements that could be read, for those behind an error.
+  TtmlContext body_;
+  TtmlContext division_;
+  std::vector<int> languages_;  // of the cues
+  std::size_t linePlace_ = 0;
+  int line_;  // the line there
+};
+
+/// Behind an error reading goes on with the next paragraph.
+void TtmlReader::read() {
+  for (std::size_t at = 0; at != text_.npos;) at = readOn(at);
+  leaveOtherLanguages();
+}
+
+/// Returns where to read on; npos at the end.
+std::size_t TtmlReader::readOn(std::size_t from) {
+  pugi::xml_document document;
+  const pugi::xml_parse_result result = xml_.parse(from, document);
+  if (from == 0) {
+    readRoot(document.document_element());
+  } else {
+    const bool isDivision = elementAt(text_.substr(from)) == "div";
+    readChildren(document.root(), isDivision ? body_ : division_, 0);
+  }
+  if (result || result.status == pugi::status_no_document_element) return text_.npos;
+  const std::size_t error = from + static_cast<std::size_t>(result.offset);
+  const std::size_t next = findElement(text_, std::max(error, from + 1));
+  const bool isCutOff = error >= text_.size();
+  if (isCutOff || from == 0 || !endsOther(text_, error)) {
+    sink_.notes().add(isCutOff ? ksImportProblem::kCueCutOff : ksImportProblem::kTagUnclosed,
+                      lineAt(std::min(error, text_.size())));
+  }
+  return next;
+}
+
+void TtmlReader::readRoot(pugi::xml_node root) {
+  document_.rates = ttmlRatesOf(root, input_.options.frameRate);
+  const TtmlElement element = readTtmlElement(root, document_.rates);
+  TtmlContext context;
+  context.keepsSpace = element.keepsSpace.value_or(false);
+  context.language = languageOf(element.language);
+  body_ = division_ = context;
+  readChildren(root, context, 0);
+}
+
+/// Returns when the last of them is over.
+double TtmlReader::readChildren(pugi::xml_node parent, const TtmlContext& context, int depth) {
+  double reference = context.time.begin;
+  double last = reference;
+  for (const pugi::xml_node child : parent) {
+    const std::string_view name = localName(child.name());
+    if (name == "head") document_.styles.readHead(child);
+    if (name != "body" && name != "div" && name != "p") continue;
+    if (depth == kMostTtmlDepth) {
+      sink_.notes().add(ksImportProblem::kUnsupported, lineAt(xml_.placeOf(child)));
+      continue;
+    }
+    const double end = readTimed(child, context, reference, depth);
+    if (context.isSequential) reference = end;
+    last = std::max(last, end);
+  }
+  return last;
+}
+
+double TtmlReader::readTimed(pugi::xml_node node, const TtmlContext& outer, double reference,
+                             int depth) {
+  const std::string_view name = localName(node.name());
+  const TtmlElement element = readTtmlElement(node, document_.rates);
+  TtmlContext context = document_.enter(element, outer, reference);
+  if (!element.language.empty()) context.language = languageOf(element.language);
+  const bool isParagraph = name == "p";
+  if (element.hasBadTime) {
+    sink_.notes().add(
+        isParagraph ? ksImportProblem::kTimeUnreadable : ksImportProblem::kUnsupported,
+        lineAt(xml_.placeOf(node)));
+  }
+  if (isParagraph && element.hasBadTime) return reference;
+  double end = 0;
+  if (isParagraph) {
+    end = readParagraph(node, context, outer.time.end);
+  } else {
+    (name == "body" ? body_ : division_) = context;
+    end = readChildren(node, context, depth + 1);
+  }
+  return element.hasEnd() ? context.time.end : std::min(end, context.time.end);
+}
+
+double TtmlReader::readParagraph(pugi::xml_node node, const TtmlContext& context, double outerEnd) {
+  const int line = lineAt(xml_.placeOf(node));
+  if (context.time.begin >= outerEnd) {
+    sink_.notes().add(ksImportProblem::kOutsideParent, line);
+    return context.time.begin;
+  }
+  const double end = paragraphs_.write(node, context, line);
+  if (!input_.options.language.empty()) languages_.resize(sink_.cues().size(), context.language);
+  return end;
+}
+
+/// Only if the file has the language that is asked for.
+void TtmlReader::leaveOtherLanguages() {
+  const std::vector<std::string>& names = input_.languages;
+  const auto found = std::find_if(names.begin(), names.end(), [this](const std::string& name) {
+    return equalNoCase(name, input_.options.language);
+  });
+  if (input_.options.language.empty() || found == names.end()) return;
+  const auto language = static_cast<int>(found - names.begin());
+  std::erase_if(sink_.cues(), [&](const ksImportCue& cue) {
+    return languages_[static_cast<std::size_t>(cue.index)] != language;
+  });
+}
+
+/// Its place in the list of languages; it is put there if that is short.
+int TtmlReader::languageOf(std::string_view name) {
+  constexpr std::size_t kMostLanguages = 100;
+  std::vector<std::string>& names = input_.languages;
+  auto found = std::find(names.begin(), names.end(), name);
+  if (name.empty() || (found == names.end() && names.size() == kMostLanguages)) {
+    return TtmlContext::kNoLanguage;
+  }
+  if (found == names.end()) found = names.emplace(found, name);
+  return static_cast<int>(found - names.begin());
+}
+
+/// Requires: places come in their order.
+int TtmlReader::lineAt(std::size_t place) noexcept {
+  line_ += countLines(text_.substr(linePlace_, place - linePlace_));
+  linePlace_ = place;
+  return line_;
+}
+
+}  // namespace
+
+Likelihood likelihoodOfTtml(std::string_view text) {
+  const bool isFirst = withoutLeadingBlanks(text).starts_with('<');
+  for (std::size_t at = text.find('<'); at != text.npos; at = text.find('<', at + 1)) {
+    const std::string_view rest = text.substr(at);
+    if (rest.starts_with("<!--")) {
+      at = text.find("-->", at);
+      if (at == text.npos) break;
+    } else if (!rest.starts_with("<?") && !rest.starts_with("<!")) {
+      if (elementAt(rest) != "tt") break;
+      return isFirst ? Likelihood::kCertain : Likelihood::kPossible;
+    }
+  }
+  return Likelihood::kNone;
+}
+
+void readTtml(const FormatInput& input, CueSink& sink) {
+  const Notes notes = sink.notes();
+  TtmlReader reader(input, sink, false);
+  reader.read();
+  if (!reader.suggestsAbsolute()) return;
+  sink.cues().clear();
+  sink.notes() = notes;
+  TtmlReader(input, sink, true).read();
+}
+
+}  // namespace kssubtitle::importing

@@ -1,0 +1,188 @@
+// Styles and regions of TTML.
+#include "kssubtitle/import/formats/ttml_styles.h"
+
+#include <algorithm>
+#include <cstddef>
+
+#include "kssubtitle/import/formats/numbers.h"
+#include "kssubtitle/import/formats/ttml_names.h"
+
+namespace kssubtitle::importing {
+namespace {
+
+/// Styles that refer to styles are followed no further than this.
+constexpr int kMostReferences = 16;
+
+/// Takes a word off the front.
+std::string_view takeWord(std::string_view& text) noexcept {
+  constexpr std::string_view kBlanks = " \t\r\n";
+  text.remove_prefix(std::min(text.find_first_not_of(kBlanks), text.size()));
+  const std::string_view word = text.substr(0, text.find_first_of(kBlanks));
+  text.remove_prefix(word.size());
+  return word;
+}
+
+/// "r,g,b)" and what may stand between.
+std::optional<int> colourByComponents(std::string_view text) noexcept {
+  int colour = 0;
+  for (int i = 0; i < 3; ++i) {
+    if (i > 0 && !takeCharacter(text, ',')) return std::nullopt;
+    const auto digits = takeDigits(text);
+    if (!digits) return std::nullopt;
+    colour = colour << 8 | static_cast<int>(std::min(digits->value, 255LL));
+  }
+  return colour;
+}
+
+/// How opaque a colour is plays no part.
+std::optional<int> ttmlColour(std::string_view text) noexcept {
+  constexpr std::size_t kOpaque = 7;  // "#rrggbb"
+  text = withoutBlanks(text);
+  if (text.starts_with("rgb")) {
+    return colourByComponents(text.substr(std::min(text.find('(') + 1, text.size())));
+  }
+  return colourOf(text.starts_with('#') ? text.substr(0, kOpaque) : text);
+}
+
+/// The second of two percentages, as a part of 1.
+std::optional<double> verticalIn(std::string_view text) noexcept {
+  takeWord(text);
+  const auto number = takeDecimal(text);
+  return number && text.starts_with('%') ? std::optional(*number / 100) : std::nullopt;
+}
+
+std::optional<double> anchorOf(std::string_view align) noexcept {
+  if (align == "before") return 0;
+  if (align == "center") return 0.5;
+  return align == "after" ? std::optional(1.0) : std::nullopt;
+}
+
+std::optional<int> columnOf(std::string_view align) noexcept {
+  if (align == "start" || align == "left") return 1;
+  if (align == "center") return 2;
+  return align == "end" || align == "right" ? std::optional(3) : std::nullopt;
+}
+
+void setDecoration(std::string_view value, TtmlStyle& style) noexcept {
+  for (std::string_view word; !(word = takeWord(value)).empty();) {
+    if (word == "underline") style.underline = true;
+    if (word == "lineThrough") style.strikeOut = true;
+    if (word == "noUnderline" || word == "none") style.underline = false;
+    if (word == "noLineThrough" || word == "none") style.strikeOut = false;
+  }
+}
+
+template <typename T>
+void takeIfSaid(std::optional<T>& to, const std::optional<T>& from) noexcept {
+  if (from) to = from;
+}
+
+std::string_view valueOf(pugi::xml_node node, std::string_view name) noexcept {
+  for (const pugi::xml_attribute attribute : node.attributes()) {
+    if (localName(attribute.name()) == name) return attribute.value();
+  }
+  return {};
+}
+
+}  // namespace
+
+void TtmlStyle::set(std::string_view name, std::string_view value) noexcept {
+  if (name == "color") takeIfSaid(colour, ttmlColour(value));
+  if (name == "fontStyle") italic = value == "italic" || value == "oblique";
+  if (name == "fontWeight") bold = value == "bold";
+  if (name == "textDecoration") setDecoration(value, *this);
+  if (name == "textAlign") takeIfSaid(column, columnOf(value));
+  if (name == "displayAlign") takeIfSaid(anchor, anchorOf(value));
+  if (name == "origin") takeIfSaid(top, verticalIn(value));
+  if (name == "extent") takeIfSaid(height, verticalIn(value));
+}
+
+void TtmlStyle::take(const TtmlStyle& other) noexcept {
+  takeIfSaid(italic, other.italic);
+  takeIfSaid(bold, other.bold);
+  takeIfSaid(underline, other.underline);
+  takeIfSaid(strikeOut, other.strikeOut);
+  takeIfSaid(colour, other.colour);
+  takeIfSaid(column, other.column);
+  takeIfSaid(top, other.top);
+  takeIfSaid(height, other.height);
+  takeIfSaid(anchor, other.anchor);
+}
+
+Style TtmlStyle::toStyle() const noexcept {
+  return {italic.value_or(false), bold.value_or(false), underline.value_or(false),
+          strikeOut.value_or(false), colour.value_or(Style::kNoColour)};
+}
+
+int TtmlStyle::alignment() const noexcept {
+  int row = 0;
+  if (top || anchor) {
+    const double begin = top.value_or(0);
+    const double text = begin + height.value_or(1 - begin) * anchor.value_or(0);
+    row = text < 1.0 / 3 ? 2 : (text < 2.0 / 3 ? 1 : 0);
+  }
+  return 3 * row + column.value_or(2);
+}
+
+void TtmlStyles::readHead(pugi::xml_node head) {
+  for (const pugi::xml_node part : head) {
+    for (const pugi::xml_node node : part) {
+      const std::string_view name = localName(node.name());
+      if (name == "style") add(styles_, node);
+      if (name == "region") add(regions_, node);
+      if (name != "initial") continue;
+      for (const pugi::xml_attribute attribute : node.attributes()) {
+        initial_.set(localName(attribute.name()), attribute.value());
+      }
+    }
+  }
+  for (const auto& [name, definition] : styles_) find(styles_, name, 0);
+  for (const auto& [name, definition] : regions_) find(regions_, name, 0);
+}
+
+TtmlStyle TtmlStyles::named(std::string_view names) { return named(names, 0); }
+
+const TtmlStyle* TtmlStyles::region(std::string_view name) { return find(regions_, name, 0); }
+
+void TtmlStyles::add(Definitions& definitions, pugi::xml_node node) {
+  if (const std::string_view name = valueOf(node, "id"); !name.empty()) {
+    definitions.try_emplace(name, Definition{node, {}});
+  }
+}
+
+/// One that refers to itself says, on the way round, nothing.
+const TtmlStyle* TtmlStyles::find(Definitions& definitions, std::string_view name, int depth) {
+  const auto found = definitions.find(name);
+  if (found == definitions.end()) return nullptr;
+  Definition& definition = found->second;
+  if (!definition.isResolved) {
+    definition.isResolved = true;
+    definition.style = resolve(definition.node, depth);
+  }
+  return &definition.style;
+}
+
+/// What it refers to, then what stands inside of it (in a region), then what it says itself.
+TtmlStyle TtmlStyles::resolve(pugi::xml_node node, int depth) {
+  TtmlStyle style = named(valueOf(node, "style"), depth + 1);
+  for (const pugi::xml_node inner : node) {
+    if (localName(inner.name()) == "style" && depth < kMostReferences) {
+      style.take(resolve(inner, depth + 1));
+    }
+  }
+  for (const pugi::xml_attribute attribute : node.attributes()) {
+    style.set(localName(attribute.name()), attribute.value());
+  }
+  return style;
+}
+
+TtmlStyle TtmlStyles::named(std::string_view names, int depth) {
+  TtmlStyle style;
+  if (depth > kMostReferences) return style;
+  for (std::string_view name; !(name = takeWord(names)).empty();) {
+    if (const TtmlStyle* const found = find(styles_, name, depth)) style.take(*found);
+  }
+  return style;
+}
+
+}  // namespace kssubtitle::importing

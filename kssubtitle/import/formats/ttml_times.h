@@ -1,0 +1,25 @@
+// Times as TTML has them.
+#pragma once
+
+#include <optional>
+#include <pugixml.hpp>
+#include <string_view>
+
+namespace kssubtitle::importing {
+
+/// What times are counted in, each in a second.
+struct TtmlRates {
+  double frames = 30;
+  double subFrames = 1;  ///< In a frame.
+  double ticks = 1;
+};
+
+/// The rates that the root element of a document states; `frameRate` where it states none, if that
+/// is usable.
+TtmlRates ttmlRatesOf(pugi::xml_node root, double frameRate) noexcept;
+
+/// The milliseconds, not rounded, of "h:m:s", with a fraction or frames behind it, "m:s", "s", or a
+/// number and one of the units h, m, s, ms, f and t; nothing if `text` is none of these.
+std::optional<double> ttmlTime(std::string_view text, const TtmlRates& rates) noexcept;
+
+}  // namespace kssubtitle::importing
