@@ -3,8 +3,10 @@
 
 #include <algorithm>
 #include <cstddef>
+#include <iterator>
+#include <list>
 #include <memory>
-#include <vector>
+#include <utility>
 
 #include "kssubtitle/import/ksImportPictures.h"
 
@@ -20,14 +22,14 @@ class PictureCache {
     const auto found = std::find_if(slots_.begin(), slots_.end(),
                                     [&](const Slot& slot) { return slot.index == index; });
     if (found == slots_.end()) return nullptr;
-    std::rotate(slots_.begin(), found, found + 1);
+    slots_.splice(slots_.begin(), slots_, found);
     return slots_.front().picture;
   }
 
   void add(std::size_t index, Picture picture) {
-    slots_.insert(slots_.begin(), {index, std::move(picture)});
+    slots_.push_front({index, std::move(picture)});
     std::size_t bytes = 0;
-    const auto full = std::find_if(slots_.begin() + 1, slots_.end(), [&](const Slot& slot) {
+    const auto full = std::find_if(std::next(slots_.begin()), slots_.end(), [&](const Slot& slot) {
       return (bytes += slot.picture->rgba.size()) > kMostBytes;
     });
     slots_.erase(full, slots_.end());
@@ -44,7 +46,7 @@ class PictureCache {
 
   static constexpr std::size_t kMostPictures = 32;
   static constexpr std::size_t kMostBytes = std::size_t{16} << 20;  // beside the last one
-  std::vector<Slot> slots_;                                         // the last one first
+  std::list<Slot> slots_;                                           // the last one first
 };
 
 }  // namespace kssubtitle::importing
