@@ -241,6 +241,7 @@ bool ksImportPictures::readIndexText(Contents& contents, std::string bytes,
   const std::optional<std::string> text = textOf(std::move(bytes), options, report);
   if (!text) return refuse(ksImportRefusal::kUnknownEncoding);
   if (!isIndex(*text)) {
+    if (seen.refusal == ksImportRefusal::kPictures) return refuse(seen.refusal, 0, seen.sentence);
     return refuse(ksImportRefusal::kUnknownFormat, 0, "The file is no VobSub index.");
   }
   contents.index = readIndex(*text, report.notes);

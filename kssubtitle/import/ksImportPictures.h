@@ -30,10 +30,10 @@ struct ksImportPictureStream {
 
 /// A part of the frame, in pixels of the frame. Its corner may be outside.
 struct ksImportRectangle {
-  int left = 0;
-  int top = 0;
-  int width = 0;
-  int height = 0;
+  int left = 0;    ///< From the left edge of the frame.
+  int top = 0;     ///< From its top.
+  int width = 0;   ///< Not negative.
+  int height = 0;  ///< Not negative.
 };
 
 /// What is known of a picture without its pixels.
@@ -49,16 +49,16 @@ struct ksImportPictureEntry {
   int line = 0;             ///< Its line in the index, from 1; 0 without an index.
 };
 
-/// A picture, straight (not premultiplied) alpha.
+/// A picture, of straight (not premultiplied) alpha.
 struct ksImportPicture {
-  long long start = 0;  ///< As its entry has it, like the other members of these names.
-  long long end = 0;
-  bool isForced = false;
-  ksImportRectangle rectangle;  ///< Where it is shown; to be scaled to that if its size differs.
+  long long start = 0;          ///< As its entry has it.
+  long long end = 0;            ///< As its entry has it.
+  bool isForced = false;        ///< As its entry has it.
+  ksImportRectangle rectangle;  ///< Where it is shown; if its size differs, scaled to that.
   int width = 0;                ///< Of the picture in pixels, 1 to 4,096.
-  int height = 0;
-  int frameWidth = 0;  ///< Of the whole film in pixels, which the rectangle refers to.
-  int frameHeight = 0;
+  int height = 0;               ///< Likewise.
+  int frameWidth = 0;           ///< Of the whole film in pixels, which the rectangle refers to.
+  int frameHeight = 0;          ///< Likewise.
   /// Red, green, blue and alpha of each pixel, a byte each; rows from the top, without gaps.
   std::vector<unsigned char> rgba;
 };

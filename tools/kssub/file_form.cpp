@@ -44,7 +44,6 @@ Format formatOf(std::string_view path) {
   if (dot == std::string_view::npos) return Format::kUnknown;
   const std::string_view extension = path.substr(dot + 1);
   if (extension == "srt") return Format::kSubRip;
-  if (extension == "idx") return Format::kVobSub;
   return extension == "ass" || extension == "ssa" ? Format::kAss : Format::kUnknown;
 }
 
@@ -98,7 +97,7 @@ void addUnits(LineEndCounter& counter, Bytes block, bool isUtf16) {
   for (std::size_t i = 0; i + 1 < block.size(); i += 2) counter.add(block[i] | block[i + 1] << 8);
 }
 
-unsigned long long mostLines(Format format) { return format == Format::kVobSub ? 5000 : 20000; }
+constexpr unsigned long long kMostLines = 20000;
 
 /// Why the text is misread as a whole, which voids every other remark; empty if nothing tells so.
 std::string misreadingOf(const FileForm& form) {
@@ -129,14 +128,13 @@ std::string effectOfCrLfs(const FileForm& form) {
 
 /// What in `form` is known to give odd answers, in one line; empty if there is nothing.
 std::string remarksOn(const FileForm& form) {
-  const bool isVobSub = form.format == Format::kVobSub;
   std::string line = misreadingOf(form);
   if (!line.empty()) return line;
   const auto remark = [&line](bool applies, std::string_view text) {
     if (applies) line.append(line.empty() ? "" : "; ").append(text);
   };
   remark(form.loneCrs > 0, "it holds lone CRs, which end no line");
-  remark(form.crLfs > 0 && !isVobSub, effectOfCrLfs(form));
+  remark(form.crLfs > 0, effectOfCrLfs(form));
   remark(form.mark == Mark::kUtf8 && form.format != Format::kAss,
          "it begins with a UTF-8 mark, so its first line is misread");
   remark(!form.endsInLineFeed && form.format != Format::kSubRip,
@@ -171,8 +169,6 @@ FileForm examine(const std::string& path) {
   return form;
 }
 
-void requireReadable(const std::string& path) { openFile(path); }
-
 void printRemarks(const std::string& path, const FileForm& form) {
   const std::string remarks = remarksOn(form);
   if (remarks.empty()) return;
@@ -181,13 +177,12 @@ void printRemarks(const std::string& path, const FileForm& form) {
 
 std::string refusalOf(const FileForm& form) {
   if (form.size == 0) return "the file is empty";
-  if (form.lineFeeds > mostLines(form.format)) {
-    return "it has more than " + std::to_string(mostLines(form.format)) + " lines";
+  if (form.lineFeeds > kMostLines) {
+    return "it has more than " + std::to_string(kMostLines) + " lines";
   }
   if (form.format == Format::kUnknown) {
     return "the extension is none of .srt, .ass and .ssa (in lower case)";
   }
-  if (form.format == Format::kVobSub) return "it is a VobSub index, for kssub picture";
   if (form.size == 1) return "the file is a single byte";
   return "it is refused";
 }

@@ -12,7 +12,7 @@ class FileError : public std::runtime_error {
   FileError(const std::string& path, const std::string& reason);
 };
 
-enum class Format { kUnknown, kSubRip, kAss, kVobSub };
+enum class Format { kUnknown, kSubRip, kAss };
 enum class Mark { kNone, kUtf8, kUtf16LittleEndian, kUtf16BigEndian, kUtf32LittleEndian };
 
 struct FileForm {
@@ -29,9 +29,6 @@ struct FileForm {
 
 /// Reads the file at `path`. Throws FileError if that fails.
 FileForm examine(const std::string& path);
-
-/// Throws FileError if there is no regular file at `path` that can be opened.
-void requireReadable(const std::string& path);
 
 /// Says on standard error what in `form` is known to give odd answers, in one line.
 void printRemarks(const std::string& path, const FileForm& form);

@@ -2,41 +2,10 @@
 #include <algorithm>
 
 #include "tools/kssub/reading.h"
+#include "tools/kssub/report_text.h"
 
 namespace kssub {
 namespace {
-
-std::string nameOf(ksImportLineEnds ends) {
-  switch (ends) {
-    case ksImportLineEnds::kLf:
-      return "LF";
-    case ksImportLineEnds::kCrLf:
-      return "CR LF";
-    case ksImportLineEnds::kCr:
-      return "CR";
-    case ksImportLineEnds::kCrCrLf:
-      return "CR CR LF";
-    case ksImportLineEnds::kMixed:
-      return "mixed line ends";
-    case ksImportLineEnds::kNone:
-      break;
-  }
-  return "no line ends";
-}
-
-/// How sure the encoding is, where it is not plain from the text; with a blank in front.
-std::string doubtOf(ksImportEncodingSource source) {
-  switch (source) {
-    case ksImportEncodingSource::kDetected:
-      return " (detected)";
-    case ksImportEncodingSource::kFallback:
-      return " (assumed)";
-    case ksImportEncodingSource::kGiven:
-      return " (given)";
-    default:
-      return "";
-  }
-}
 
 class ImportedFile : public SubtitleFile {
  public:
@@ -53,7 +22,7 @@ class ImportedFile : public SubtitleFile {
   Listing list(Order order) override {
     std::vector<ksImportCue> cues(parser_.cues().begin(), parser_.cues().end());
     if (order == Order::kAsInFile) std::ranges::sort(cues, {}, &ksImportCue::index);
-    Listing listing{{}, summary()};
+    Listing listing{{}, summaryOf(parser_.report())};
     for (const ksImportCue& cue : cues) {
       listing.cues.push_back({cue.start, cue.end, std::string(cue.text)});
     }
@@ -61,37 +30,10 @@ class ImportedFile : public SubtitleFile {
   }
 
   std::vector<std::string> notes(std::string_view path) const override {
-    std::vector<std::string> lines;
-    for (const ksImportNote& note : parser_.report().notes()) {
-      std::string place(path);
-      if (note.line > 0) place += ':' + std::to_string(note.line);
-      lines.push_back(place + ": " + std::string(describe(note)));
-    }
-    const std::size_t more = countNotes() - lines.size();
-    if (more > 0) {
-      lines.push_back(std::string(path) + ": " + std::to_string(more) + " more are not shown.");
-    }
-    return lines;
+    return noteLines(path, parser_.report());
   }
 
  private:
-  std::string summary() const {
-    const ksImportReport& report = parser_.report();
-    std::string text = std::string(report.format()) + ", " + std::string(report.encoding()) +
-                       doubtOf(report.encodingSource()) + ", " + nameOf(report.lineEnds());
-    const std::size_t notes = countNotes();
-    if (notes > 0) text += "; " + std::to_string(notes) + (notes == 1 ? " note" : " notes");
-    return text;
-  }
-
-  std::size_t countNotes() const {
-    std::size_t count = 0;
-    for (std::size_t i = 0; i < kImportProblems; ++i) {
-      count += parser_.report().count(static_cast<ksImportProblem>(i));
-    }
-    return count;
-  }
-
   ksImportParser parser_;
 };
 

@@ -1,15 +1,19 @@
-// The command `list`: every cue of a file.
+// The command `list`: every cue of a file, or every picture.
 #include <unistd.h>
 
 #include <CLI/CLI.hpp>
 #include <algorithm>
 #include <iostream>
+#include <optional>
 #include <span>
 
 #include "tools/kssub/colours.h"
 #include "tools/kssub/command_line.h"
 #include "tools/kssub/commands.h"
+#include "tools/kssub/picture_file.h"
+#include "tools/kssub/picture_list.h"
 #include "tools/kssub/records.h"
+#include "tools/kssub/report_text.h"
 #include "tools/kssub/terminal_text.h"
 #include "tools/kssub/times.h"
 
@@ -79,7 +83,7 @@ void printRecords(const Cues& cues, Output output) {
 class List : public Command {
  public:
   Introduction introduction() const override {
-    return {"list", "Print every cue as a table",
+    return {"list", "Print every cue, or the times and sizes of pictures, as a table",
             "kssub list film.srt --notes\nunzip -p film.zip | kssub list - --json\n"};
   }
 
@@ -87,9 +91,21 @@ class List : public Command {
     addFile(app, request_);
     addOutput(app, output_);
     app.add_flag("--notes", withNotes_, "Tell the file's problems on standard error");
+    addStream(app, stream_);
   }
 
   int run() override {
+    try {
+      listCues();
+    } catch (const PicturesError&) {
+      if (request_.path == "-") throw;  // they are in two files
+      listPictures({request_, stream_, output_, withNotes_});
+    }
+    return kSuccess;
+  }
+
+ private:
+  void listCues() const {
     const std::unique_ptr<SubtitleFile> file = openSubtitles(request_);
     if (output_ == Output::kTable) {
       const Listing listing = file->list(Order::kByTime);
@@ -99,10 +115,8 @@ class List : public Command {
       printRecords(file->list(Order::kAsInFile).cues, output_);
     }
     if (withNotes_) printNotes(*file);
-    return kSuccess;
   }
 
- private:
   void printNotes(const SubtitleFile& file) const {
     for (const std::string& note : file.notes(request_.path)) {
       std::cerr << terminalText(note) << '\n';
@@ -112,6 +126,7 @@ class List : public Command {
   FileRequest request_;
   Output output_ = Output::kTable;
   bool withNotes_ = false;
+  std::optional<int> stream_;
 };
 
 }  // namespace

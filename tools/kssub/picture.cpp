@@ -1,25 +1,25 @@
-// The command `picture`: subpictures of a VobSub index as PNG files.
-#include <sys/resource.h>
+// The command `picture`: the pictures of a VobSub file as PNG files.
 #include <unistd.h>
 
 #include <CLI/CLI.hpp>
 #include <algorithm>
 #include <filesystem>
 #include <iostream>
+#include <optional>
 #include <stdexcept>
 #include <system_error>
 
 #include "tools/kssub/command_line.h"
 #include "tools/kssub/commands.h"
+#include "tools/kssub/picture_file.h"
 #include "tools/kssub/png_file.h"
 #include "tools/kssub/terminal_text.h"
 #include "tools/kssub/times.h"
-#include "tools/kssub/vobsub_file.h"
 
 namespace kssub {
 namespace {
 
-using Entry = VobSubFile::Entry;
+using Entry = ksImportPictureEntry;
 
 /// A line on standard error that is drawn over and over, if that is a terminal.
 class ProgressBar {
@@ -52,55 +52,45 @@ std::string fileName(std::size_t number, const Entry& entry) {
   const auto padded = [](const std::string& digits, std::size_t width) {
     return std::string(width - std::min(width, digits.size()), '0') + digits;
   };
-  std::string time = padded(formatTime(entry.startTime), kTimeWidth);
+  std::string time = padded(formatTime(entry.start), kTimeWidth);
   std::ranges::replace(time, ':', '-');
   return padded(std::to_string(number), kNumberWidth) + "_" + time + ".png";
 }
 
-std::string failureOf(const std::string& index, const Entry& entry, const BrokenUnit& reason) {
-  return terminalText(index) + ": the picture at " + formatTime(entry.startTime) +
-         " is broken: " + reason.what();
+std::string failureOf(const std::string& path, const Entry& entry) {
+  const std::string reason(entry.damage.empty() ? "Its file has changed." : entry.damage);
+  return terminalText(path) + ": no picture at " + formatTime(entry.start) + ": " + reason;
 }
 
-void printPicture(const std::string& path, const Entry& entry, const Subpicture& picture) {
-  std::cout << terminalText(path) << ": " << picture.image.width << " x " << picture.image.height
-            << " pixels at " << picture.left << ',' << picture.top << ", shown from "
-            << formatTime(entry.startTime + picture.startDelay);
-  if (picture.stopDelay) std::cout << " to " << formatTime(entry.startTime + *picture.stopDelay);
-  std::cout << std::endl;
+void printPicture(const std::string& path, const ksImportPicture& picture) {
+  std::cout << terminalText(path) << ": " << picture.width << " x " << picture.height
+            << " pixels at " << picture.rectangle.left << ',' << picture.rectangle.top
+            << ", shown from " << formatTime(picture.start) << " to " << formatTime(picture.end)
+            << (picture.isForced ? ", forced" : "") << std::endl;
 }
 
-void writePicture(const std::string& path, const Entry& entry, const Subpicture& picture) {
-  writePng(path, picture.image);
-  printPicture(path, entry, picture);
+void writePicture(const std::string& path, const ksImportPicture& picture) {
+  writePng(path, picture);
+  printPicture(path, picture);
 }
 
-/// The library leaves a stream of the ".sub" file open for each unit that it fetches, and an index
-/// may have more entries than a process commonly may open files. If the limit cannot be raised far
-/// enough, the fetch that meets it reports that.
-void raiseOpenFileLimit() {
-  rlimit limit{};
-  if (getrlimit(RLIMIT_NOFILE, &limit) != 0) return;
-  limit.rlim_cur = limit.rlim_max;
-  setrlimit(RLIMIT_NOFILE, &limit);
-}
-
-/// Writes the pictures that can be decoded and reports the others.
+/// Writes the pictures that can be read and reports the others.
 class Export {
  public:
-  Export(const std::string& index, const std::string& directory)
-      : index_(index), file_(index), directory_(directory), bar_(file_.entries().size()) {}
+  Export(const ksImportPictures& pictures, std::string path, const std::string& directory)
+      : pictures_(pictures),
+        path_(std::move(path)),
+        directory_(directory),
+        bar_(pictures.entries().size()) {}
 
   void run() {
-    if (file_.entries().empty()) {
-      throw std::runtime_error(terminalText(index_) + ": no entries");
-    }
+    const std::size_t count = pictures_.entries().size();
+    if (count == 0) throw std::runtime_error(terminalText(path_) + ": no pictures");
     makeDirectory();
-    raiseOpenFileLimit();
-    for (const Entry& entry : file_.entries()) writeNext(entry);
-    if (broken_ > 0) {
-      throw std::runtime_error(std::to_string(broken_) + " of " + std::to_string(done_) +
-                               " pictures are broken");
+    for (std::size_t i = 0; i < count; ++i) write(i);
+    if (damaged_ > 0) {
+      throw std::runtime_error(std::to_string(damaged_) + " of " + std::to_string(count) +
+                               " pictures are damaged");
     }
   }
 
@@ -114,60 +104,66 @@ class Export {
     }
   }
 
-  void writeNext(const Entry& entry) {
-    bar_.draw(done_++);
-    try {
-      const Subpicture picture = decodeSubpicture(file_.unitOf(entry), file_.palette());
-      bar_.clear();
-      writePicture((directory_ / fileName(done_, entry)).string(), entry, picture);
-    } catch (const BrokenUnit& reason) {
-      bar_.clear();
-      std::cerr << "kssub: " << failureOf(index_, entry, reason) << '\n';
-      ++broken_;
+  void write(std::size_t i) {
+    const Entry& entry = pictures_.entries()[i];
+    bar_.draw(i);
+    const auto picture = pictures_.Picture(i);
+    bar_.clear();
+    if (picture) {
+      writePicture((directory_ / fileName(i + 1, entry)).string(), *picture);
+    } else {
+      std::cerr << "kssub: " << failureOf(path_, entry) << '\n';
+      ++damaged_;
     }
   }
 
-  std::string index_;
-  VobSubFile file_;
+  const ksImportPictures& pictures_;
+  std::string path_;
   std::filesystem::path directory_;
   ProgressBar bar_;
-  std::size_t done_ = 0;
-  std::size_t broken_ = 0;
+  std::size_t damaged_ = 0;
 };
 
-/// Writes what is shown near `time`.
-void writePictureNear(const std::string& index, long long time, const std::string& output) {
-  VobSubFile file(index);
-  const std::optional<Entry> entry = file.entryNear(time);
-  if (!entry) {
-    throw std::runtime_error(terminalText(index) + ": no picture is shown near " +
-                             formatTime(time));
+/// Why there is no picture at `time`.
+std::string reasonOf(const ksImportPictures& pictures, const std::string& path, long long time) {
+  const Entry* last = nullptr;
+  for (const Entry& entry : pictures.entries()) {
+    if (entry.start <= time) last = &entry;
   }
-  try {
-    writePicture(output, *entry, decodeSubpicture(file.unitNear(time), file.palette()));
-  } catch (const BrokenUnit& reason) {
-    throw std::runtime_error(failureOf(index, *entry, reason));
-  }
+  const bool isDamaged = last != nullptr && time < last->end && !last->damage.empty();
+  return isDamaged ? failureOf(path, *last)
+                   : terminalText(path) + ": no picture is shown at " + formatTime(time);
+}
+
+void writePictureAt(const ksImportPictures& pictures, const std::string& path, long long time,
+                    const std::string& output) {
+  const auto picture = pictures.PictureAt(time);
+  if (!picture) throw std::runtime_error(reasonOf(pictures, path, time));
+  writePicture(output, *picture);
 }
 
 class Picture : public Command {
  public:
   Introduction introduction() const override {
-    return {"picture", "Write what a VobSub index shows near a time as a PNG file",
-            "kssub picture film.idx 1:47.25 shown.png\nkssub picture film.idx --all pictures\n"};
+    return {"picture", "Write what a VobSub file shows at a time as a PNG file",
+            "kssub picture film.idx 1:47.25 shown.png\n"
+            "kssub picture film.idx --all pictures --language de\n"};
   }
 
   void addOptions(CLI::App& app) override {
-    app.add_option("INDEX", index_, "A .idx file with its .sub file beside it")
+    app.add_option("FILE", path_, "A .idx or a .sub file, with the other one beside it")
         ->required()
         ->type_name("");
     const auto setTime = [this](const std::string& text) { time_ = requireTime(text); };
     CLI::Option* time =
         app.add_option_function<std::string>("TIME", setTime, "Time to ask for")->type_name("");
     app.add_option("OUT.png", output_, "The PNG file to write")->type_name("");
-    app.add_option("--all", directory_, "Write the picture of every entry into this directory")
+    app.add_option("--all", directory_, "Write every picture into this directory")
         ->type_name("DIR")
         ->excludes(time);
+    app.add_option("--language", options_.language, "Which of the languages, by its name")
+        ->type_name("NAME");
+    addStream(app, stream_);
     app.callback([this] {
       if (directory_.empty() && output_.empty()) {
         throw CLI::RequiredError("TIME and OUT.png, or --all DIR,");
@@ -177,16 +173,19 @@ class Picture : public Command {
   }
 
   int run() override {
+    const ksImportPictures pictures = openPictures(path_, options_, stream_);
     if (directory_.empty()) {
-      writePictureNear(index_, time_, output_);
+      writePictureAt(pictures, path_, time_, output_);
     } else {
-      Export(index_, directory_).run();
+      Export(pictures, path_, directory_).run();
     }
     return kSuccess;
   }
 
  private:
-  std::string index_;
+  std::string path_;
+  ksImportOptions options_;
+  std::optional<int> stream_;
   long long time_ = 0;
   std::string output_;
   std::string directory_;

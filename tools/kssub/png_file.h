@@ -3,12 +3,12 @@
 
 #include <string>
 
-#include "tools/kssub/image.h"
+#include "kssubtitle/import/ksImportPictures.h"
 
 namespace kssub {
 
-/// Writes `image`, which is not empty, to the file at `path`, which appears or changes only when
+/// Writes `picture` to the file at `path`, which appears or changes only when
 /// all is written. Throws std::runtime_error, naming the file.
-void writePng(const std::string& path, const Image& image);
+void writePng(const std::string& path, const ksImportPicture& picture);
 
 }  // namespace kssub

@@ -5,11 +5,10 @@
 #include <array>
 #include <cerrno>
 #include <cstdio>
-#include <stdexcept>
 #include <system_error>
 
 #include "tools/kssub/file_form.h"
-#include "tools/kssub/terminal_text.h"
+#include "tools/kssub/report_text.h"
 
 namespace kssub {
 namespace {
@@ -44,17 +43,9 @@ std::string nameOf(const FileRequest& request) {
   return request.path == "-" ? kStandardInput : request.path;
 }
 
-std::string refusalOf(const ksImportParser& parser) {
-  const ksImportReport& report = parser.report();
-  if (report.refusal() != ksImportRefusal::kCannotOpen) return std::string(report.refusalText());
-  return "cannot open: " + std::generic_category().message(report.systemError());
-}
-
 ksImportParser openedParser(const FileRequest& request) {
   ksImportParser parser;
-  if (!readSubtitles(parser, request)) {
-    throw std::runtime_error(terminalText(nameOf(request)) + ": " + refusalOf(parser));
-  }
+  if (!readSubtitles(parser, request)) throwRefusal(nameOf(request), parser.report());
   return parser;
 }
 

@@ -15,11 +15,8 @@ bool readSubtitles(ksImportParser& parser, const FileRequest& request);
 /// The file's name for messages.
 std::string nameOf(const FileRequest& request);
 
-/// Why the file that `parser` was asked for is refused, without its name.
-std::string refusalOf(const ksImportParser& parser);
-
 /// A parser that has read the file. Throws std::runtime_error, whose text names the file, if it is
-/// refused.
+/// refused, PicturesError if it holds pictures.
 ksImportParser openedParser(const FileRequest& request);
 
 }  // namespace kssub

@@ -11,10 +11,16 @@
 namespace kssub {
 namespace {
 
-std::string jsonValue(const Field& field) {
+/// A value as both forms have it, but for text and for nothing, for which it is `otherwise`.
+std::string plainValue(const Field& field, const char* otherwise) {
   if (const auto* number = std::get_if<long long>(&field.value)) return std::to_string(*number);
-  if (const auto* text = std::get_if<std::string>(&field.value)) return jsonString(*text);
-  return "null";
+  if (const auto* flag = std::get_if<bool>(&field.value)) return *flag ? "true" : "false";
+  return otherwise;
+}
+
+std::string jsonValue(const Field& field) {
+  const auto* text = std::get_if<std::string>(&field.value);
+  return text != nullptr ? jsonString(*text) : plainValue(field, "null");
 }
 
 std::string escaped(std::string_view text) {
@@ -33,9 +39,8 @@ std::string escaped(std::string_view text) {
 }
 
 std::string tsvValue(const Field& field) {
-  if (const auto* number = std::get_if<long long>(&field.value)) return std::to_string(*number);
-  if (const auto* text = std::get_if<std::string>(&field.value)) return escaped(*text);
-  return "";
+  const auto* text = std::get_if<std::string>(&field.value);
+  return text != nullptr ? escaped(*text) : plainValue(field, "");
 }
 
 /// What `print` makes of each field, with `separator` between them.

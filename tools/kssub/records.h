@@ -24,8 +24,8 @@ void addOutput(CLI::App& app, Output& output);
 
 struct Field {
   const char* name;
-  std::variant<std::monostate, long long, std::string>
-      value;  ///< Nothing, or of the two, text UTF-8.
+  /// Nothing, or one of these, text as UTF-8.
+  std::variant<std::monostate, bool, long long, std::string> value;
 };
 
 /// Writes records of the same fields, one a line: each as a JSON object, in which nothing is null,

@@ -1,0 +1,54 @@
+// A file of pictures: opened in the language that is asked for.
+#include "tools/kssub/picture_file.h"
+
+#include <CLI/CLI.hpp>
+#include <algorithm>
+#include <filesystem>
+#include <stdexcept>
+#include <system_error>
+
+#include "tools/kssub/report_text.h"
+#include "tools/kssub/terminal_text.h"
+
+namespace kssub {
+namespace {
+
+/// It may be the other one of the two files that is missing.
+[[noreturn]] void throwPictureRefusal(const std::string& path, const ksImportReport& report) {
+  std::error_code ignored;
+  const bool isCannotOpen = report.refusal() == ksImportRefusal::kCannotOpen;
+  if (!isCannotOpen || !std::filesystem::is_regular_file(path, ignored)) {
+    throwRefusal(path, report);
+  }
+  throw std::runtime_error(terminalText(path) + ": " + std::string(report.refusalText()) + " (" +
+                           std::generic_category().message(report.systemError()) + ")");
+}
+
+}  // namespace
+
+void addStream(CLI::App& app, std::optional<int>& stream) {
+  app.add_option("--stream", stream, "Which of the languages of pictures, by its index in the file")
+      ->type_name("NUMBER");
+}
+
+ksImportPictures openPictures(const std::string& path, const ksImportOptions& options,
+                              std::optional<int> stream) {
+  ksImportPictures pictures;
+  if (!pictures.Open(path.c_str(), options)) throwPictureRefusal(path, pictures.report());
+  if (!stream) return pictures;
+  const auto streams = pictures.streams();
+  const auto found = std::ranges::find(streams, *stream, &ksImportPictureStream::index);
+  if (!pictures.select(static_cast<std::size_t>(found - streams.begin()))) {
+    throw std::runtime_error(terminalText(path) + ": there is no language of the index " +
+                             std::to_string(*stream));
+  }
+  return pictures;
+}
+
+std::string languageOf(const ksImportPictureStream& stream) {
+  const std::string number = "index " + std::to_string(stream.index);
+  const std::string name = stream.name.empty() ? stream.language : stream.name;
+  return name.empty() ? number : terminalText(name) + ", " + number;
+}
+
+}  // namespace kssub

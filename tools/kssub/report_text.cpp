@@ -1,0 +1,89 @@
+// What the import library tells of a file, in words: a refusal, a summary, the notes.
+#include "tools/kssub/report_text.h"
+
+#include <system_error>
+
+#include "tools/kssub/terminal_text.h"
+
+namespace kssub {
+namespace {
+
+std::string nameOf(ksImportLineEnds ends) {
+  switch (ends) {
+    case ksImportLineEnds::kLf:
+      return "LF";
+    case ksImportLineEnds::kCrLf:
+      return "CR LF";
+    case ksImportLineEnds::kCr:
+      return "CR";
+    case ksImportLineEnds::kCrCrLf:
+      return "CR CR LF";
+    case ksImportLineEnds::kMixed:
+      return "mixed line ends";
+    case ksImportLineEnds::kNone:
+      break;
+  }
+  return "no line ends";
+}
+
+/// How sure the encoding is, where it is not plain from the text; with a blank in front.
+std::string doubtOf(ksImportEncodingSource source) {
+  switch (source) {
+    case ksImportEncodingSource::kDetected:
+      return " (detected)";
+    case ksImportEncodingSource::kFallback:
+      return " (assumed)";
+    case ksImportEncodingSource::kGiven:
+      return " (given)";
+    default:
+      return "";
+  }
+}
+
+std::size_t countNotes(const ksImportReport& report) {
+  std::size_t count = 0;
+  for (std::size_t i = 0; i < kImportProblems; ++i) {
+    count += report.count(static_cast<ksImportProblem>(i));
+  }
+  return count;
+}
+
+}  // namespace
+
+std::string refusalOf(const ksImportReport& report) {
+  if (report.refusal() != ksImportRefusal::kCannotOpen) return std::string(report.refusalText());
+  return "cannot open: " + std::generic_category().message(report.systemError());
+}
+
+void throwRefusal(const std::string& name, const ksImportReport& report) {
+  const std::string text = terminalText(name) + ": " + refusalOf(report);
+  if (report.refusal() == ksImportRefusal::kPictures) throw PicturesError(text);
+  throw std::runtime_error(text);
+}
+
+std::string summaryOf(const ksImportReport& report) {
+  std::string text(report.format());
+  if (!report.encoding().empty()) {
+    text += ", " + std::string(report.encoding()) + doubtOf(report.encodingSource()) + ", " +
+            nameOf(report.lineEnds());
+  }
+  const std::size_t notes = countNotes(report);
+  if (notes > 0) text += "; " + std::to_string(notes) + (notes == 1 ? " note" : " notes");
+  return text;
+}
+
+std::vector<std::string> noteLines(std::string_view name, const ksImportReport& report) {
+  std::vector<std::string> lines;
+  for (const ksImportNote& note : report.notes()) {
+    std::string place(name);
+    if (note.line > 0) place += ':' + std::to_string(note.line);
+    lines.push_back(place + ": " + std::string(describe(note)));
+  }
+  const std::size_t more = countNotes(report) - lines.size();
+  if (more > 0) {
+    lines.push_back(std::string(name) + ": " + std::to_string(more) + " more are not shown.");
+  }
+  return lines;
+}
+
+}  // namespace kssub

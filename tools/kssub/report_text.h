@@ -1,0 +1,32 @@
+// What the import library tells of a file, in words.
+#pragma once
+
+#include <stdexcept>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "kssubtitle/import/ksImportReport.h"
+
+namespace kssub {
+
+/// The file holds pictures, not text.
+class PicturesError : public std::runtime_error {
+ public:
+  using std::runtime_error::runtime_error;
+};
+
+/// Why a file is refused, without its name.
+std::string refusalOf(const ksImportReport& report);
+
+/// Throws a std::runtime_error that says why the file `name` is refused, PicturesError if it holds
+/// pictures.
+[[noreturn]] void throwRefusal(const std::string& name, const ksImportReport& report);
+
+/// The format, the encoding and the line ends, and how many notes there are.
+std::string summaryOf(const ksImportReport& report);
+
+/// A line on each note on the file `name`.
+std::vector<std::string> noteLines(std::string_view name, const ksImportReport& report);
+
+}  // namespace kssub
