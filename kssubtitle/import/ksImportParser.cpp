@@ -161,8 +161,8 @@ bool ksImportParser::openBytes(std::string bytes, std::string_view path,
 bool ksImportParser::openText(std::string text, std::string_view path,
                               const ksImportOptions& options) {
   ReportData& report = *report_.data_;
-  const bool hasEndMark = text.ends_with('\x1A');  // with which old systems ended text files
-  if (hasEndMark) text.pop_back();
+  const bool hasEndMark = text.ends_with('\x1A');  // with which old systems filled text files up
+  text.resize(text.find_last_not_of('\x1A') + 1);
   const std::size_t begin = httpHeaderLength(text);
   const Format* const format = options.format.empty()
                                    ? recogniseText(std::string_view(text).substr(begin), path)

@@ -7,8 +7,10 @@
 #include "kssubtitle/import/formats/subrip_lines.h"
 #include "kssubtitle/import/formats/times.h"
 #include "kssubtitle/import/markup/subrip_tags.h"
+#include "kssubtitle/import/markup/white_space.h"
 #include "kssubtitle/import/text/ascii.h"
 #include "kssubtitle/import/text/lines.h"
+#include "kssubtitle/import/text/unicode.h"
 
 namespace kssubtitle::importing {
 namespace {
@@ -46,6 +48,26 @@ int takeArrow(std::string_view& text) noexcept {
     }
   }
   return 0;
+}
+
+/// White space apart, characters that are not seen: most of them only set the direction of text,
+/// and some editors put them in front of every line.
+constexpr bool isInvisible(char32_t c) noexcept {
+  return (c >= 0x200B && c <= 0x200F) || (c >= 0x202A && c <= 0x202E) ||
+         (c >= 0x2066 && c <= 0x2069) || c == 0xFEFF;
+}
+
+/// `line` from its first character on that is seen.
+std::string_view fromFirstSeen(std::string_view line) noexcept {
+  line = withoutLeadingBlanks(line);
+  while (!line.empty() && static_cast<unsigned char>(line.front()) >= 0x80) {
+    std::size_t unseen = leadingWhiteSpace(line);
+    const std::size_t length = unseen > 0 ? 0 : sequenceLength(line);
+    if (length > 0 && isInvisible(codePointOf(line.substr(0, length)))) unseen = length;
+    if (unseen == 0) break;
+    line.remove_prefix(unseen);
+  }
+  return line;
 }
 
 /// Whether a line that begins with `c` may be a time line.
@@ -102,7 +124,8 @@ struct NumberLine {
 long long valueOf(const NumberLine& number) noexcept {
   constexpr std::size_t kMostDigits = 18;
   long long value = 0;
-  for (const char c : withoutBlanks(number.line.text).substr(0, kMostDigits)) {
+  for (const char c : fromFirstSeen(number.line.text).substr(0, kMostDigits)) {
+    if (!isDigit(c)) break;
     value = value * 10 + (c - '0');
   }
   return value;
@@ -162,13 +185,13 @@ class SubRipReader {
 
  private:
   void readLine(const Line& line) {
-    const std::string_view text = withoutLeadingBlanks(line.text);
+    const std::string_view text = fromFirstSeen(line.text);
     if (text.empty()) {
       above_ = Above::kBlank;
       return;
     }
     if (!canBeginTimeLine(text.front()) && above_ != Above::kNumber) return takeText(line);
-    if (isNumber(withoutTrailingBlanks(text))) return takeNumber(line);
+    if (isNumber(text.substr(0, text.size() - trailingWhiteSpace(text)))) return takeNumber(line);
     if (const auto timeLine = timeLineOf(text, above_)) return beginCue(line, *timeLine);
     takeText(line);
   }
@@ -271,7 +294,7 @@ Likelihood likelihoodOfSubRip(std::string_view text) {
   Above above = Above::kBlank;
   Line line;
   for (Lines lines(text); lines.next(line);) {
-    const std::string_view content = withoutBlanks(line.text);
+    const std::string_view content = withoutTrailingBlanks(fromFirstSeen(line.text));
     if (content.empty()) {
       above = Above::kBlank;
     } else if (isNumber(content)) {
@@ -287,7 +310,7 @@ Likelihood likelihoodOfSubRip(std::string_view text) {
 }
 
 bool isSubRipTimeLine(std::string_view line, bool isBelowNumber) noexcept {
-  return timeLineOf(withoutLeadingBlanks(line), isBelowNumber ? Above::kNumber : Above::kOther)
+  return timeLineOf(fromFirstSeen(line), isBelowNumber ? Above::kNumber : Above::kOther)
       .has_value();
 }
 
