@@ -38,6 +38,7 @@ inline constexpr int kFileFailure = 1;
 inline constexpr int kUsageFailure = 2;
 
 std::unique_ptr<Command> makeAt();
+std::unique_ptr<Command> makeCheck();
 std::unique_ptr<Command> makeConvert();
 std::unique_ptr<Command> makeList();
 std::unique_ptr<Command> makePicture();

@@ -24,6 +24,7 @@ Commands makeCommands() {
   commands.push_back(kssub::makeList());
   commands.push_back(kssub::makeAt());
   commands.push_back(kssub::makePlay());
+  commands.push_back(kssub::makeCheck());
   commands.push_back(kssub::makeConvert());
   commands.push_back(kssub::makePicture());
   return commands;

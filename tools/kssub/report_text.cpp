@@ -8,7 +8,21 @@
 namespace kssub {
 namespace {
 
-std::string nameOf(ksImportLineEnds ends) {
+/// How sure the encoding is, where it is not plain from the text; with a blank in front.
+std::string doubtOf(ksImportEncodingSource source) {
+  switch (source) {
+    case ksImportEncodingSource::kDetected:
+    case ksImportEncodingSource::kFallback:
+    case ksImportEncodingSource::kGiven:
+      return " (" + std::string(nameOf(source)) + ')';
+    default:
+      return "";
+  }
+}
+
+}  // namespace
+
+std::string_view nameOf(ksImportLineEnds ends) {
   switch (ends) {
     case ksImportLineEnds::kLf:
       return "LF";
@@ -26,18 +40,26 @@ std::string nameOf(ksImportLineEnds ends) {
   return "no line ends";
 }
 
-/// How sure the encoding is, where it is not plain from the text; with a blank in front.
-std::string doubtOf(ksImportEncodingSource source) {
+std::string_view nameOf(ksImportEncodingSource source) {
   switch (source) {
+    case ksImportEncodingSource::kMark:
+      return "by its mark";
+    case ksImportEncodingSource::kZeroBytes:
+      return "by its zero bytes";
+    case ksImportEncodingSource::kValidUtf8:
+      return "valid throughout";
+    case ksImportEncodingSource::kMostlyUtf8:
+      return "but for a few bytes";
+    case ksImportEncodingSource::kDeclared:
+      return "declared";
     case ksImportEncodingSource::kDetected:
-      return " (detected)";
+      return "detected";
     case ksImportEncodingSource::kFallback:
-      return " (assumed)";
+      return "assumed";
     case ksImportEncodingSource::kGiven:
-      return " (given)";
-    default:
-      return "";
+      break;
   }
+  return "given";
 }
 
 std::size_t countNotes(const ksImportReport& report) {
@@ -48,7 +70,9 @@ std::size_t countNotes(const ksImportReport& report) {
   return count;
 }
 
-}  // namespace
+std::string counted(std::size_t count, std::string_view what) {
+  return std::to_string(count) + ' ' + std::string(what) + (count == 1 ? "" : "s");
+}
 
 std::string refusalOf(const ksImportReport& report) {
   if (report.refusal() != ksImportRefusal::kCannotOpen) return std::string(report.refusalText());
@@ -65,10 +89,10 @@ std::string summaryOf(const ksImportReport& report) {
   std::string text(report.format());
   if (!report.encoding().empty()) {
     text += ", " + std::string(report.encoding()) + doubtOf(report.encodingSource()) + ", " +
-            nameOf(report.lineEnds());
+            std::string(nameOf(report.lineEnds()));
   }
   const std::size_t notes = countNotes(report);
-  if (notes > 0) text += "; " + std::to_string(notes) + (notes == 1 ? " note" : " notes");
+  if (notes > 0) text += "; " + counted(notes, "note");
   return text;
 }
 

@@ -1,6 +1,7 @@
 // What the import library tells of a file, in words.
 #pragma once
 
+#include <cstddef>
 #include <stdexcept>
 #include <string>
 #include <string_view>
@@ -22,6 +23,15 @@ std::string refusalOf(const ksImportReport& report);
 /// Throws a std::runtime_error that says why the file `name` is refused, PicturesError if it holds
 /// pictures.
 [[noreturn]] void throwRefusal(const std::string& name, const ksImportReport& report);
+
+std::string_view nameOf(ksImportLineEnds ends);
+/// How an encoding was found, in a word or two.
+std::string_view nameOf(ksImportEncodingSource source);
+/// "1 cue", "2 cues".
+std::string counted(std::size_t count, std::string_view what);
+
+/// How many problems were found, those that the report does not keep included.
+std::size_t countNotes(const ksImportReport& report);
 
 /// The format, the encoding and the line ends, and how many notes there are.
 std::string summaryOf(const ksImportReport& report);

@@ -1,0 +1,305 @@
+// The command `check`: what files are, what is wrong with them, and what a viewer would notice.
+#include <unistd.h>
+
+#include <CLI/CLI.hpp>
+#include <algorithm>
+#include <cmath>
+#include <iostream>
+#include <map>
+#include <string>
+#include <vector>
+
+#include "tools/kssub/colours.h"
+#include "tools/kssub/command_line.h"
+#include "tools/kssub/commands.h"
+#include "tools/kssub/file_walk.h"
+#include "tools/kssub/json.h"
+#include "tools/kssub/progress.h"
+#include "tools/kssub/reading.h"
+#include "tools/kssub/report_text.h"
+#include "tools/kssub/terminal_text.h"
+#include "tools/kssub/times.h"
+#include "tools/kssub/viewing.h"
+
+namespace kssub {
+namespace {
+
+constexpr int kProblems = 1;
+constexpr int kUnreadable = 3;
+
+// How many remarks of a kind are printed.
+constexpr std::size_t kUsually = 10;
+constexpr std::size_t kAll = std::string::npos;
+
+/// What is wrong at a line, from the report or from a look at the cues.
+struct Remark {
+  int kind;
+  int line;
+  std::string sentence;
+};
+using Remarks = std::vector<Remark>;
+
+/// Whether a format is like that by its nature: scripts draw layers over one another.
+bool isUsual(std::string_view format, ksImportProblem problem) {
+  if (format == "ass") {
+    return problem == ksImportProblem::kOverlap || problem == ksImportProblem::kDuplicate;
+  }
+  const bool hasNoEnds = format == "lrc" || format == "tmplayer";
+  return hasNoEnds && problem == ksImportProblem::kEndAssumed;
+}
+
+/// By line; those on the whole file first.
+Remarks remarksOn(const ksImportParser& parser, const ViewingLimits& limits) {
+  Remarks remarks;
+  if (parser.cues().empty()) remarks.push_back({-1, 0, "The file has no cue that can be shown."});
+  for (const ksImportNote& note : parser.report().notes()) {
+    if (isUsual(parser.report().format(), note.problem)) continue;
+    remarks.push_back({static_cast<int>(note.problem), note.line, std::string(describe(note))});
+  }
+  for (const Finding& finding : findingsIn(parser.cues(), limits)) {
+    const int kind = static_cast<int>(kImportProblems) + static_cast<int>(finding.flaw);
+    remarks.push_back({kind, finding.line, finding.sentence});
+  }
+  std::ranges::stable_sort(remarks, {}, &Remark::line);
+  return remarks;
+}
+
+std::string joined(const std::vector<std::string>& parts, std::string_view separator) {
+  std::string all;
+  for (const std::string& part : parts) {
+    if (!all.empty()) all += separator;
+    all += part;
+  }
+  return all;
+}
+
+/// One line of what is printed as text: where, and what.
+void printLine(const std::string& place, const std::string& sentence) {
+  std::cout << terminalText(place) << ": " << terminalText(sentence) << '\n';
+}
+
+class TextReport {
+ public:
+  TextReport(std::string name, std::size_t mostOfAKind)
+      : name_(std::move(name)), mostOfAKind_(mostOfAKind) {}
+
+  void print(ksImportParser& parser, const Remarks& remarks) {
+    printForm(parser);
+    for (const Remark& remark : remarks) printRemark(remark);
+    countThoseNotKept(parser.report());
+    for (const auto& [number, kind] : kinds_) printRest(kind);
+    printFixedReaders(parser.report());
+  }
+
+ private:
+  struct Kind {
+    std::size_t count = 0;
+    std::size_t printed = 0;
+    std::string example;
+  };
+
+  void printForm(ksImportParser& parser) const {
+    const ksImportReport& report = parser.report();
+    std::vector<std::string> parts = {
+        std::string(report.format()),
+        std::string(report.encoding()) + " (" + std::string(nameOf(report.encodingSource())) + ")",
+        std::string(nameOf(report.lineEnds())), counted(parser.cues().size(), "cue"),
+        formatTime(parser.DurationTime())};
+    const auto languages = report.languages();
+    if (!languages.empty()) {
+      parts.push_back("languages: " +
+                      joined(std::vector<std::string>(languages.begin(), languages.end()), " "));
+    }
+    std::cout << coloured(terminalText(name_ + ": " + joined(parts, ", ")), Colour::kBold,
+                          STDOUT_FILENO)
+              << '\n';
+  }
+
+  void printRemark(const Remark& remark) {
+    Kind& kind = kinds_[remark.kind];
+    if (kind.count++ >= mostOfAKind_) return;
+    ++kind.printed;
+    kind.example = remark.sentence;
+    const std::string place = remark.line > 0 ? ':' + std::to_string(remark.line) : "";
+    printLine(name_ + place, remark.sentence);
+  }
+
+  void countThoseNotKept(const ksImportReport& report) {
+    for (std::size_t i = 0; i < kImportProblems; ++i) {
+      const auto problem = static_cast<ksImportProblem>(i);
+      if (report.count(problem) == 0 || isUsual(report.format(), problem)) continue;
+      Kind& kind = kinds_[static_cast<int>(i)];
+      kind.count = report.count(problem);
+      kind.example = describe({problem, 0});
+    }
+  }
+
+  void printRest(const Kind& kind) const {
+    if (kind.count == kind.printed) return;
+    printLine(name_,
+              std::to_string(kind.count - kind.printed) + " more like this: " + kind.example);
+  }
+
+  void printFixedReaders(const ksImportReport& report) const {
+    std::vector<std::string> names;
+    for (const ksImportCondition& condition : report.unmetConditions()) {
+      names.emplace_back(condition.name);
+    }
+    printLine(name_, names.empty() ? "The fixed readers answer the file as it is meant."
+                                   : "The fixed readers may answer it otherwise (" +
+                                         joined(names, ", ") + ").");
+    if (mostOfAKind_ == kAll) printConditions(report);
+  }
+
+  void printConditions(const ksImportReport& report) const {
+    for (const ksImportCondition& condition : report.unmetConditions()) {
+      printLine(name_, std::string(condition.name) + ": " + std::string(condition.sentence));
+    }
+  }
+
+  std::string name_;
+  std::size_t mostOfAKind_;
+  std::map<int, Kind> kinds_;
+};
+
+std::string jsonList(const std::vector<std::string>& texts) {
+  std::vector<std::string> parts;
+  for (const std::string& text : texts) parts.push_back(jsonString(text));
+  return '[' + joined(parts, ",") + ']';
+}
+
+std::string jsonRemarks(const Remarks& remarks) {
+  std::vector<std::string> parts;
+  for (const Remark& remark : remarks) {
+    parts.push_back("{\"line\":" + std::to_string(remark.line) +
+                    ",\"text\":" + jsonString(remark.sentence) + '}');
+  }
+  return '[' + joined(parts, ",") + ']';
+}
+
+void printObject(const std::string& name, ksImportParser& parser, const Remarks& remarks) {
+  const ksImportReport& report = parser.report();
+  std::vector<std::string> unmet;
+  for (const ksImportCondition& condition : report.unmetConditions()) {
+    unmet.emplace_back(condition.name);
+  }
+  std::cout << "{\"file\":" << jsonString(name) << ",\"format\":" << jsonString(report.format())
+            << ",\"encoding\":" << jsonString(report.encoding())
+            << ",\"found\":" << jsonString(nameOf(report.encodingSource()))
+            << ",\"lineEnds\":" << jsonString(nameOf(report.lineEnds()))
+            << ",\"size\":" << report.size() << ",\"cues\":" << parser.cues().size()
+            << ",\"duration\":" << parser.DurationTime()
+            << ",\"languages\":" << jsonList({report.languages().begin(), report.languages().end()})
+            << ",\"notes\":" << jsonRemarks(remarks)
+            << ",\"notesNotKept\":" << countNotes(report) - report.notes().size()
+            << ",\"fixedReadersAgree\":" << (unmet.empty() ? "true" : "false")
+            << ",\"unmet\":" << jsonList(unmet) << "}\n";
+}
+
+class Check : public Command {
+ public:
+  Introduction introduction() const override {
+    return {"check", "Tell what is wrong with subtitle files",
+            "kssub check film.srt\n"
+            "kssub check --max-speed 20 --max-line 0 subtitles/\n"
+            "kssub check --json films/ | jq -r 'select(.encoding != \"UTF-8\").file'\n"};
+  }
+
+  void addOptions(CLI::App& app) override {
+    app.add_option("FILE", arguments_,
+                   "Subtitle files, directories of them, or - for standard input")
+        ->required()
+        ->type_name("");
+    app.add_flag("--json", asJson_, "Print one JSON object a line for each file");
+    app.add_flag("--all", showsAll_,
+                 "Print every note, not only the first ten of a kind, and what the fixed "
+                 "readers need");
+    addLimits(app);
+    addReadingOptions(app, request_.options);
+    app.footer(
+        "Exit status: 0 if nothing is wrong, 1 if something is, 2 on a wrong command line,\n"
+        "3 if a file cannot be read.");
+  }
+
+  int run() override {
+    if (!isGapSet_ && request_.options.frameRate > 0) {
+      limits_.leastGap = std::llround(2000 / request_.options.frameRate);
+    }
+    const std::vector<FoundFile> files = filesOf(arguments_);
+    Progress progress(files.size());
+    for (std::size_t i = 0; i < files.size(); ++i) {
+      progress.show(i);
+      checkFile(files[i], progress);
+    }
+    return status_;
+  }
+
+ private:
+  void addLimits(CLI::App& app) {
+    const auto addTime = [&](const char* name, auto set, const char* description) {
+      app.add_option_function<std::string>(
+             name, [set](const std::string& text) { set(requireTime(text)); }, description)
+          ->type_name("TIME");
+    };
+    addTime(
+        "--min-duration", [this](long long time) { limits_.leastDuration = time; },
+        "Note cues that are shown for less (500); 0 for none");
+    addTime(
+        "--min-gap",
+        [this](long long time) {
+          limits_.leastGap = time;
+          isGapSet_ = true;
+        },
+        "Note cues that follow another in less (two frames, or 80); 0 for none");
+    app.add_option("--max-speed", limits_.mostSpeed,
+                   "Note cues with more characters to read in a second (25); 0 for none")
+        ->type_name("NUMBER");
+    app.add_option("--max-line", limits_.mostCharacters,
+                   "Note cues with lines of more characters (42); 0 for none")
+        ->type_name("NUMBER");
+  }
+
+  void checkFile(const FoundFile& file, Progress& progress) {
+    request_.path = file.path;
+    ksImportParser parser;
+    if (!readSubtitles(parser, request_)) {
+      if (!file.mayBeOther) reportRefusal(parser, progress);
+      return;
+    }
+    ViewingLimits limits = limits_;
+    limits.ordersCount = parser.report().format() != "ass";  // scripts are put in order anyway
+    const Remarks remarks = remarksOn(parser, limits);
+    if (!remarks.empty()) status_ = std::max(status_, kProblems);
+    progress.hide();
+    if (asJson_) {
+      printObject(nameOf(request_), parser, remarks);
+    } else {
+      TextReport(nameOf(request_), showsAll_ ? kAll : kUsually).print(parser, remarks);
+    }
+  }
+
+  void reportRefusal(const ksImportParser& parser, Progress& progress) {
+    status_ = kUnreadable;
+    progress.hide();
+    if (asJson_) {
+      std::cout << "{\"file\":" << jsonString(nameOf(request_))
+                << ",\"refusal\":" << jsonString(refusalOf(parser.report())) << "}\n";
+    } else {
+      std::cerr << terminalText(nameOf(request_)) << ": " << refusalOf(parser.report()) << '\n';
+    }
+  }
+
+  std::vector<std::string> arguments_;
+  FileRequest request_;
+  ViewingLimits limits_;
+  bool isGapSet_ = false;
+  bool asJson_ = false;
+  bool showsAll_ = false;
+  int status_ = kSuccess;
+};
+
+}  // namespace
+
+std::unique_ptr<Command> makeCheck() { return std::make_unique<Check>(); }
+
+}  // namespace kssub

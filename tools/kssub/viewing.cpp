@@ -1,0 +1,115 @@
+// What a viewer would notice of the cues of a film.
+#include "tools/kssub/viewing.h"
+
+#include <algorithm>
+#include <cmath>
+#include <iterator>
+#include <limits>
+#include <optional>
+#include <string_view>
+
+#include "tools/kssub/report_text.h"
+
+namespace kssub {
+namespace {
+
+/// In code points, without line feeds.
+std::size_t lengthOf(std::string_view text) {
+  return static_cast<std::size_t>(std::ranges::count_if(
+      text, [](char c) { return c != '\n' && (static_cast<unsigned char>(c) & 0xC0) != 0x80; }));
+}
+
+std::size_t longestLine(std::string_view text) {
+  std::size_t longest = 0;
+  while (!text.empty()) {
+    const std::size_t end = std::min(text.find('\n'), text.size());
+    longest = std::max(longest, lengthOf(text.substr(0, end)));
+    text.remove_prefix(std::min(end + 1, text.size()));
+  }
+  return longest;
+}
+
+class Viewer {
+ public:
+  explicit Viewer(const ViewingLimits& limits) : limits_(limits) {}
+
+  void look(const ksImportCue& cue) {
+    lookAtGap(cue);
+    lookAtSpeed(cue);
+    lookAtLines(cue);
+    latestEnd_ = std::max(latestEnd_.value_or(cue.end), cue.end);
+  }
+
+  std::vector<Finding> findings;
+
+ private:
+  void add(Flaw flaw, const ksImportCue& cue, std::string sentence) {
+    findings.push_back({flaw, cue.line, std::move(sentence)});
+  }
+
+  void lookAtGap(const ksImportCue& cue) {
+    if (!latestEnd_) return;
+    constexpr long long kNone = 1;  // where the last millisecond of a cue is written as its end
+    const long long gap = cue.start - *latestEnd_;
+    if (gap <= kNone || gap >= limits_.leastGap) return;
+    add(Flaw::kShortGap, cue,
+        "The cue begins only " + std::to_string(gap) + " ms after the one before it ends.");
+  }
+
+  /// Whoever cannot see a text need not be told that it is too long to read.
+  void lookAtSpeed(const ksImportCue& cue) {
+    const long long duration = cue.end - cue.start;
+    if (duration < limits_.leastDuration) {
+      return add(Flaw::kFlash, cue,
+                 "The cue is shown for only " + std::to_string(duration) + " ms.");
+    }
+    const double speed =
+        static_cast<double>(lengthOf(cue.text)) * 1000 / static_cast<double>(duration);
+    if (limits_.mostSpeed <= 0 || speed <= limits_.mostSpeed) return;
+    add(Flaw::kTooFast, cue,
+        "The cue has " + std::to_string(std::llround(std::ceil(speed))) +
+            " characters to read in a second.");
+  }
+
+  void lookAtLines(const ksImportCue& cue) {
+    const std::size_t longest = longestLine(cue.text);
+    if (limits_.mostCharacters <= 0 ||
+        longest <= static_cast<std::size_t>(limits_.mostCharacters)) {
+      return;
+    }
+    add(Flaw::kLongLine, cue, "The cue has a line of " + counted(longest, "character") + ".");
+  }
+
+  const ViewingLimits& limits_;
+  std::optional<long long> latestEnd_;
+};
+
+bool isShown(const ksImportCue& cue) { return cue.end > std::max(cue.start, 0LL); }
+
+/// Those that begin before one that stands above them in the file.
+void findOutOfOrder(std::span<const ksImportCue> cues, std::vector<Finding>& findings) {
+  std::vector<ksImportCue> inFile;
+  std::ranges::copy_if(cues, std::back_inserter(inFile), isShown);
+  std::ranges::sort(inFile, {}, &ksImportCue::index);
+  long long latestStart = std::numeric_limits<long long>::min();
+  for (const ksImportCue& cue : inFile) {
+    if (cue.start < latestStart) {
+      findings.push_back(
+          {Flaw::kOutOfOrder, cue.line, "The cue begins before one that stands above it."});
+    }
+    latestStart = std::max(latestStart, cue.start);
+  }
+}
+
+}  // namespace
+
+std::vector<Finding> findingsIn(std::span<const ksImportCue> cues, const ViewingLimits& limits) {
+  Viewer viewer(limits);
+  for (const ksImportCue& cue : cues) {
+    if (isShown(cue)) viewer.look(cue);
+  }
+  if (limits.ordersCount) findOutOfOrder(cues, viewer.findings);
+  return std::move(viewer.findings);
+}
+
+}  // namespace kssub
