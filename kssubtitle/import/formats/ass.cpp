@@ -16,15 +16,13 @@ namespace {
 template <std::size_t kNames>
 class Columns {
  public:
-  static constexpr std::size_t kMissing = static_cast<std::size_t>(-1);
   using Names = std::array<std::string_view, kNames>;
 
   Columns(const Names& names, std::string_view format) : names_(names) { setFormat(format); }
 
   /// `format` is what a Format line holds.
   void setFormat(std::string_view format) {
-    places_.fill(kMissing);
-    count_ = 0;
+    count_ = read_ = 0;
     for (; count_ == 0 || !format.empty(); ++count_) {
       const std::size_t end = std::min(format.find(','), format.size());
       setPlace(withoutBlanks(format.substr(0, end)));
@@ -34,22 +32,28 @@ class Columns {
 
   /// Whether the columns stand in these places, among `count`.
   bool areAt(const std::array<std::size_t, kNames>& places, std::size_t count) const noexcept {
-    return places_ == places && count_ == count;
+    return count_ == count && read_ == kNames &&
+           std::all_of(reads_.begin(), reads_.end(),
+                       [&](const Read& read) { return places[read.name] == read.column; });
   }
 
-  bool has(std::size_t name) const noexcept { return places_[name] != kMissing; }
+  bool has(std::size_t name) const noexcept {
+    return std::any_of(reads_.begin(), reads_.begin() + read_,
+                       [name](const Read& read) { return read.name == name; });
+  }
 
   /// Puts the columns of `line` where their names stand; the last column takes all that is left.
   /// False if there are fewer columns than the format has.
   bool split(std::string_view line, std::array<std::string_view, kNames>& values) const noexcept {
     values.fill({});
+    const Read* read = reads_.data();
     for (std::size_t column = 0; column < count_; ++column) {
       const bool isLast = column + 1 == count_;
-      const std::size_t end = isLast ? line.npos : line.find(',');
-      if (!isLast && end == line.npos) return false;
-      const auto place = std::find(places_.begin(), places_.end(), column);
-      if (place != places_.end()) {
-        values[static_cast<std::size_t>(place - places_.begin())] = line.substr(0, end);
+      std::size_t end = isLast ? line.size() : 0;
+      while (end < line.size() && line[end] != ',') ++end;
+      if (!isLast && end == line.size()) return false;
+      if (read != reads_.data() + read_ && read->column == column) {
+        values[(read++)->name] = line.substr(0, end);
       }
       if (!isLast) line.remove_prefix(end + 1);
     }
@@ -60,16 +64,23 @@ class Columns {
   /// Of two columns of a name the first one counts.
   void setPlace(std::string_view name) noexcept {
     for (std::size_t i = 0; i < kNames; ++i) {
-      if (!has(i) && equalNoCase(names_[i], name)) {
-        places_[i] = count_;
+      if (equalNoCase(names_[i], name)) {
+        if (!has(i)) reads_[read_++] = {count_, i};
         return;
       }
     }
   }
 
+  /// A column that is read.
+  struct Read {
+    std::size_t column;
+    std::size_t name;
+  };
+
   const Names& names_;
-  std::array<std::size_t, kNames> places_{};
-  std::size_t count_ = 0;
+  std::array<Read, kNames> reads_{};  // in the order of the columns
+  std::size_t read_ = 0;              // how many of them there are
+  std::size_t count_ = 0;             // of all columns
 };
 
 enum EventColumn : std::size_t { kStart, kEnd, kStyle, kText, kEventColumns };
@@ -278,8 +289,9 @@ class AssReader {
   }
 
   static std::optional<WrittenTime> timeIn(std::string_view column) noexcept {
-    const auto time = takeTime(column);
-    return time && withoutBlanks(column).empty() ? time : std::nullopt;
+    auto time = takeTime(column);
+    if (!withoutBlanks(column).empty()) time.reset();
+    return time;
   }
 
   const AssStyle& styleOf(std::string_view name, int line) {

@@ -84,12 +84,13 @@ void noteTimes(const std::vector<ksImportCue>& cues, Notes& notes) {
 }  // namespace
 
 ksImportCue& CueSink::begin(long long start, long long end, int line) {
-  ksImportCue cue;
+  const auto index = static_cast<int>(cues_.size());
+  ksImportCue& cue = cues_.emplace_back();
   cue.start = start;
   cue.end = end;
   cue.line = line;
-  cue.index = static_cast<int>(cues_.size());
-  return cues_.emplace_back(cue);
+  cue.index = index;
+  return cue;
 }
 
 ksImportCue& CueSink::beginWithoutEnd(long long start, int line) {

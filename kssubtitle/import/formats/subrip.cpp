@@ -19,12 +19,11 @@ namespace {
 enum class Above { kBlank, kNumber, kOther };
 
 struct TimeLine {
-  std::optional<long long> start;  // a time line of which one time is missing cannot be read
-  std::optional<long long> end;
+  long long start = 0;
+  long long end = 0;
+  bool isReadable = false;  // not if one of the times is missing
   bool isUsual = false;
-  bool isStandard = false;  ///< Of kStandardForm.
-
-  bool isReadable() const noexcept { return start && end; }
+  bool isStandard = false;  // of kStandardForm
 };
 
 constexpr std::string_view kArrow = "-->";
@@ -105,8 +104,10 @@ std::optional<TimeLine> timeLineOf(std::string_view text, Above above) noexcept 
   if (!isStrict && above == Above::kOther) return std::nullopt;
   if (!(start && end) && above != Above::kNumber) return std::nullopt;
   TimeLine line;
-  if (start) line.start = start->milliseconds;
-  if (end) line.end = end->milliseconds;
+  line.isReadable = start && end;
+  if (!line.isReadable) return line;
+  line.start = start->milliseconds;
+  line.end = end->milliseconds;
   line.isUsual = isStrict && start->isUsual() && end->isUsual();
   line.isStandard = line.isUsual && start->form == TimeForm::kSubRip &&
                     end->form == TimeForm::kSubRip && whole.size() == kStandardForm.size() &&
@@ -116,18 +117,19 @@ std::optional<TimeLine> timeLineOf(std::string_view text, Above above) noexcept 
 
 /// A line of digits, which may be the number of a cue.
 struct NumberLine {
-  Line line;
+  int line = 0;
+  std::size_t begin = 0;
+  std::size_t next = 0;
+  long long value = 0;
   bool hasBlankAbove = false;
+  bool isBare = false;  // there are no blanks round the digits
 };
 
-/// Its value; digits beyond the eighteenth do not count.
-long long valueOf(const NumberLine& number) noexcept {
+/// The value of digits; those beyond the eighteenth do not count.
+long long valueOf(std::string_view digits) noexcept {
   constexpr std::size_t kMostDigits = 18;
   long long value = 0;
-  for (const char c : fromFirstSeen(number.line.text).substr(0, kMostDigits)) {
-    if (!isDigit(c)) break;
-    value = value * 10 + (c - '0');
-  }
+  for (const char c : digits.substr(0, kMostDigits)) value = value * 10 + (c - '0');
   return value;
 }
 
@@ -137,22 +139,21 @@ class Numbering {
   explicit Numbering(Notes& notes) noexcept : notes_(notes) {}
 
   void take(const NumberLine& number) {
-    const long long value = valueOf(number);
-    if (hasAny_ && value == last_) {
-      notes_.add(ksImportProblem::kNumberDoubled, number.line.number);
-    } else if (hasAny_ && value < last_) {
-      notes_.add(ksImportProblem::kNumberFalling, number.line.number);
+    if (hasAny_ && number.value == last_) {
+      notes_.add(ksImportProblem::kNumberDoubled, number.line);
+    } else if (hasAny_ && number.value < last_) {
+      notes_.add(ksImportProblem::kNumberFalling, number.line);
     }
-    last_ = value;
+    last_ = number.value;
     hasAny_ = true;
-    if (value != ++cues_) notes_.fail(Condition::kNumbers);
+    if (number.value != ++cues_) notes_.fail(Condition::kNumbers);
   }
   void miss(int line) {
     missing_.push_back(line);
     notes_.fail(Condition::kNumbers);
   }
   bool isContinuedBy(const NumberLine& number) const noexcept {
-    return hasAny_ && valueOf(number) == last_ + 1;
+    return hasAny_ && number.value == last_ + 1;
   }
   /// In a file without any number none is missing.
   void finish() {
@@ -171,7 +172,7 @@ class Numbering {
 class SubRipReader {
  public:
   SubRipReader(const FormatInput& input, CueSink& sink)
-      : input_(input), sink_(sink), numbering_(sink.notes()) {}
+      : input_(input), sink_(sink), marks_(input.text), numbering_(sink.notes()) {}
 
   void read() {
     Line line;
@@ -191,7 +192,8 @@ class SubRipReader {
       return;
     }
     if (!canBeginTimeLine(text.front()) && above_ != Above::kNumber) return takeText(line);
-    if (isNumber(text.substr(0, text.size() - trailingWhiteSpace(text)))) return takeNumber(line);
+    const auto digits = text.substr(0, text.size() - trailingWhiteSpace(text));
+    if (isNumber(digits)) return takeNumber(line, digits);
     if (const auto timeLine = timeLineOf(text, above_)) return beginCue(line, *timeLine);
     takeText(line);
   }
@@ -203,11 +205,12 @@ class SubRipReader {
   }
 
   /// The one that continues the numbering may announce a cue that was cut off.
-  void takeNumber(const Line& line) {
-    number_ = NumberLine{line, above_ == Above::kBlank};
-    if (number_->hasBlankAbove && !cutOff_ && numbering_.isContinuedBy(*number_)) {
-      cutOff_ = number_;
-    }
+  void takeNumber(const Line& line, std::string_view digits) {
+    NumberLine number{line.number, line.begin, line.next, valueOf(digits)};
+    number.hasBlankAbove = above_ == Above::kBlank;
+    number.isBare = digits.size() == line.text.size();
+    if (number.hasBlankAbove && !cutOff_ && numbering_.isContinuedBy(number)) cutOff_ = number;
+    number_ = number;
     above_ = Above::kNumber;
   }
 
@@ -218,7 +221,7 @@ class SubRipReader {
 
   void beginCue(const Line& line, const TimeLine& times) {
     const bool isNumbered = isAnnounced();
-    finishCue(isNumbered ? number_->line.begin : line.begin);
+    finishCue(isNumbered ? number_->begin : line.begin);
     if (isNumbered) {
       numbering_.take(*number_);
     } else {
@@ -226,9 +229,14 @@ class SubRipReader {
     }
     checkForm(line, times);
     isInCue_ = true;
-    times_ = times;
-    line_ = isNumbered ? number_->line.number : line.number;
-    timeLineNumber_ = line.number;
+    isReadable_ = times.isReadable;
+    line_ = isNumbered ? number_->line : line.number;
+    if (isReadable_) {
+      sink_.begin(times.start, times.end, line_);
+      if (!times.isUsual) sink_.notes().add(ksImportProblem::kTimeRepaired, line.number);
+    } else {
+      sink_.notes().add(ksImportProblem::kTimeUnreadable, line.number);
+    }
     textBegin_ = std::min(line.next, input_.text.size());
     number_.reset();
     cutOff_.reset();
@@ -237,24 +245,18 @@ class SubRipReader {
 
   /// Tells whether the fixed readers see a cue begin here as well; the first one, at the front.
   void checkForm(const Line& line, const TimeLine& times) {
-    const bool isNumbered = number_ && isDigit(number_->line.text.front()) &&
-                            isDigit(number_->line.text.back()) && number_->line.next == line.begin;
+    const bool isNumbered = number_ && number_->isBare && number_->next == line.begin;
     if (!isNumbered) return sink_.notes().fail(Condition::kNumbers);
-    if (!isInCue_ && number_->line.begin > 0) sink_.notes().fail(Condition::kCuesAlone);
+    if (!isInCue_ && number_->begin > 0) sink_.notes().fail(Condition::kCuesAlone);
     const bool isAlone = line.text.size() == kStandardForm.size();
     if (!times.isStandard || !isAlone) sink_.notes().fail(Condition::kTimes);
   }
 
   void finishCue(std::size_t textEnd) {
-    if (!isInCue_) return;
-    if (!times_.isReadable()) {
-      sink_.notes().add(ksImportProblem::kTimeUnreadable, timeLineNumber_);
-      return;
-    }
-    if (!times_.isUsual) sink_.notes().add(ksImportProblem::kTimeRepaired, timeLineNumber_);
-    ksImportCue& cue = sink_.begin(*times_.start, *times_.end, line_);
+    if (!isInCue_ || !isReadable_) return;
     const std::string_view source = input_.text.substr(textBegin_, textEnd - textBegin_);
-    const TextTraits traits = writeSubRipText(source, sink_.text());
+    const TextTraits traits = writeSubRipText(source, marks_, sink_.text());
+    ksImportCue& cue = sink_.cues().back();
     if (traits.alignment) cue.alignment = *traits.alignment;
     if (traits.isUnclosed) sink_.notes().add(ksImportProblem::kTagUnclosed, line_);
     sink_.finish();
@@ -266,8 +268,8 @@ class SubRipReader {
     const bool standsAlone = number_ && number_->hasBlankAbove;
     const std::optional<NumberLine>& end = cutOff_ ? cutOff_ : number_;
     if (isInCue_ && (cutOff_ || standsAlone)) {
-      sink_.notes().add(ksImportProblem::kCueCutOff, end->line.number);
-      finishCue(end->line.begin);
+      sink_.notes().add(ksImportProblem::kCueCutOff, end->line);
+      finishCue(end->begin);
     } else {
       finishCue(input_.text.size());
     }
@@ -275,15 +277,15 @@ class SubRipReader {
 
   const FormatInput& input_;
   CueSink& sink_;
+  SubRipMarks marks_;
   Numbering numbering_;
   Above above_ = Above::kBlank;
   std::optional<NumberLine> number_;  // the last line that is not blank, if it is one
   std::optional<NumberLine> cutOff_;  // the first in this cue's text that may be the next one's
   // The cue that is being read.
   bool isInCue_ = false;
-  TimeLine times_;
+  bool isReadable_ = false;
   int line_ = 0;
-  int timeLineNumber_ = 0;
   std::size_t textBegin_ = 0;
 };
 

@@ -26,10 +26,10 @@ unsigned twoDigits(const char* p) noexcept {
 
 /// The usual forms "00:00:00,000" and "0:00:00.00", at once: nearly every time of a file is one,
 /// and opening it is mostly reading times and copying text.
-std::optional<WrittenTime> takeUsualTime(std::string_view& text) noexcept {
-  if (text.size() < 2) return std::nullopt;
+bool takeUsualTime(std::string_view& text, WrittenTime& time) noexcept {
+  if (text.size() < 2) return false;
   const std::size_t hourDigits = text[1] == ':' ? 1 : 2;
-  if (text.size() < hourDigits + 9) return std::nullopt;
+  if (text.size() < hourDigits + 9) return false;
   const char* const p = text.data() + hourDigits;
   const bool isSeparated = p[0] == ':' && p[3] == ':' && (p[6] == ',' || p[6] == '.');
   const unsigned hours =
@@ -38,18 +38,20 @@ std::optional<WrittenTime> takeUsualTime(std::string_view& text) noexcept {
   const unsigned seconds = twoDigits(p + 4);
   unsigned milliseconds = 10 * twoDigits(p + 7);
   if (!isSeparated || hours > 99 || minutes > 99 || seconds > 99 || milliseconds > 990)
-    return std::nullopt;
-  if (hourDigits == 1 && hours > 9) return std::nullopt;
+    return false;
+  if (hourDigits == 1 && hours > 9) return false;
   std::size_t length = hourDigits + 9;
   if (length < text.size() && isDigit(text[length])) {
     milliseconds += static_cast<unsigned>(text[length++] - '0');
   }
-  if (length < text.size() && isDigit(text[length])) return std::nullopt;
+  if (length < text.size() && isDigit(text[length])) return false;
   text.remove_prefix(length);
-  TimeForm form = TimeForm::kUsual;
-  if (p[6] == ',' && length == 12) form = TimeForm::kSubRip;
-  if (p[6] == '.' && length == hourDigits + 9) form = TimeForm::kAss;
-  return WrittenTime{((hours * 60LL + minutes) * 60 + seconds) * 1000 + milliseconds, 3, form};
+  time.milliseconds = ((hours * 60LL + minutes) * 60 + seconds) * 1000 + milliseconds;
+  time.fields = 3;
+  time.form = TimeForm::kUsual;
+  if (p[6] == ',' && length == 12) time.form = TimeForm::kSubRip;
+  if (p[6] == '.' && length == hourDigits + 9) time.form = TimeForm::kAss;
+  return true;
 }
 
 /// Drops a comma or a point that no fraction follows.
@@ -61,24 +63,17 @@ void dropLoneSeparator(std::string_view& text) noexcept {
   if (!goesOn) text = rest;
 }
 
-}  // namespace
-
-std::optional<WrittenTime> takeTime(std::string_view& text) noexcept {
-  std::string_view rest = withoutLeadingBlanks(text);
-  if (const auto usual = takeUsualTime(rest)) {
-    text = rest;
-    return usual;
-  }
+bool takeAnyTime(std::string_view& text, WrittenTime& time) noexcept {
+  std::string_view rest = text;
   const bool isNegative = rest.starts_with('-');
   if (isNegative || rest.starts_with('+')) rest.remove_prefix(1);
   const auto first = takeDigits(rest);
-  if (!first) return std::nullopt;
+  if (!first) return false;
   const auto second = takeFieldBehind(rest, ":");
-  if (!second) return std::nullopt;
+  if (!second) return false;
   const auto third = takeFieldBehind(rest, ":");
   const auto fraction = takeFieldBehind(rest, third ? ",.:" : ",.");
   if (!fraction) dropLoneSeparator(rest);
-  WrittenTime time;
   time.fields = third ? 3 : 2;
   const long long seconds = third ? (first->value * 60 + second->value) * 60 + third->value
                                   : first->value * 60 + second->value;
@@ -87,6 +82,19 @@ std::optional<WrittenTime> takeTime(std::string_view& text) noexcept {
   const bool isUsual = third && fraction && second->count == 2 && third->count == 2 && !isNegative;
   if (isUsual) time.form = TimeForm::kUsual;
   text = rest;
+  return true;
+}
+
+}  // namespace
+
+std::optional<WrittenTime> takeTime(std::string_view& text) noexcept {
+  std::string_view rest = withoutLeadingBlanks(text);
+  std::optional<WrittenTime> time(std::in_place);
+  if (takeUsualTime(rest, *time) || takeAnyTime(rest, *time)) {
+    text = rest;
+  } else {
+    time.reset();
+  }
   return time;
 }
 

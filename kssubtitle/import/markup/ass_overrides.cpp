@@ -6,6 +6,7 @@
 #include <cstdint>
 
 #include "kssubtitle/import/text/ascii.h"
+#include "kssubtitle/import/text/scan.h"
 
 namespace kssubtitle::importing {
 namespace {
@@ -25,22 +26,33 @@ std::optional<std::string_view> valueOf(std::string_view tag, std::string_view n
 }
 
 /// The length of the tag behind a backslash: up to the next one, but for those in parentheses,
-/// which say what the text becomes in time.
-std::size_t tagLength(std::string_view block) noexcept {
-  const std::size_t next = std::min(block.find('\\'), block.size());
-  if (block.substr(0, next).find('(') == block.npos) return next;
-  std::size_t depth = 0;
-  for (std::size_t i = 0; i < block.size(); ++i) {
-    if (block[i] == '(') ++depth;
-    if (block[i] == ')' && depth > 0) --depth;
-    if (block[i] == '\\' && depth == 0) return i;
+/// which say what the text becomes in time. Requires: a '}' follows, which ends it at the latest.
+std::size_t tagLength(std::string_view text) noexcept {
+  std::size_t length = 0;
+  for (std::size_t depth = 0; text[length] != '}'; ++length) {
+    if (text[length] == '\\' && depth == 0) break;
+    if (text[length] == '(') ++depth;
+    if (text[length] == ')' && depth > 0) --depth;
   }
-  return block.size();
+  return length;
 }
 
-/// Whether a tag may be one of those that are read; the names of most are not.
-bool mayMatter(std::string_view tag) noexcept {
-  return !tag.empty() && std::string_view("p1cribusa").find(tag.front()) != tag.npos;
+/// Whether a tag that begins with `c` may be one of those that are read; most are not.
+constexpr bool mayMatter(char c) noexcept {
+  switch (c) {
+    case 'p':
+    case '1':
+    case 'c':
+    case 'r':
+    case 'i':
+    case 'b':
+    case 'u':
+    case 's':
+    case 'a':
+      return true;
+    default:
+      return false;
+  }
 }
 
 /// Takes the overrides of a text one after the other and keeps the state that they leave.
@@ -49,15 +61,17 @@ class Overrides {
   Overrides(const AssStyle& base, const AssStyles& styles) noexcept
       : event_(base), base_(base.style), style_(base.style), styles_(styles) {}
 
-  /// What stands between '{' and '}'.
-  void take(std::string_view block) {
-    for (std::size_t at = block.find('\\'); at != block.npos; at = block.find('\\')) {
-      block.remove_prefix(at + 1);
-      const std::size_t length = tagLength(block);
-      const std::string_view tag = withoutBlanks(block.substr(0, length));
-      if (mayMatter(tag)) takeTag(tag);
-      block.remove_prefix(length);
+  /// Takes the block off that `text` begins with. Requires: it ends.
+  void take(std::string_view& text) {
+    text.remove_prefix(1);
+    while (text.front() != '\\' && text.front() != '}') text.remove_prefix(1);
+    while (text.front() == '\\') {
+      text = withoutLeadingBlanks(text.substr(1));
+      const std::size_t length = tagLength(text);
+      if (mayMatter(text.front())) takeTag(withoutTrailingBlanks(text.substr(0, length)));
+      text.remove_prefix(length);
     }
+    text.remove_prefix(1);
   }
 
   const Style& style() const noexcept { return style_; }
@@ -129,13 +143,16 @@ class Overrides {
 class Writer {
  public:
   Writer(std::string_view text, const AssStyle& base, const AssStyles& styles, CueText& out)
-      : rest_(text), out_(out), overrides_(base, styles) {
+      : rest_(text),
+        behindBlocks_(text.size() - (text.rfind('}') + 1)),
+        out_(out),
+        overrides_(base, styles) {
     out_.setStyle(overrides_.style());
   }
 
   AssTextTraits write() {
     while (!rest_.empty()) {
-      takeText(plainLength());
+      takeText(findAny<'{', '\\'>(rest_));
       if (rest_.empty()) break;
       if (rest_.front() == '{') {
         takeBlock();
@@ -148,12 +165,6 @@ class Writer {
   }
 
  private:
-  std::size_t plainLength() const noexcept {
-    std::size_t length = 0;
-    while (length < rest_.size() && rest_[length] != '{' && rest_[length] != '\\') ++length;
-    return length;
-  }
-
   void takeText(std::size_t length) {
     if (length > 0 && !overrides_.isDrawing()) out_.append(rest_.substr(0, length));
     rest_.remove_prefix(length);
@@ -161,14 +172,12 @@ class Writer {
 
   /// A block that does not end is text.
   void takeBlock() {
-    const std::size_t end = traits_.isUnclosed ? rest_.npos : rest_.find('}');
-    if (end == rest_.npos) {
+    if (rest_.size() <= behindBlocks_) {
       traits_.isUnclosed = true;
       return takeText(1);
     }
-    overrides_.take(rest_.substr(1, end - 1));
+    overrides_.take(rest_);
     out_.setStyle(overrides_.style());
-    rest_.remove_prefix(end + 1);
   }
 
   void takeBackslash() {
@@ -186,6 +195,7 @@ class Writer {
   }
 
   std::string_view rest_;
+  std::size_t behindBlocks_;  // how many characters follow the last '}'
   CueText& out_;
   Overrides overrides_;
   AssTextTraits traits_;

@@ -4,22 +4,17 @@
 #include <algorithm>
 
 #include "kssubtitle/import/markup/html_tags.h"
-#include "kssubtitle/import/markup/white_space.h"
 #include "kssubtitle/import/text/unicode.h"
 
 namespace kssubtitle::importing {
-void CueText::append(std::string_view characters) {
-  if (isHtml_) {
-    line_ += characters;
-    if (!runs_.empty() && runs_.back().style == style_) {
-      runs_.back().end = line_.size();
-    } else {
-      runs_.push_back({line_.size(), style_});
-    }
-    return;
+
+void CueText::appendToHtml(std::string_view characters) {
+  line_ += characters;
+  if (!runs_.empty() && runs_.back().style == style_) {
+    runs_.back().end = line_.size();
+  } else {
+    runs_.push_back({line_.size(), style_});
   }
-  if (arena_.text().size() == lineBegin_) characters.remove_prefix(leadingWhiteSpace(characters));
-  put(characters);
 }
 
 void CueText::append(char32_t c) {
@@ -47,11 +42,6 @@ std::string_view CueText::finish() {
   }
   lineBegin_ = 0;
   return arena_.finish();
-}
-
-void CueText::put(std::string_view characters) {
-  characters.copy(arena_.room(characters.size()), characters.size());
-  arena_.wrote(characters.size());
 }
 
 void CueText::endHtmlLine() {

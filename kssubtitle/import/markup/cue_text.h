@@ -10,6 +10,7 @@
 #include "kssubtitle/import/ksImportOptions.h"
 #include "kssubtitle/import/markup/style.h"
 #include "kssubtitle/import/markup/text_arena.h"
+#include "kssubtitle/import/markup/white_space.h"
 
 namespace kssubtitle::importing {
 
@@ -25,7 +26,11 @@ class CueText {
   /// The style of what is appended next; a new text has none.
   void setStyle(const Style& style) noexcept { style_ = style; }
   /// Appends characters (valid UTF-8, no line feed) as they stand.
-  void append(std::string_view characters);
+  void append(std::string_view characters) {
+    if (isHtml_) return appendToHtml(characters);
+    if (arena_.text().size() == lineBegin_) characters.remove_prefix(leadingWhiteSpace(characters));
+    put(characters);
+  }
   /// Appends a scalar value; a line feed or carriage return ends the line.
   void append(char32_t c);
   void endLine();
@@ -38,7 +43,11 @@ class CueText {
     Style style;
   };
 
-  void put(std::string_view characters);
+  void put(std::string_view characters) {
+    characters.copy(arena_.room(characters.size()), characters.size());
+    arena_.wrote(characters.size());
+  }
+  void appendToHtml(std::string_view characters);
   void endHtmlLine();
   void putRun(const Style& style, std::string_view characters, bool isFirst);
   void openTags();

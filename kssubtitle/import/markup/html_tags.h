@@ -1,11 +1,11 @@
 // The small set of tags and entities that texts with style are written in.
 #pragma once
 
-#include <algorithm>
 #include <iterator>
 #include <string_view>
 
 #include "kssubtitle/import/markup/style.h"
+#include "kssubtitle/import/text/scan.h"
 
 namespace kssubtitle::importing {
 
@@ -60,7 +60,7 @@ void putClosingTags(const Style& style, Put put) {
 template <typename Put>
 void putEscaped(std::string_view characters, Put put) {
   while (!characters.empty()) {
-    const std::size_t plain = std::min(characters.find_first_of("&<>"), characters.size());
+    const std::size_t plain = findAny<'&', '<', '>'>(characters);
     put(characters.substr(0, plain));
     characters.remove_prefix(plain);
     if (characters.empty()) return;

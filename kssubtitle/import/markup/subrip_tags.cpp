@@ -2,7 +2,6 @@
 #include "kssubtitle/import/markup/subrip_tags.h"
 
 #include <algorithm>
-#include <array>
 
 #include "kssubtitle/import/markup/ass_overrides.h"
 #include "kssubtitle/import/markup/entities.h"
@@ -12,6 +11,12 @@ namespace kssubtitle::importing {
 namespace {
 
 constexpr bool isSpace(char c) noexcept { return isBlank(c) || c == '\n'; }
+
+/// Most texts end in a blank line.
+std::string_view withoutBlankLinesBehind(std::string_view text) noexcept {
+  while (!text.empty() && isSpace(text.back())) text.remove_suffix(1);
+  return text;
+}
 
 /// The length of what is a tag's name at the front of `text`.
 std::size_t nameLength(std::string_view text) noexcept {
@@ -54,37 +59,31 @@ constexpr std::string_view kCodes = "yfscp";
 /// Walks over a text and hands its pieces on.
 class Writer {
  public:
-  Writer(std::string_view text, CueText& out) noexcept : rest_(text), out_(out) {}
+  Writer(std::string_view text, SubRipMarks& marks, CueText& out) noexcept
+      : rest_(withoutBlankLinesBehind(text)), marks_(marks), out_(out) {}
 
   TextTraits write() {
     while (!rest_.empty()) {
-      takePlain();
+      takeLines(marks_.countBefore(rest_));
       if (!rest_.empty()) takeSpecial();
     }
-    traits_.isUnclosed = style_.isAnyOpen();
-    return traits_;
+    return {alignment_, style_.isAnyOpen()};
   }
 
  private:
-  static constexpr auto kIsSpecial = [] {
-    std::array<bool, 256> special{};
-    for (const char c : {'\n', '<', '{', '&'}) special[static_cast<unsigned char>(c)] = true;
-    return special;
-  }();
-
-  void takePlain() {
-    std::size_t length = 0;
-    while (length < rest_.size() && !kIsSpecial[static_cast<unsigned char>(rest_[length])]) {
-      ++length;
+  void takeLines(std::size_t length) {
+    for (std::string_view plain = rest_.substr(0, length);;) {
+      const std::size_t end = plain.find('\n');
+      takeText(std::min(end, plain.size()));
+      if (end == plain.npos) return;
+      out_.endLine();
+      rest_.remove_prefix(1);
+      plain.remove_prefix(end + 1);
     }
-    if (length > 0) takeText(length);
   }
 
   void takeSpecial() {
     switch (rest_.front()) {
-      case '\n':
-        out_.endLine();
-        return rest_.remove_prefix(1);
       case '<':
         return takeTag();
       case '{':
@@ -95,7 +94,7 @@ class Writer {
   }
 
   void takeText(std::size_t length) {
-    out_.append(rest_.substr(0, length));
+    if (length > 0) out_.append(rest_.substr(0, length));
     rest_.remove_prefix(length);
   }
 
@@ -111,7 +110,7 @@ class Writer {
     const std::size_t length = overrideLength(rest_, kCodes);
     if (length == 0) return takeText(1);
     const std::string_view block = rest_.substr(0, length);
-    if (!traits_.alignment) traits_.alignment = alignmentOfOverride(block);
+    if (!alignment_) alignment_ = alignmentOfOverride(block);
     rest_.remove_prefix(length);
   }
 
@@ -123,9 +122,10 @@ class Writer {
   }
 
   std::string_view rest_;
+  SubRipMarks& marks_;
   CueText& out_;
   TagStyle style_;
-  TextTraits traits_;
+  std::optional<int> alignment_;
 };
 
 }  // namespace
@@ -194,8 +194,8 @@ bool mayBeSubRipMarkup(std::string_view text) noexcept {
   }
 }
 
-TextTraits writeSubRipText(std::string_view text, CueText& out) {
-  return Writer(text, out).write();
+TextTraits writeSubRipText(std::string_view text, SubRipMarks& marks, CueText& out) {
+  return Writer(text, marks, out).write();
 }
 
 }  // namespace kssubtitle::importing

@@ -5,6 +5,7 @@
 #include <string_view>
 
 #include "kssubtitle/import/markup/cue_text.h"
+#include "kssubtitle/import/text/scan.h"
 
 namespace kssubtitle::importing {
 
@@ -14,10 +15,13 @@ struct TextTraits {
   bool isUnclosed = false;  ///< A tag is not closed.
 };
 
+/// Finds what may be markup in a file's text.
+using SubRipMarks = RareCharacters<'<', '{', '&'>;
+
 /// Writes the lines of a cue without `<i> <b> <u> <s> <font ...>` and their ends, paired or not,
 /// and without "{\...}" and "{y:...}" with their like; entities become characters. Anything else in
-/// brackets is text.
-TextTraits writeSubRipText(std::string_view text, CueText& out);
+/// brackets is text. `marks` are those of what `text` is a part of.
+TextTraits writeSubRipText(std::string_view text, SubRipMarks& marks, CueText& out);
 /// Whether what `text`, which is not empty, begins with would stand for something else than itself
 /// if some of what follows it were escaped.
 bool mayBeSubRipMarkup(std::string_view text) noexcept;

@@ -52,6 +52,7 @@ void Moments::settle() {
   Active active = active_;
   endUntil(std::numeric_limits<long long>::max());
   active_ = std::move(active);
+  groupEnds();
 }
 
 std::optional<Moment> Moments::at(long long t) const noexcept {
@@ -99,20 +100,29 @@ void Moments::endUntil(long long time) {
 }
 
 void Moments::noteEnd(int cue, long long end) {
-  auto group = static_cast<std::size_t>(cue);
-  for (std::size_t level = 0; level == 0 || greatestEnds_[level - 1].size() > 1; ++level) {
-    group /= kGroup;
-    if (level == greatestEnds_.size()) {
-      greatestEnds_.emplace_back();
-      if (level > 0) greatestEnds_[level].push_back(greatestEnds_[level - 1].front());
-    }
-    std::vector<long long>& ends = greatestEnds_[level];
-    if (group == ends.size()) {
-      ends.push_back(end);
-    } else {
-      ends[group] = std::max(ends[group], end);
+  std::vector<long long>& ends = greatestEnds_.front();
+  if (static_cast<std::size_t>(cue) % kGroup == 0) {
+    ends.push_back(end);
+  } else {
+    ends.back() = std::max(ends.back(), end);
+  }
+}
+
+/// Sees to the groups of groups that are not up to date.
+void Moments::groupEnds() {
+  std::size_t first = grouped_;
+  for (std::size_t level = 0; greatestEnds_[level].size() > 1; ++level) {
+    if (level + 1 == greatestEnds_.size()) greatestEnds_.emplace_back();
+    const std::vector<long long>& below = greatestEnds_[level];
+    std::vector<long long>& ends = greatestEnds_[level + 1];
+    first /= kGroup;
+    ends.resize(first);
+    for (std::size_t at = first * kGroup; at < below.size(); at += kGroup) {
+      const auto group = std::span(below).subspan(at, std::min(kGroup, below.size() - at));
+      ends.push_back(*std::max_element(group.begin(), group.end()));
     }
   }
+  grouped_ = std::max<std::size_t>(greatestEnds_.front().size(), 1) - 1;
 }
 
 /// Finds those of `cues` in one group of a level that are shown at `time`. Groups behind `cues`

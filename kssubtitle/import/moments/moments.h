@@ -63,6 +63,7 @@ class Moments {
   void cutAt(long long time);
   void endUntil(long long time);
   void noteEnd(int cue, long long end);
+  void groupEnds();
   void search(std::span<const ksImportCue> cues, std::size_t level, std::size_t group,
               long long time, std::vector<int>& found) const;
 
@@ -70,7 +71,9 @@ class Moments {
   std::vector<int> shown_;
   std::size_t settled_ = 0;  // how many of them no later cue can change
   Active active_;
-  std::vector<std::vector<long long>> greatestEnds_;  // [n]: of each group of 16^(n+1) cues
+  // [n]: of each group of 16^(n+1) cues.
+  std::vector<std::vector<long long>> greatestEnds_ = std::vector<std::vector<long long>>(1);
+  std::size_t grouped_ = 0;  // how many groups of the lowest level no later cue can change
   int count_ = 0;
 };
 

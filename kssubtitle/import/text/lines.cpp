@@ -6,36 +6,46 @@
 namespace kssubtitle::importing {
 namespace {
 
-/// How many places of `size` are counted. Blocks of a fixed size, whose counts fit a byte, are what
-/// compilers turn into vector instructions: lone carriage returns are looked for in every file.
-template <typename IsCounted>
-std::size_t countPlaces(std::size_t size, IsCounted isCounted) noexcept {
-  constexpr std::size_t kBlock = 128;
-  std::size_t count = 0;
-  std::size_t i = 0;
-  for (; i + kBlock <= size; i += kBlock) {
-    unsigned char inBlock = 0;
-    for (std::size_t j = 0; j < kBlock; ++j) {
-      inBlock = static_cast<unsigned char>(inBlock + (isCounted(i + j) ? 1 : 0));
-    }
-    count += inBlock;
+struct EndCounts {
+  std::size_t lf = 0;
+  std::size_t cr = 0;
+  std::size_t crLf = 0;
+};
+
+/// Counts in less than 256 characters, so that the counts fit a byte: this is what compilers turn
+/// into vector instructions. Reads the character behind them.
+inline void countInBlock(const char* p, std::size_t size, EndCounts& counts) noexcept {
+  unsigned char lf = 0;
+  unsigned char cr = 0;
+  unsigned char crLf = 0;
+  for (std::size_t i = 0; i < size; ++i) {
+    const int isLf = p[i] == '\n' ? 1 : 0;
+    const int isCr = p[i] == '\r' ? 1 : 0;
+    const int isInFrontOfLf = p[i + 1] == '\n' ? 1 : 0;
+    lf = static_cast<unsigned char>(lf + isLf);
+    cr = static_cast<unsigned char>(cr + isCr);
+    crLf = static_cast<unsigned char>(crLf + (isCr & isInFrontOfLf));
   }
-  for (; i < size; ++i) count += isCounted(i) ? 1U : 0U;
-  return count;
+  counts.lf += lf;
+  counts.cr += cr;
+  counts.crLf += crLf;
 }
 
-std::size_t countOf(std::string_view text, char c) noexcept {
-  const char* const p = text.data();
-  return countPlaces(text.size(), [p, c](std::size_t i) { return p[i] == c; });
+EndCounts countEnds(const std::string& text) noexcept {
+  constexpr std::size_t kBlock = 128;
+  EndCounts counts;
+  std::size_t at = 0;
+  for (; at + kBlock <= text.size(); at += kBlock) countInBlock(text.data() + at, kBlock, counts);
+  countInBlock(text.data() + at, text.size() - at, counts);
+  return counts;
 }
 
-/// How many line feeds have a carriage return `distance` characters in front of them.
-std::size_t countReturnsBefore(std::string_view text, std::size_t distance) noexcept {
-  if (text.size() <= distance) return 0;
-  const char* const p = text.data();
-  return countPlaces(text.size() - distance, [p, distance](std::size_t i) {
-    return static_cast<int>(p[i] == '\r') + static_cast<int>(p[i + distance] == '\n') == 2;
-  });
+/// Whether every line feed has two carriage returns in front of it.
+bool allFollowTwoReturns(std::string_view text) noexcept {
+  for (std::size_t at = text.find('\n'); at != text.npos; at = text.find('\n', at + 1)) {
+    if (at < 2 || text[at - 1] != '\r' || text[at - 2] != '\r') return false;
+  }
+  return true;
 }
 
 /// In a text in which some carriage returns stand without a line feed these alone end lines.
@@ -55,11 +65,9 @@ ksImportLineEnds settleLineEnds(std::string& text) {
   if (text.find('\r') == text.npos) {
     return text.find('\n') == text.npos ? ksImportLineEnds::kNone : ksImportLineEnds::kLf;
   }
-  const std::size_t lf = countOf(text, '\n');
-  const std::size_t cr = countOf(text, '\r');
-  const std::size_t crLf = countReturnsBefore(text, 1);
+  const auto [lf, cr, crLf] = countEnds(text);
   if (cr == crLf) return lf == crLf ? ksImportLineEnds::kCrLf : ksImportLineEnds::kMixed;
-  const bool isDoubled = lf > 0 && crLf == lf && countReturnsBefore(text, 2) == lf;
+  const bool isDoubled = lf > 0 && allFollowTwoReturns(text);
   if (isDoubled && cr == 2 * lf) return ksImportLineEnds::kCrCrLf;
   endLinesAtLoneReturns(text, isDoubled ? "\r\r\n" : "\r\n");
   return lf == 0 ? ksImportLineEnds::kCr : ksImportLineEnds::kMixed;
@@ -81,7 +89,9 @@ bool dropMarks(std::string& text) {
   return true;
 }
 
-int countLines(std::string_view text) noexcept { return static_cast<int>(countOf(text, '\n')); }
+int countLines(std::string_view text) noexcept {
+  return static_cast<int>(std::count(text.begin(), text.end(), '\n'));
+}
 
 std::size_t httpHeaderLength(std::string_view text) noexcept {
   if (!startsWithNoCase(text, "Content-Type:")) return 0;
