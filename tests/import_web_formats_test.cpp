@@ -83,6 +83,8 @@ std::vector<Case> samiCases() {
        "<SYNC Start=-5><P>a<SYNC Start=9><P>c<SYNC Start=7><P>b<SYNC Start=9><P>d"
        "<SYNC><P>x<SYNC Start=1234567890123><P>y<SYNC Start=99999999999>",
        "-5-7 a|7-9 b|9-99999999999 c|9-99999999999 d"},
+      {"Ends", "<SYNC Start=1 End=3><P>a<SYNC Start='5' End='9'><P>b<SYNC Start=7 End=8><P>c",
+       "1-3 a|5-7 b|7-8 c"},
       {"Without_paragraphs", "<SYNC Start=1>a<SYNC Start=2><SYNC Start=3>b</BODY></SAMI>\nc",
        "1-2 a|3-5003 b"},
       {"Text_like_tags",

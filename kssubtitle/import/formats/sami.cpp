@@ -16,16 +16,16 @@
 namespace kssubtitle::importing {
 namespace {
 
-/// The time of a SYNC, in milliseconds; some write it as a clock shows it.
-std::optional<long long> startOf(const LooseTag& sync) noexcept {
-  std::string_view value = sync.attribute("start");
+/// A time of a SYNC, in milliseconds; some write it as a clock shows it.
+std::optional<long long> timeOf(const LooseTag& sync, std::string_view key) noexcept {
+  std::string_view value = sync.attribute(key);
   if (const auto time = takeTime(value)) return time->milliseconds;
   return takeInteger(value);
 }
 
 struct Paragraph {
   long long start = 0;
-  long long end = kNever;
+  long long end = kNever;        // at first what the SYNC says, as few do
   SamiClass* ofClass = nullptr;  // null: it belongs to all
   std::string_view text;
   int sync = 0;  // behind which one it stands
@@ -99,11 +99,12 @@ class Scanner {
   void beginSync(const LooseTag& tag, std::size_t begin, std::size_t end) {
     line_ += countLines(text_.substr(countedTo_, begin - countedTo_));
     countedTo_ = begin;
-    const auto start = startOf(tag);
+    const auto start = timeOf(tag, "start");
     if (!start) return notes_.add(ksImportProblem::kTimeUnreadable, line_);
     place_ = Place::kSync;
     begin_ = end;
-    next_ = {*start, kNever, nullptr, {}, next_.sync + 1, line_};
+    const long long saidEnd = timeOf(tag, "end").value_or(kNever);
+    next_ = {*start, saidEnd, nullptr, {}, next_.sync + 1, line_};
   }
 
   void beginParagraph(const LooseTag& tag, std::size_t begin, std::size_t end) {
@@ -147,8 +148,8 @@ void select(const SamiClass& language, std::vector<Paragraph>& paragraphs) {
   for (Paragraph& paragraph : paragraphs) paragraph.ofClass = nullptr;
 }
 
-/// A paragraph ends where the next one of its class begins, or one that belongs to all; if there is
-/// none, where any begins.
+/// A paragraph ends where its SYNC says or, if that is earlier, the next one of its class begins,
+/// or one that belongs to all; if there is none, where any begins.
 class Ends {
  public:
   /// Sets those of the paragraphs, which begin at one time. Requires: the later ones are done.
@@ -156,7 +157,7 @@ class Ends {
     std::for_each(begin, end, [this](Paragraph* paragraph) {
       const SamiClass* const ofClass = paragraph->ofClass;
       const long long next = ofClass != nullptr ? std::min(ofClass->next, nextOfAll_) : nextOfAny_;
-      paragraph->end = next == kNever ? nextOfAny_ : next;
+      paragraph->end = std::min(paragraph->end, next == kNever ? nextOfAny_ : next);
     });
     std::for_each(begin, end, [this](Paragraph* paragraph) {
       (paragraph->ofClass != nullptr ? paragraph->ofClass->next : nextOfAll_) = paragraph->start;
@@ -232,7 +233,7 @@ Likelihood likelihoodOfSami(std::string_view text) {
     const std::size_t sync = findNoCase(line.text, "<sync");
     if (sync == line.text.npos) continue;
     const LooseTag tag = LooseTags().at(text.substr(line.begin + sync));
-    if (tag.opens("sync") && startOf(tag)) return Likelihood::kLikely;
+    if (tag.opens("sync") && timeOf(tag, "start")) return Likelihood::kLikely;
   }
   return Likelihood::kNone;
 }
