@@ -314,6 +314,10 @@ TEST(Import, notesOfTheFirstLines_areKept) {
   EXPECT_TRUE(notesOf(parser).starts_with("4 Overlap; 7 CueWithoutText; 9 Cue"));
   EXPECT_EQ(parser.report().notes().back().line, 7 + 2 * 998);
   EXPECT_EQ(parser.report().count(ksImportProblem::kCueWithoutText), 2500U);
+  ksImportOptions options;
+  options.encoding = "UTF-8";
+  EXPECT_FALSE(openText(parser, std::string(1500, '\xFF'), options));
+  EXPECT_EQ(parser.report().notes().size(), 1000U);
 }
 
 TEST(Import, aMove_leavesTheSourceClosedAndViewsValid) {

@@ -142,6 +142,7 @@ void ksImportParser::close() {
 bool ksImportParser::refuse(ksImportRefusal refusal, int systemError) noexcept {
   report_.data_->refusal = refusal;
   report_.data_->systemError = systemError;
+  report_.data_->notes.sortByLine();
   return false;
 }
 
