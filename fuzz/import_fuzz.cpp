@@ -150,6 +150,7 @@ ShownCues shownCues(const ksImportParser& parser) {
   for (const ksImportCue& cue : parser.cues()) {
     const long long start = std::max(cue.start, 0LL);
     const long long end = std::min(cue.end, 3'599'999'999'999'999'990LL);
+    if ((cue.flags & kImportDuplicate) != 0) continue;
     if (end > start) shown.emplace(start, end, cue.text, cue.alignment);
   }
   return shown;

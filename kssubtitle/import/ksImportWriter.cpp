@@ -19,7 +19,7 @@ std::vector<OutgoingCue> outgoing(std::span<const ksImportCue> cues, ksImportMar
   for (const ksImportCue& cue : cues) {
     const long long start = std::max(cue.start, 0LL);
     const long long end = std::min(cue.end, kLatest);
-    if (end <= start) continue;
+    if (end <= start || (cue.flags & kImportDuplicate) != 0) continue;
     const bool isKey = cue.alignment >= 1 && cue.alignment <= 9;
     OutgoingCue next{start, end, isKey ? cue.alignment : 2, styledText(cue.text, markup)};
     if (!next.text.characters.empty()) all.push_back(std::move(next));

@@ -23,14 +23,16 @@ enum class ksImportTarget {
 /// must have been asked for kHtml if style is to be kept, or be made by the host.
 ///
 /// What ksImportParser reads from it are the same cues, but for this:
-/// - A cue that is never shown, as its end is not behind its start or not above 0, is left out, and
-///   so is one without text. A start below 0 becomes 0, and no time goes beyond 999,999,999,999
-///   hours. ASS has hundredths of a second: times are rounded, to one hundredth of length at least.
+/// - A cue that is never shown, as its end is not behind its start or not above 0, or as it is
+///   marked kImportDuplicate, is left out, and so is one without text. A start below 0 becomes 0,
+///   and no time goes beyond 999,999,999,999 hours. ASS has hundredths of a second: times are
+///   rounded, to one hundredth of length at least.
 /// - WebVTT has no strike-out. ASS has no white that differs from no colour. kText has no style, no
 ///   alignment and no times.
 /// - WebVTT settings keep `alignment`; to other players they mean the line 0 or the middle of the
 ///   picture, and its left or right edge.
-/// - ASS cannot have braces in texts, which become parentheses. (A backslash that would begin a code
+/// - ASS cannot have braces in texts, which become parentheses. (A backslash that would begin a
+/// code
 ///   gets a word joiner, U+2060, behind it, which is not seen and which the parser takes off.)
 /// - Texts take the form that the parser gives them: no white space at the ends of lines, no empty
 ///   lines, no zero characters, and U+FFFD for bytes that are no UTF-8. An alignment that is no key

@@ -170,6 +170,7 @@ std::string jsonList(const std::vector<std::string>& texts) {
 
 std::string jsonRemarks(const Remarks& remarks) {
   std::vector<std::string> parts;
+  parts.reserve(remarks.size());
   for (const Remark& remark : remarks) {
     parts.push_back("{\"line\":" + std::to_string(remark.line) +
                     ",\"text\":" + jsonString(remark.sentence) + '}');

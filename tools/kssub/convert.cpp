@@ -93,6 +93,7 @@ EditedCues edited(EditedCues cues, const Edits& edits) {
 EditedCues cuesIn(const ksImportParser& parser) {
   EditedCues cues;
   for (const ksImportCue& cue : parser.cues()) {
+    if ((cue.flags & kImportDuplicate) != 0) continue;
     cues.push_back({cue.start, cue.end, cue.alignment, std::string(cue.text)});
   }
   return cues;

@@ -84,7 +84,9 @@ class Viewer {
   std::optional<long long> latestEnd_;
 };
 
-bool isShown(const ksImportCue& cue) { return cue.end > std::max(cue.start, 0LL); }
+bool isShown(const ksImportCue& cue) {
+  return cue.end > std::max(cue.start, 0LL) && (cue.flags & kImportDuplicate) == 0;
+}
 
 /// Those that begin before one that stands above them in the file.
 void findOutOfOrder(std::span<const ksImportCue> cues, std::vector<Finding>& findings) {
