@@ -250,8 +250,8 @@ TEST_F(KssubTest, play_gives_the_terminal_back_however_it_ends) {
     EXPECT_FALSE(run.isLinewise());
     run.send(signal);
     EXPECT_TRUE(run.read(kGivenBack).ends_with(kGivenBack));
-    EXPECT_TRUE(run.isLinewise());
     const int status = run.status();
+    EXPECT_TRUE(run.isLinewise());
     EXPECT_TRUE(WIFSIGNALED(status));
     EXPECT_EQ(WTERMSIG(status), signal);
   }

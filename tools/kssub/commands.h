@@ -43,5 +43,6 @@ std::unique_ptr<Command> makeConvert();
 std::unique_ptr<Command> makeList();
 std::unique_ptr<Command> makePicture();
 std::unique_ptr<Command> makePlay();
+std::unique_ptr<Command> makeTimeline();
 
 }  // namespace kssub

@@ -25,6 +25,7 @@ Commands makeCommands() {
   commands.push_back(kssub::makeAt());
   commands.push_back(kssub::makePlay());
   commands.push_back(kssub::makeCheck());
+  commands.push_back(kssub::makeTimeline());
   commands.push_back(kssub::makeConvert());
   commands.push_back(kssub::makePicture());
   return commands;

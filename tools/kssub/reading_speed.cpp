@@ -1,0 +1,17 @@
+// How fast a cue is to be read.
+#include "tools/kssub/reading_speed.h"
+
+#include <algorithm>
+
+namespace kssub {
+
+double charactersPerSecond(const ksImportCue& cue) {
+  if (cue.end <= cue.start) return 0;
+  const auto isCharacter = [](char c) {  // counted once, by the first byte
+    return c != '\n' && (static_cast<unsigned char>(c) & 0xC0) != 0x80;
+  };
+  const auto characters = static_cast<double>(std::ranges::count_if(cue.text, isCharacter));
+  return characters * 1000 / (static_cast<double>(cue.end) - static_cast<double>(cue.start));
+}
+
+}  // namespace kssub
