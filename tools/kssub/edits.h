@@ -53,8 +53,9 @@ EditedCues withoutOverlaps(EditedCues cues);
 /// Each cue lasts as long as that, but no longer than to where the next one begins.
 EditedCues lasting(EditedCues cues, long long least);
 
-/// Without descriptions of sounds: what stands in brackets or parentheses, and names in capitals
-/// with a colon in front of what is said. Cues without anything else go.
+/// Without descriptions of sounds: words in brackets or parentheses, unless a letter stands
+/// directly in front, and names in capitals with a colon in front of what is said. Cues without
+/// anything else go.
 EditedCues withoutSounds(EditedCues cues);
 
 /// Lines of at most so many characters where there are blanks to break them at, about equally long.

@@ -2,6 +2,7 @@
 #include <algorithm>
 #include <clocale>
 #include <cwctype>
+#include <iterator>
 #include <string_view>
 #include <utility>
 
@@ -13,6 +14,17 @@ namespace kssub {
 namespace {
 
 using Ranges = std::vector<TextRange>;
+
+locale_t unicodeLocale() {
+  const locale_t unicode = newlocale(LC_CTYPE_MASK, "C.UTF-8", nullptr);
+  return unicode != nullptr ? unicode : newlocale(LC_CTYPE_MASK, "C", nullptr);
+}
+
+/// What a test such as iswupper_l() says of a character of any script.
+bool isOf(int (*test)(std::wint_t, locale_t), char32_t c) {
+  static const locale_t locale = unicodeLocale();
+  return test(static_cast<std::wint_t>(c), locale) != 0;
+}
 
 bool isBlank(char c) { return c == ' ' || c == '\t'; }
 
@@ -46,40 +58,41 @@ TextRange widened(std::string_view text, TextRange range) {
   return range;
 }
 
-/// What stands in brackets of one kind, and those. Brackets that are not closed are text.
-void findBrackets(std::string_view text, std::string_view open, std::string_view close,
-                  Ranges& found) {
-  Ranges begun;
-  for (std::size_t i = 0; i < text.size(); ++i) {
-    const std::string_view rest = text.substr(i);
-    if (rest.starts_with(open)) {
-      begun.push_back({i, i});
-    } else if (!begun.empty() && rest.starts_with(close)) {
-      found.push_back(widened(text, {begun.back().begin, i + close.size()}));
+/// What stands in brackets of one kind, and those. Without a letter within, as in "[1 0]", or
+/// directly behind one, as in "f(x)", they are no description, and if they are not closed, text.
+Ranges bracketsIn(std::string_view text, char32_t open, char32_t close) {
+  struct Begun {
+    std::size_t at;
+    std::size_t lettersBefore;
+    bool isBehindWord;
+  };
+  Ranges found;
+  std::vector<Begun> begun;
+  std::size_t letters = 0;
+  bool isBehindWord = false;
+  for (std::size_t at = 0; at < text.size();) {
+    const auto [c, size] = decodeUtf8(text.substr(at));
+    if (c == open) begun.push_back({at, letters, isBehindWord});
+    at += size;
+    if (c == close && !begun.empty()) {
+      const Begun& last = begun.back();
+      const bool isDescription = letters > last.lettersBefore && !last.isBehindWord;
+      if (isDescription) found.push_back(widened(text, {last.at, at}));
       begun.pop_back();
     }
+    if (isOf(iswalpha_l, c)) ++letters;
+    isBehindWord = open < 0x80 && isOf(iswalnum_l, c);  // scripts with wide brackets have no blanks
   }
-}
-
-Ranges bracketsIn(std::string_view text) {
-  Ranges found;
-  findBrackets(text, "[", "]", found);
-  findBrackets(text, "(", ")", found);
-  findBrackets(text, "\uFF3B", "\uFF3D", found);
-  findBrackets(text, "\uFF08", "\uFF09", found);
   return found;
 }
 
-bool isLowerCase(char32_t c) {
-  static const locale_t locale = newlocale(LC_CTYPE_MASK, "C.UTF-8", nullptr);
-  return locale == nullptr ? c >= 'a' && c <= 'z'
-                           : iswlower_l(static_cast<std::wint_t>(c), locale) != 0;
-}
-
-bool isUpperCase(char32_t c) {
-  static const locale_t locale = newlocale(LC_CTYPE_MASK, "C.UTF-8", nullptr);
-  return locale == nullptr ? c >= 'A' && c <= 'Z'
-                           : iswupper_l(static_cast<std::wint_t>(c), locale) != 0;
+Ranges bracketsIn(std::string_view text) {
+  constexpr std::u32string_view kKinds = U"[]()\uFF3B\uFF3D\uFF08\uFF09";
+  Ranges found;
+  for (std::size_t i = 0; i < kKinds.size(); i += 2) {
+    std::ranges::copy(bracketsIn(text, kKinds[i], kKinds[i + 1]), std::back_inserter(found));
+  }
+  return found;
 }
 
 /// Where a name in capitals with its colon ends, which begins at `begin`; `begin` if none does.
@@ -95,8 +108,9 @@ std::size_t behindName(std::string_view text, std::size_t begin) {
       const bool isEnd = at == text.size() || isBlank(text[at]) || text[at] == '\n';
       return capitals > 1 && isEnd ? behindBlanks(text, at) : begin;
     }
-    if (isUpperCase(c)) ++capitals;
-    if (isLowerCase(c) || (!isUpperCase(c) && kMarks.find(c) == kMarks.npos)) return begin;
+    const bool isCapital = isOf(iswupper_l, c);
+    if (isCapital) ++capitals;
+    if (!isCapital && kMarks.find(c) == kMarks.npos) return begin;
   }
   return begin;
 }
