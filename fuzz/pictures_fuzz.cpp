@@ -61,7 +61,7 @@ void checkTimes(const ksImportPictures& pictures) {
 /// The first two bytes are the size of the index, the next ones the index, the others the stream.
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   if (size < 2) return 0;
-  const std::size_t indexSize = std::min<std::size_t>(data[0] << 8 | data[1], size - 2);
+  const std::size_t indexSize = std::min(std::size_t{data[0]} << 8 | data[1], size - 2);
   const std::uint8_t* const stream = data + 2 + indexSize;
   ksImportPictures pictures;
   const bool isOpen = pictures.OpenMemory(data + 2, indexSize, stream,

@@ -258,9 +258,9 @@ TEST(ImportPictures, units_tell_when_and_how_they_are_shown) {
        makeUnit(row), "1000-6000? 0,0 4x1", "a0ff b000 c0ff d0ff "},
       {"custom_off", std::string(kPalette) + "custom colors: OFF, tridx: 0, colors: a00000\n",
        makeUnit(row), "1000-6000? 0,0 4x1", "0000 11ff 22ff 33ff "},
-      {"greys", "", makeUnit(row), "1000-6000? 0,0 4x1", "0000 00ff 80ff ffff "},
+      {"greys", "", makeUnit(row), "1000-6000? 0,0 4x1", "ff00 ffff 7fff 00ff "},
       {"two_greys", "", with([](UnitParts& p) { p.later = "\3\x12\x10\4\xFF\xFF"; }),
-       "1000-6000? 0,0 4x1", "00ff 80ff ffff 80ff "},
+       "1000-6000? 0,0 4x1", "ffff 7fff 00ff 7fff "},
   };
   for (const auto& each : cases) {
     SCOPED_TRACE(each.name);

@@ -21,7 +21,8 @@ Rgba pixel(std::uint32_t rgb, unsigned alpha) noexcept {
   return {low(rgb >> 16), low(rgb >> 8), low(rgb), low(alpha)};
 }
 
-/// The visible colours, each spaced evenly between black and white, in the order of their codes.
+/// The visible colours, spaced evenly from white to black in the order of their codes: commonly the
+/// first is that of the letters.
 std::array<std::uint32_t, 4> greysOf(const Display& display) {
   std::array<unsigned, 4> ranks{};
   unsigned colors = 0;
@@ -34,11 +35,9 @@ std::array<std::uint32_t, 4> greysOf(const Display& display) {
     }
     colors = std::max(colors, ranks[i] + 1);
   }
-  std::array<std::uint32_t, 4> greys{};
-  for (unsigned i = 0; i < 4; ++i) {
-    const unsigned level = colors < 2 ? 255 : (255 * ranks[i] + (colors - 1) / 2) / (colors - 1);
-    greys[i] = level * 0x010101U;
-  }
+  const unsigned steps = std::max(colors, 2U) - 1;
+  std::array<std::uint32_t, 4> greys;
+  for (unsigned i = 0; i < 4; ++i) greys[i] = 255 * (steps - ranks[i]) / steps * 0x010101U;
   return greys;
 }
 

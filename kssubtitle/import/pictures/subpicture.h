@@ -20,7 +20,7 @@ struct Palette {
     std::array<bool, 4> isTransparent{};
   };
 
-  /// Without them a unit's colours are greys, the darker the lower their pixel code.
+  /// Without them a unit's colours are greys, the lighter the lower their pixel code.
   std::optional<std::array<std::uint32_t, 16>> colors;
   std::optional<Custom> custom;
   int alphaPercent = 100;  ///< Of what a unit or the custom colours say.
