@@ -77,7 +77,10 @@ struct ksImportPictures::Contents {
 
   // Of the language that is selected.
   std::size_t selected = 0;
-  std::vector<Surveyed> places;
+  struct Place {
+    std::uint64_t begin, end;  // in the stream
+  };
+  std::vector<Place> places;  // of the entries' units
   std::vector<ksImportPictureEntry> entries;
   std::vector<std::size_t> shown;  // the entries that may be
   Pair frame;
@@ -97,22 +100,23 @@ void ksImportPictures::Contents::select(std::size_t stream, Notes& notes) {
   selected = stream;
   notes = indexNotes;
   if (streams.empty()) return;
-  std::vector<Surveyed> surveyed = surveyStream(bytes, index, index.streams[stream], notes);
+  const std::vector<Surveyed> surveyed = surveyStream(bytes, index, index.streams[stream], notes);
   notes.sortByLine();
   frame = frameOf(index, surveyed);
+  places.reserve(surveyed.size());
   entries.reserve(surveyed.size());
   shown.reserve(surveyed.size());
   for (const Surveyed& each : surveyed) {
     if (each.entry.isForced || !index.showsForcedOnly) shown.push_back(entries.size());
+    places.push_back({each.begin, each.end});
     entries.push_back(each.entry);
   }
-  places = std::move(surveyed);
 }
 
 PictureCache::Picture ksImportPictures::Contents::read(std::size_t entry) {
   const std::scoped_lock lock(mutex);
   if (auto kept = cache.find(entry)) return kept;
-  const Surveyed& place = places[entry];
+  const Place& place = places[entry];
   const Unit unit = readUnit(bytes, place.begin, place.end, index.streams[selected].number);
   if (!unit.damage.empty()) return nullptr;
   const Subpicture subpicture = readSubpicture(unit.bytes);
