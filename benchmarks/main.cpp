@@ -13,6 +13,7 @@
 #include <type_traits>
 #include <vector>
 
+#include "benchmarks/formats.h"
 #include "benchmarks/import.h"
 #include "benchmarks/inputs.h"
 #include "benchmarks/measure.h"
@@ -90,6 +91,7 @@ void run(bool withGrowth) {
   const std::vector<Input> inputs = writeInputs();
   for (const Input& input : inputs) addAll(input);
   const ImportBenchmarks import(inputs);
+  const FormatBenchmarks formats(inputs[1]);
   std::vector<std::vector<Input>> growth;
   if (withGrowth) growth = writeOverrideTexts();
   for (const auto& series : growth) {
@@ -99,6 +101,7 @@ void run(bool withGrowth) {
   benchmark::RunSpecifiedBenchmarks(&results);
   printTables(inputs, results);
   import.print(results);
+  formats.print(results);
   for (const auto& series : growth) printGrowth(series, results);
 }
 

@@ -1,0 +1,29 @@
+// Every other format of the import library beside a pass over its own files.
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "benchmarks/inputs.h"
+#include "benchmarks/table.h"
+
+namespace bench {
+
+/// What is measured of the formats: `Open` of one film in each of them.
+class FormatBenchmarks {
+ public:
+  /// Adds them to what is run. `film` is a SubRip file.
+  explicit FormatBenchmarks(const Input& film);
+  /// Prints their table.
+  void print(const Results& results) const;
+
+ private:
+  struct File {
+    std::string format;
+    std::string title;
+  };
+
+  std::vector<File> files_;
+};
+
+}  // namespace bench
