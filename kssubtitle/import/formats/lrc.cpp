@@ -7,6 +7,7 @@
 #include "kssubtitle/import/formats/readers.h"
 #include "kssubtitle/import/formats/times.h"
 #include "kssubtitle/import/text/lines.h"
+#include "kssubtitle/import/text/scan.h"
 
 namespace kssubtitle::importing {
 namespace {
@@ -50,7 +51,7 @@ void writeLyrics(std::string_view text, CueText& out) {
       if (isBehindBlank) text = withoutLeadingBlanks(text);
       continue;
     }
-    const std::size_t length = std::min(text.find_first_of("<[", 1), text.size());
+    const std::size_t length = 1 + findAny<'<', '['>(text.substr(1));
     out.append(text.substr(0, length));
     isBehindBlank = isBlank(text[length - 1]);
     text.remove_prefix(length);

@@ -78,7 +78,8 @@ class TtmlReader {
         xml_(text_),
         document_{{}, {}, TtmlTimeline(isAbsolute)},
         paragraphs_(document_, sink, kMostPieceBytes * text_.size()),
-        line_(input.firstLine) {}
+        line_(input.firstLine),
+        lineEnd_(std::min(text_.find('\n'), text_.size())) {}
 
   void read();
   bool suggestsAbsolute() const noexcept { return document_.timeline.suggestsAbsolute(); }
@@ -106,8 +107,8 @@ class TtmlReader {
   TtmlContext body_;
   TtmlContext division_;
   std::vector<int> languages_;  // of the cues
-  std::size_t linePlace_ = 0;
-  int line_;  // the line there
+  int line_;                    // up to which they are counted
+  std::size_t lineEnd_;
 };
 
 /// Behind an error reading goes on with the next paragraph.
@@ -151,7 +152,7 @@ void TtmlReader::readRoot(pugi::xml_node root) {
 double TtmlReader::readChildren(pugi::xml_node parent, const TtmlContext& context, int depth) {
   double reference = context.time.begin;
   double last = reference;
-  for (const pugi::xml_node child : parent) {
+  for (pugi::xml_node child = parent.first_child(); child; child = child.next_sibling()) {
     const std::string_view name = localName(child.name());
     if (name == "head") document_.styles.readHead(child);
     if (name != "body" && name != "div" && name != "p") continue;
@@ -227,8 +228,10 @@ int TtmlReader::languageOf(std::string_view name) {
 
 /// Requires: places come in their order.
 int TtmlReader::lineAt(std::size_t place) noexcept {
-  line_ += countLines(text_.substr(linePlace_, place - linePlace_));
-  linePlace_ = place;
+  while (lineEnd_ < place) {
+    ++line_;
+    lineEnd_ = std::min(text_.find('\n', lineEnd_ + 1), text_.size());
+  }
   return line_;
 }
 

@@ -30,7 +30,8 @@ TtmlInterval timeFrom(double origin, double reference, const TtmlElement& elemen
 
 TtmlElement readTtmlElement(pugi::xml_node node, const TtmlRates& rates) noexcept {
   TtmlElement element;
-  for (const pugi::xml_attribute attribute : node.attributes()) {
+  for (pugi::xml_attribute attribute = node.first_attribute(); attribute;
+       attribute = attribute.next_attribute()) {
     const std::string_view name = localName(attribute.name());
     const std::string_view value = attribute.value();
     if (name == "begin") {

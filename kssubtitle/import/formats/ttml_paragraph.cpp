@@ -3,9 +3,11 @@
 
 #include <algorithm>
 #include <cmath>
+#include <cstdint>
 
 #include "kssubtitle/import/formats/ttml_names.h"
 #include "kssubtitle/import/markup/html_entities.h"
+#include "kssubtitle/import/text/scan.h"
 
 namespace kssubtitle::importing {
 namespace {
@@ -14,6 +16,28 @@ constexpr std::size_t kMostBoundaries = 64;
 
 constexpr bool isXmlSpace(char c) noexcept {
   return c == ' ' || c == '\n' || c == '\t' || c == '\r';
+}
+
+constexpr bool isLineEnd(char c) noexcept { return c == '\n' || c == '\r'; }
+
+/// How many characters, one at least, stand in front of the next one that may not stay as it is: a
+/// reference, or white space but for a single blank.
+std::size_t plainLength(std::string_view text) noexcept {
+  std::size_t at = 1;
+  for (; at + sizeof(std::uint64_t) < text.size(); at += sizeof(std::uint64_t)) {
+    const std::uint64_t word = wordAt(text.data() + at);
+    const std::uint64_t blanks =
+        markBytes(word, ' ') & markBytes(wordAt(text.data() + at + 1), ' ');
+    const std::uint64_t others = markBytes(word, '\n') | markBytes(word, '\t') |
+                                 markBytes(word, '\r') | markBytes(word, '&');
+    if (const std::uint64_t marks = blanks | others) return at + placeOf(marks);
+  }
+  const auto stays = [text](std::size_t i) {
+    const bool isDouble = text[i] == ' ' && i + 1 < text.size() && text[i + 1] == ' ';
+    return text[i] != '&' && (!isXmlSpace(text[i]) || (text[i] == ' ' && !isDouble));
+  };
+  while (at < text.size() && stays(at)) ++at;
+  return at;
 }
 
 bool isText(pugi::xml_node node) noexcept {
@@ -72,7 +96,7 @@ double TtmlParagraphs::write(pugi::xml_node node, const TtmlContext& context, in
 double TtmlParagraphs::collectSpans(pugi::xml_node node, const TtmlContext& context, int depth) {
   double reference = context.time.begin;
   double last = reference;
-  for (const pugi::xml_node child : node) {
+  for (pugi::xml_node child = node.first_child(); child; child = child.next_sibling()) {
     if (isText(child) && !isBlank(child.value())) {
       last = TtmlInterval::kNever;
       hasOwnText_ = hasOwnText_ || depth == 0;
@@ -189,10 +213,15 @@ void TtmlParagraphs::writeCue(const TtmlInterval& time) {
 }
 
 void TtmlParagraphs::writeChildren(pugi::xml_node node, const Style& style, bool keepsSpace) {
-  for (const pugi::xml_node child : node) {
+  for (pugi::xml_node child = node.first_child(); child; child = child.next_sibling()) {
     if (isText(child)) {
       sink_.text().setStyle(style);
-      writeText(child.value(), keepsSpace, child.type() == pugi::node_pcdata);
+      const bool hasReferences = child.type() == pugi::node_pcdata;
+      if (keepsSpace) {
+        writeTextAsItIs(child.value(), hasReferences);
+      } else {
+        writeText(child.value(), hasReferences);
+      }
     } else if (isInline(child)) {
       writeSpan(child);
     }
@@ -213,43 +242,44 @@ void TtmlParagraphs::writeSpan(pugi::xml_node node) {
   if (span.isFollowed) writeChildren(node, span.style, span.keepsSpace);
 }
 
-/// White space becomes one space each, or stays.
-void TtmlParagraphs::writeText(std::string_view text, bool keepsSpace, bool hasReferences) {
-  CueText& out = sink_.text();
-  std::size_t plain = 0;  // characters that stay as they are
-  while (plain < text.size()) {
-    const char c = text[plain];
-    const bool isSpace = isXmlSpace(c);
-    const bool isReference = c == '&' && hasReferences;
-    const bool isLineEnd = c == '\n' || c == '\r';
-    const bool isRedundant = isSpace && !keepsSpace && isBehindSpace_;
-    if (!isReference && !isRedundant && !isLineEnd && (c != '\t' || keepsSpace)) {
-      isBehindSpace_ = isSpace;
-      ++plain;
-      continue;
-    }
-    if (plain > 0) out.append(text.substr(0, plain));
-    text.remove_prefix(plain);
-    plain = 0;
-    if (isReference) {
-      takeHtmlEntity(text, out);
+/// White space becomes one space each.
+void TtmlParagraphs::writeText(std::string_view text, bool hasReferences) {
+  while (!text.empty()) {
+    const std::size_t length = plainLength(text);
+    if (isXmlSpace(text.front())) {
+      writeSpace();
+      text.remove_prefix(1);
+    } else if (hasReferences && text.front() == '&') {
+      takeHtmlEntity(text, sink_.text());
       isBehindSpace_ = false;
     } else {
-      writeSpace(keepsSpace);
-      text.remove_prefix(1);
+      sink_.text().append(text.substr(0, length));
+      isBehindSpace_ = text[length - 1] == ' ';
+      text.remove_prefix(length);
     }
   }
-  if (plain > 0) out.append(text);
 }
 
-/// Writes white space that does not stay as it is.
-void TtmlParagraphs::writeSpace(bool keepsSpace) {
-  if (keepsSpace) {
-    sink_.text().endLine();
-  } else if (!isBehindSpace_) {
-    sink_.text().append(" ");
-  }
+void TtmlParagraphs::writeSpace() {
+  if (!isBehindSpace_) sink_.text().append(" ");
   isBehindSpace_ = true;
+}
+
+/// White space stays, and line feeds end lines.
+void TtmlParagraphs::writeTextAsItIs(std::string_view text, bool hasReferences) {
+  isBehindSpace_ = false;
+  while (!text.empty()) {
+    if (isLineEnd(text.front())) {
+      sink_.text().endLine();
+      text.remove_prefix(1);
+    } else if (hasReferences && text.front() == '&') {
+      takeHtmlEntity(text, sink_.text());
+    } else {
+      const std::size_t length = 1 + findAny<'\n', '\r', '&'>(text.substr(1));
+      sink_.text().append(text.substr(0, length));
+      text.remove_prefix(length);
+    }
+  }
 }
 
 }  // namespace kssubtitle::importing

@@ -45,8 +45,9 @@ class TtmlParagraphs {
   void writeCue(const TtmlInterval& time);
   void writeChildren(pugi::xml_node node, const Style& style, bool keepsSpace);
   void writeSpan(pugi::xml_node node);
-  void writeText(std::string_view text, bool keepsSpace, bool hasReferences);
-  void writeSpace(bool keepsSpace);
+  void writeText(std::string_view text, bool hasReferences);
+  void writeSpace();
+  void writeTextAsItIs(std::string_view text, bool hasReferences);
 
   TtmlDocument& document_;
   CueSink& sink_;

@@ -84,6 +84,18 @@ double lengthOfFrames(const Digits& frames, const Fraction& subFrames,
   return count * 1000 / rates.frames;
 }
 
+/// The time that `text` is if it is of the usual form, "hh:mm:ss.fff".
+std::optional<double> usualTime(std::string_view text) noexcept {
+  constexpr std::string_view kForm = "00:00:00.000";
+  if (text.size() != kForm.size()) return std::nullopt;
+  for (std::size_t i = 0; i < kForm.size(); ++i) {
+    if (kForm[i] == '0' ? !isDigit(text[i]) : text[i] != kForm[i]) return std::nullopt;
+  }
+  const auto number = [text](std::size_t at) { return (text[at] - '0') * 10 + text[at + 1] - '0'; };
+  const int seconds = (number(0) * 60 + number(3)) * 60 + number(6);
+  return seconds * 1000.0 + number(9) * 10 + (text[11] - '0');
+}
+
 }  // namespace
 
 TtmlRates ttmlRatesOf(pugi::xml_node root, double frameRate) noexcept {
@@ -104,6 +116,7 @@ TtmlRates ttmlRatesOf(pugi::xml_node root, double frameRate) noexcept {
 }
 
 std::optional<double> ttmlTime(std::string_view text, const TtmlRates& rates) noexcept {
+  if (const auto usual = usualTime(text)) return usual;
   constexpr std::size_t kMostFields = 4;
   Digits fields[kMostFields];
   std::size_t count = 0;

@@ -5,6 +5,7 @@
 #include <charconv>
 
 #include "kssubtitle/import/text/ascii.h"
+#include "kssubtitle/import/text/scan.h"
 
 namespace kssubtitle::importing {
 namespace {
@@ -79,13 +80,20 @@ class Writer {
 
  private:
   std::string_view takeLine() noexcept {
-    std::size_t end = 0;
+    std::size_t end = possibleSeparator(0);
     std::size_t separator = 0;
-    for (; separator == 0 && end < text_.size(); ++end) separator = separatorLength(end);
-    if (separator > 0) --end;
+    while (end < text_.size() && (separator = separatorLength(end)) == 0) {
+      end = possibleSeparator(end + 1);
+    }
     const std::string_view line = text_.substr(0, end);
     text_.remove_prefix(end + separator);
     return line;
+  }
+
+  /// Where the first character is from `at` on that may end a line.
+  std::size_t possibleSeparator(std::size_t at) const noexcept {
+    const std::string_view rest = text_.substr(at);
+    return at + (markup_.hasBreaks ? findAny<'|', '\n', '['>(rest) : findAny<'|', '\n'>(rest));
   }
 
   /// How long what ends a line at `at` is; 0 if nothing does.
@@ -133,7 +141,7 @@ class Writer {
   }
 
   void takePiece() {
-    const std::size_t length = std::min(rest_.find_first_of("<{"), rest_.size());
+    const std::size_t length = findAny<'<', '{'>(rest_);
     if (length > 0) return takeText(length);
     if (!(rest_.front() == '{' ? takeCode() : takeTag())) takeText(1);
     setStyle();

@@ -4,14 +4,19 @@
 #include <algorithm>
 
 #include "kssubtitle/import/text/ascii.h"
+#include "kssubtitle/import/text/scan.h"
 
 namespace kssubtitle::importing {
 namespace {
 
-constexpr std::string_view kSpaces = " \t\r\n\v\f";
+/// How many characters stand in front of the first one of which `isSought` is true.
+template <typename IsSought>
+std::size_t countUpTo(std::string_view text, IsSought isSought) noexcept {
+  return static_cast<std::size_t>(std::find_if(text.begin(), text.end(), isSought) - text.begin());
+}
 
 std::string_view withoutLeadingSpaces(std::string_view text) noexcept {
-  return text.substr(std::min(text.find_first_not_of(kSpaces), text.size()));
+  return text.substr(countUpTo(text, [](char c) { return !isHtmlSpace(c); }));
 }
 
 struct Attribute {
@@ -25,7 +30,7 @@ std::string_view takeValue(std::string_view& rest) noexcept {
   const std::size_t closing = isQuoted ? rest.find(rest.front(), 1) : rest.npos;
   const std::size_t begin = isQuoted ? 1 : 0;
   const std::size_t end =
-      closing == rest.npos ? std::min(rest.find_first_of(kSpaces, begin), rest.size()) : closing;
+      closing == rest.npos ? begin + countUpTo(rest.substr(begin), isHtmlSpace) : closing;
   const std::string_view value = rest.substr(begin, end - begin);
   rest.remove_prefix(std::min(end + 1, rest.size()));
   return value;
@@ -33,8 +38,7 @@ std::string_view takeValue(std::string_view& rest) noexcept {
 
 /// Takes `key = value`, or a key alone, off the front of `rest`, which is not empty.
 Attribute takeAttribute(std::string_view& rest) noexcept {
-  constexpr std::string_view kKeyEnds = " \t\r\n\v\f=";
-  const std::size_t length = std::min(rest.find_first_of(kKeyEnds), rest.size());
+  const std::size_t length = countUpTo(rest, [](char c) { return isHtmlSpace(c) || c == '='; });
   Attribute attribute{rest.substr(0, length), {}};
   rest = withoutLeadingSpaces(rest.substr(length));
   if (!rest.starts_with('=')) return attribute;
@@ -57,21 +61,19 @@ std::size_t closingQuote(std::string_view text, std::size_t at) noexcept {
 /// The place of the '>' from `at` on that ends a tag, or of the '<' that comes before it; the size
 /// of `text` if neither comes.
 std::size_t tagEnd(std::string_view text, std::size_t at) noexcept {
-  while ((at = text.find_first_of("<>=", at)) != text.npos && text[at] == '=') {
-    at = text.find_first_not_of(kSpaces, at + 1);
-    if (at == text.npos) break;
+  while ((at += findAny<'<', '>', '='>(text.substr(at))) < text.size() && text[at] == '=') {
+    at = text.size() - withoutLeadingSpaces(text.substr(at + 1)).size();
+    if (at == text.size()) break;
     const bool isQuote = text[at] == '"' || text[at] == '\'';
     const std::size_t closing = isQuote ? closingQuote(text, at) : text.npos;
     if (closing != text.npos) at = closing + 1;
   }
-  return std::min(at, text.size());
+  return at;
 }
 
 constexpr bool isNameCharacter(char c) noexcept { return isLetter(c) || isDigit(c); }
 
 }  // namespace
-
-bool isHtmlSpace(char c) noexcept { return isBlank(c) || c == '\n'; }
 
 bool LooseTag::opens(std::string_view element) const noexcept {
   return !isClosing && equalNoCase(name, element);

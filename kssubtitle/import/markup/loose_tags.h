@@ -4,6 +4,8 @@
 #include <cstddef>
 #include <string_view>
 
+#include "kssubtitle/import/text/ascii.h"
+
 namespace kssubtitle::importing {
 
 /// What stands between '<' and '>'.
@@ -22,7 +24,7 @@ struct LooseTag {
 };
 
 /// White space between words, line ends included.
-bool isHtmlSpace(char c) noexcept;
+constexpr bool isHtmlSpace(char c) noexcept { return isBlank(c) || c == '\n'; }
 
 /// Recognises the tags of one text from its front to its back, in linear time.
 class LooseTags {

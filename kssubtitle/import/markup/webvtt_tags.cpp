@@ -6,6 +6,7 @@
 
 #include "kssubtitle/import/markup/html_entities.h"
 #include "kssubtitle/import/text/ascii.h"
+#include "kssubtitle/import/text/scan.h"
 
 namespace kssubtitle::importing {
 namespace {
@@ -30,7 +31,7 @@ class Writer {
   /// False if a tag does not end.
   bool write() {
     while (!rest_.empty()) {
-      const std::size_t plain = std::min(rest_.find_first_of("\n<&"), rest_.size());
+      const std::size_t plain = findAny<'\n', '<', '&'>(rest_);
       if (plain > 0) out_.append(rest_.substr(0, plain));
       rest_.remove_prefix(plain);
       if (!rest_.empty()) takeSpecial();
