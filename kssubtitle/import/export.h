@@ -1,5 +1,6 @@
 /// @file
-/// KSSUBTITLE_IMPORT_API marks what the import library exports; everything else stays hidden.
+/// KSSUBTITLE_IMPORT_API marks what the import library exports, KSSUBTITLE_IMPORT_LOCAL the members
+/// of exported classes that are none of the interface; everything else stays hidden.
 #pragma once
 
 #if defined(_WIN32)
@@ -8,7 +9,10 @@
 #else
 #define KSSUBTITLE_IMPORT_API __declspec(dllimport)
 #endif
+#define KSSUBTITLE_IMPORT_LOCAL
 #else
 /// What hosts may call.
 #define KSSUBTITLE_IMPORT_API __attribute__((visibility("default")))
+/// What hosts cannot reach.
+#define KSSUBTITLE_IMPORT_LOCAL __attribute__((visibility("hidden")))
 #endif

@@ -11,7 +11,8 @@ enum class ksImportMarkup {
   kHtml,   ///< As `<i> <b> <u> <s> <font color="#rrggbb">`, with `&amp; &lt; &gt;` for those signs.
 };
 
-/// How a file is read. As they are, the options find everything out from the file.
+/// How a file is read. As they are, the options find everything out from the file. The host makes
+/// them, so that members are added only with a new SOVERSION of the library.
 struct ksImportOptions {
   /// A name that ksImportFormats() has; empty: the file's content decides. Another name
   /// is refused.

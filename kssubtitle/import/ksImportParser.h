@@ -63,20 +63,23 @@ class KSSUBTITLE_IMPORT_API ksImportParser : public IParser {
   /// GetSubTitle() with one code point a character.
   SUBTITLE_ST_U GetSubTitleU(long long t) override;
   /// Every cue that has text, by start, then by place in the file; those that are never shown (end
-  /// not behind start, or not above 0, or kImportDuplicate) included. Valid until the next Open(), a failed one too.
+  /// not behind start, or not above 0, or kImportDuplicate) included. Valid until the next Open(),
+  /// a failed one too.
   std::span<const ksImportCue> cues() const noexcept;
   /// What was found out about the file. Valid as long as the parser.
   const ksImportReport& report() const noexcept { return report_; }
 
  private:
-  struct Contents;
+  struct KSSUBTITLE_IMPORT_LOCAL Contents;
 
-  bool openBytes(std::string bytes, std::string_view path, const ksImportOptions& options);
-  bool openText(std::string text, std::string_view path, const ksImportOptions& options);
-  void readCues(const kssubtitle::importing::Format& format,
-                const kssubtitle::importing::FormatInput& input);
-  bool refuse(ksImportRefusal refusal, int systemError = 0) noexcept;
-  void close();
+  KSSUBTITLE_IMPORT_LOCAL bool openBytes(std::string bytes, std::string_view path,
+                                         const ksImportOptions& options);
+  KSSUBTITLE_IMPORT_LOCAL bool openText(std::string text, std::string_view path,
+                                        const ksImportOptions& options);
+  KSSUBTITLE_IMPORT_LOCAL void readCues(const kssubtitle::importing::Format& format,
+                                        const kssubtitle::importing::FormatInput& input);
+  KSSUBTITLE_IMPORT_LOCAL bool refuse(ksImportRefusal refusal, int systemError = 0) noexcept;
+  KSSUBTITLE_IMPORT_LOCAL void close();
 
   std::unique_ptr<Contents> contents_;
   ksImportReport report_;

@@ -128,15 +128,17 @@ class KSSUBTITLE_IMPORT_API ksImportPictures {
   const ksImportReport& report() const noexcept { return report_; }
 
  private:
-  struct Contents;
+  struct KSSUBTITLE_IMPORT_LOCAL Contents;
 
-  bool open(std::unique_ptr<Contents> contents, std::string indexBytes,
-            const ksImportOptions& options);
-  bool readIndexText(Contents& contents, std::string bytes, const ksImportOptions& options);
-  bool finish(std::unique_ptr<Contents> contents, const ksImportOptions& options);
-  bool refuse(ksImportRefusal refusal, int systemError = 0,
-              std::string_view sentence = {}) noexcept;
-  void close();
+  KSSUBTITLE_IMPORT_LOCAL bool open(std::unique_ptr<Contents> contents, std::string indexBytes,
+                                    const ksImportOptions& options);
+  KSSUBTITLE_IMPORT_LOCAL bool readIndexText(Contents& contents, std::string bytes,
+                                             const ksImportOptions& options);
+  KSSUBTITLE_IMPORT_LOCAL bool finish(std::unique_ptr<Contents> contents,
+                                      const ksImportOptions& options);
+  KSSUBTITLE_IMPORT_LOCAL bool refuse(ksImportRefusal refusal, int systemError = 0,
+                                      std::string_view sentence = {}) noexcept;
+  KSSUBTITLE_IMPORT_LOCAL void close();
 
   std::unique_ptr<Contents> contents_;
   ksImportReport report_;
