@@ -143,10 +143,7 @@ class Overrides {
 class Writer {
  public:
   Writer(std::string_view text, const AssStyle& base, const AssStyles& styles, CueText& out)
-      : rest_(text),
-        behindBlocks_(text.size() - (text.rfind('}') + 1)),
-        out_(out),
-        overrides_(base, styles) {
+      : rest_(text), out_(out), overrides_(base, styles) {
     out_.setStyle(overrides_.style());
   }
 
@@ -170,9 +167,14 @@ class Writer {
     rest_.remove_prefix(length);
   }
 
+  bool isBlockClosed() noexcept {
+    if (!behindBlocks_) behindBlocks_ = rest_.size() - (rest_.rfind('}') + 1);
+    return rest_.size() > *behindBlocks_;
+  }
+
   /// A block that does not end is text.
   void takeBlock() {
-    if (rest_.size() <= behindBlocks_) {
+    if (!isBlockClosed()) {
       traits_.isUnclosed = true;
       return takeText(1);
     }
@@ -195,7 +197,7 @@ class Writer {
   }
 
   std::string_view rest_;
-  std::size_t behindBlocks_;  // how many characters follow the last '}'
+  std::optional<std::size_t> behindBlocks_;  // how many characters follow the last '}'
   CueText& out_;
   Overrides overrides_;
   AssTextTraits traits_;
