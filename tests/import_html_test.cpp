@@ -6,11 +6,6 @@
 
 namespace {
 
-std::string contentOf(const std::filesystem::path& path) {
-  std::ifstream file(path, std::ios::binary);
-  return {std::istreambuf_iterator<char>(file), {}};
-}
-
 /// Each cue with its times and alignment above its text.
 std::string readAsHtml(const std::filesystem::path& path) {
   ksImportOptions options;

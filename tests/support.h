@@ -10,6 +10,7 @@
 #include <fstream>
 #include <iterator>
 #include <ostream>
+#include <sstream>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -77,6 +78,13 @@ struct Width<wchar_t> {
     return result;
   }
 };
+
+/// What a file holds. (g++ takes iterators on its buffer for null pointers.)
+inline std::string contentOf(const std::string& path) {
+  std::ostringstream content;
+  content << std::ifstream(path, std::ios::binary).rdbuf();
+  return content.str();
+}
 
 /// A directory of its own for each test.
 class TempDir {

@@ -5,15 +5,10 @@ namespace {
 
 class TimelineTest : public KssubTest {
  protected:
-  std::string read(const std::string& name) const {
-    std::ifstream in(directory.path(name), std::ios::binary);
-    return {std::istreambuf_iterator<char>(in), {}};
-  }
-
   /// The picture of these files.
   std::string drawn(const std::string& files) const {
     expectRun("timeline " + files + " out.svg", "", "", 0);
-    return read("out.svg");
+    return contentOf(directory.path("out.svg"));
   }
 
   static std::ptrdiff_t count(const std::string& text, const std::string& pattern) {
@@ -67,15 +62,14 @@ TEST_F(TimelineTest, long_films_have_rows_and_several_files_share_them) {
 
 TEST_F(TimelineTest, documented_picture_is_what_the_program_draws) {
   const std::string film = PROJECT_ROOT "/examples/film/lighthouse";
-  std::ifstream documented(PROJECT_ROOT "/docs/timeline.svg");
   EXPECT_EQ(drawn(film + ".srt " + film + "-ru.srt " + film + "-signs.ass"),
-            std::string(std::istreambuf_iterator<char>(documented), {}));
+            contentOf(PROJECT_ROOT "/docs/timeline.svg"));
 }
 
 TEST_F(TimelineTest, pictures_are_png_files_too_and_appear_whole_or_not_at_all) {
   directory.write("film.srt", "1\n0:00:03,000 --> 0:00:06,000\nx\n");
   expectRun("timeline film.srt - out.png <film.srt", "", "", 0);
-  const std::string png = read("out.png");
+  const std::string png = contentOf(directory.path("out.png"));
   EXPECT_EQ(png.substr(0, 8), "\x89PNG\r\n\x1a\n");
   EXPECT_EQ(png.substr(16, 8), std::string("\0\0\4\x3c\0\0\0\x8e", 8));
   expectRun("timeline film.srt none.srt new.svg", "", "kssub: none.srt: cannot open: .*\n", 1);
