@@ -161,6 +161,9 @@ struct ImportPlayer {
     for (long long t = 0; t <= parser.DurationTime(); t += 500) {
       all += describe(parser.GetSubTitle(t)) + describe(parser.GetSubTitleU(t));
     }
+    for (const auto target : {ksImportTarget::kWebVtt, ksImportTarget::kAss}) {
+      all += writeCues(parser.cues(), target, options.markup);
+    }
     return all;
   }
   ksImportParser parser;

@@ -103,9 +103,10 @@ TEST_F(KssubTest, convert_refuses_what_it_cannot_do) {
               2);
   }
   expectRun("convert none.srt a.srt", "", "kssub: none.srt: cannot open: .*\n", 1);
-  expectRun("convert film.srt none/a.srt --until 5", "", "kssub: none/a.srt: cannot write: .*\n",
-            1);
+  expectRun("convert film.srt none/a.srt", "",
+            "film.srt: 1 cue .*\nkssub: none/a.srt: cannot write: .*\n", 1);
   EXPECT_EQ(countFiles(directory.path("")), 1);
+  expectRun("convert film.srt - --to srt --from 1:00:00", "", "film.srt: no cue is left\n", 0);
 }
 
 }  // namespace

@@ -66,9 +66,8 @@ double requireRate(const std::string& text) {
 
 /// What is to be done with cues.
 struct Edits {
-  long long from = 0;
-  long long until = std::numeric_limits<long long>::max();
-  bool isCut = false;
+  std::optional<long long> from;
+  std::optional<long long> until;
   TimeChange change;
   std::vector<TimePair> pairs;
   bool hasNoSounds = false;
@@ -78,7 +77,10 @@ struct Edits {
 };
 
 EditedCues withNewTimes(EditedCues cues, const Edits& edits) {
-  if (edits.isCut) cues = within(std::move(cues), edits.from, edits.until);
+  if (edits.from || edits.until) {
+    constexpr long long kEnd = std::numeric_limits<long long>::max();
+    cues = within(std::move(cues), edits.from.value_or(0), edits.until.value_or(kEnd));
+  }
   return retimed(std::move(cues), edits.pairs.empty() ? edits.change : changeThrough(edits.pairs));
 }
 
@@ -139,7 +141,8 @@ class Convert : public Command {
     app.add_flag("--in-place", isInPlace_, "Replace IN, which is kept as IN.bak");
     app.add_option("--to", to_, "The format: srt, vtt, ass or txt, else by OUT's extension")
         ->type_name("FORMAT");
-    addTimeOptions(app);
+    addTimingOptions(app);
+    addSpanOptions(app);
     addTextOptions(app);
     addReadingOptions(app, request_.options);
     explainTimes(app);
@@ -151,7 +154,9 @@ class Convert : public Command {
     const ksImportParser parser = openedParser(request_);
     EditedCues cues = withNewTimes(cuesIn(parser), edits_);
     noteLeftOut(std::erase_if(cues, isNeverShown));
-    const std::string content = written(edited(std::move(cues), edits_), target_);
+    cues = edited(std::move(cues), edits_);
+    if (cues.empty()) std::cerr << terminalText(nameOf(request_)) << ": no cue is left\n";
+    const std::string content = written(cues, target_);
     if (isInPlace_) {
       replaceInput(content);
     } else if (output_ == "-") {
@@ -165,19 +170,22 @@ class Convert : public Command {
   }
 
  private:
-  void addTimeOptions(CLI::App& app) {
-    const auto addTime = [&](const char* name, auto set, const char* description) {
-      return app.add_option_function<std::string>(
-          name, [set](const std::string& text) { set(requireTime(text)); }, description);
-    };
-    CLI::Option* shift = addTime(
-                             "--shift", [this](long long time) { edits_.change.offset = time; },
-                             "Show all that much later, or earlier if it is negative")
-                             ->type_name("TIME");
+  template <typename Set>
+  static CLI::Option* addTime(CLI::App& app, const char* name, const char* description, Set set) {
+    return app
+        .add_option_function<std::string>(
+            name, [set](const std::string& text) { set(requireTime(text)); }, description)
+        ->type_name("TIME");
+  }
+
+  void addTimingOptions(CLI::App& app) {
+    CLI::Option* shift =
+        addTime(app, "--shift", "Show all that much later, or earlier if it is negative",
+                [this](long long time) { edits_.change.offset = time; });
     CLI::Option* scale = app.add_option_function<std::string>(
-                                "--scale", [this](const std::string& t) { setScale(t); },
-                                "From one frame rate to another, such as 25:23.976")
-                             ->type_name("FROM:TO");
+        "--scale", [this](const std::string& text) { setScale(text); },
+        "From one frame rate to another, such as 25:23.976");
+    scale->type_name("FROM:TO");
     app.add_option_function<std::vector<std::string>>(
            "--sync", [this](const std::vector<std::string>& texts) { setPairs(texts); },
            "A time in IN and what it becomes; two of them stretch what is between")
@@ -186,16 +194,15 @@ class Convert : public Command {
         ->allow_extra_args(false)
         ->excludes(shift)
         ->excludes(scale);
-    addTime(
-        "--from", [this](long long time) { setFrom(time); }, "Only what is shown from then on")
-        ->type_name("TIME");
-    addTime(
-        "--until", [this](long long time) { setUntil(time); }, "Only what is shown before")
-        ->type_name("TIME");
-    addTime(
-        "--min-duration", [this](long long time) { edits_.least = time; },
-        "Show each cue that long, if the next one lets it")
-        ->type_name("TIME");
+  }
+
+  void addSpanOptions(CLI::App& app) {
+    addTime(app, "--from", "Only what is shown from then on",
+            [this](long long time) { edits_.from = time; });
+    addTime(app, "--until", "Only what is shown before",
+            [this](long long time) { edits_.until = time; });
+    addTime(app, "--min-duration", "Show each cue that long, if the next one lets it",
+            [this](long long time) { edits_.least = time; });
     app.add_flag("--no-overlaps", edits_.hasNoOverlaps, "End each cue where the next one begins");
   }
 
@@ -206,16 +213,6 @@ class Convert : public Command {
     app.add_option("--wrap", edits_.width, "Break lines of more characters, evenly")
         ->type_name("NUMBER")
         ->check(CLI::Range(1, 10000));
-  }
-
-  void setFrom(long long time) {
-    edits_.from = time;
-    edits_.isCut = true;
-  }
-
-  void setUntil(long long time) {
-    edits_.until = time;
-    edits_.isCut = true;
   }
 
   void setScale(const std::string& text) {
