@@ -88,7 +88,7 @@ const Row kSubRip[] = {
      "1 TimeRepaired; 4 TimeRepaired; 4 CueWithoutText"},
     {"marks_in_front_of_lines",
      "\uFEFF\uFEFF1\n@1A\n\uFEFFB\uFEFF\n\u200E2\u00A0\n\u3000\u202A@3\u200EC\x1A\x1A",
-     "1000-2000 A|B\uFEFF; 3000-4000 \u200EC"},
+     "1000-2000 A|B; 3000-4000 \u200EC"},
     {"alignment", "@1{\\an8}A{\\an9}\n\n@3{\\an0}B", "1000-2000 @8 A; 3000-4000 B"},
     {"white_space", "@1\xC2\xA0 A\xC2\xA0 B \xE3\x80\x80\n\t\n\xE2\x80\x89<i> </i>\n",
      "1000-2000 A\xC2\xA0 B"},

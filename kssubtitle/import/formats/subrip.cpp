@@ -53,7 +53,7 @@ int takeArrow(std::string_view& text) noexcept {
 /// and some editors put them in front of every line.
 constexpr bool isInvisible(char32_t c) noexcept {
   return (c >= 0x200B && c <= 0x200F) || (c >= 0x202A && c <= 0x202E) ||
-         (c >= 0x2066 && c <= 0x2069) || c == 0xFEFF;
+         (c >= 0x2066 && c <= 0x2069);
 }
 
 /// `line` from its first character on that is seen.

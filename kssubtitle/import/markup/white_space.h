@@ -1,4 +1,4 @@
-// White space at the ends of a line, that of other scripts and no-break spaces included.
+// White space at the ends of a line: that of any script, no-break spaces and marks of UTF-8.
 #pragma once
 
 #include <cstddef>
