@@ -333,6 +333,42 @@ TEST_F(HardUse, threadsWithAnObjectEach_getTheirOwnAnswers) {
   }
 }
 
+/// Everything that a parser answers about a film of 100 cues, three at a time.
+std::string answersOf(ksImportParser& parser) {
+  std::string all;
+  for (long long t = 0; t < 12000; t += 37) {
+    const SUBTITLE_ST narrowAnswer = parser.GetSubTitle(t);
+    const SUBTITLE_ST_U wideAnswer = parser.GetSubTitleU(t);
+    all += std::to_string(narrowAnswer.start + wideAnswer.end) + narrowAnswer.text.getData();
+  }
+  for (const ksImportCue& cue : parser.cues()) all += cue.text;
+  for (const ksImportCondition& condition : parser.report().unmetConditions()) {
+    all += condition.name;
+  }
+  return all + std::to_string(parser.report().notes().size()) +
+         std::to_string(parser.DurationTime());
+}
+
+TEST_F(HardUse, threadsThatAskOneParser_getTheSameAnswers) {
+  std::string film;
+  for (int i = 1000; i < 1100; ++i) {
+    const auto time = [](int tenths) {
+      return "0:0:" + std::to_string(tenths / 10) + "." + std::to_string(tenths % 10);
+    };
+    film += time(i - 1000) + " --> " + time(i - 970) + "\nA" + std::to_string(i) + "\n\n";
+  }
+  ksImportParser parser;
+  ASSERT_TRUE(parser.OpenMemory(film.data(), film.size()));
+  const std::string expected = answersOf(parser);
+  std::atomic<int> differences = 0;
+  std::vector<std::jthread> running;
+  for (int i = 0; i < 8; ++i) {
+    running.emplace_back([&] { differences += answersOf(parser) != expected; });
+  }
+  running.clear();
+  EXPECT_EQ(differences, 0);
+}
+
 // The manager looks at the mark, then the parser opens the file, and for wide text that is not
 // UTF-16 once more; only the last of these does not look whether the file is empty.
 TEST_F(HardUse, filesThatChangeBetweenTwoOpens_areReadAsTheyAre) {

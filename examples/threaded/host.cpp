@@ -1,9 +1,11 @@
-// A host with a thread for each of its files: prints how long each runs and how often what is shown
-// changes.
-#include <kssubtitle/kssubtitle.h>
+// A host in which several threads ask one open parser at once, each about a part of the film:
+// prints how long each file runs and how often what is shown changes.
+#include <kssubtitle/import.h>
 
+#include <array>
 #include <cstddef>
 #include <iostream>
+#include <numeric>
 #include <string>
 #include <thread>
 #include <utility>
@@ -12,70 +14,62 @@
 namespace {
 
 constexpr long long kFrameTime = 40;
+constexpr std::size_t kThreads = 4;
 
-struct Report {
-  bool isOpen = false;
-  long long duration = 0;
-  int changes = 0;
-};
+using Span = std::pair<long long, long long>;
 
-using CueTimes = std::pair<long long, long long>;
-
-/// Of either width; both times are -1 when nothing is shown.
-CueTimes cueAt(ksSubtitleManager& subtitles, long long time) {
-  const SUBTITLE_ST cue = subtitles.GetSubTitle(time);
-  if (cue.start >= 0) return {cue.start, cue.end};
-  const SUBTITLE_ST_U wideCue = subtitles.GetSubTitleU(time);
-  return {wideCue.start, wideCue.end};
+/// When what is shown began and will end; both are -1 when nothing is.
+Span shownAt(ksImportParser& parser, long long time) {
+  const SUBTITLE_ST shown = parser.GetSubTitle(time);
+  return {shown.start, shown.end};
 }
 
-int countChanges(ksSubtitleManager& subtitles, long long duration) {
+/// Of the frames from the `first` one up to `end`, how many show something else than the one
+/// before.
+int countChanges(ksImportParser& parser, long long first, long long end) {
   int changes = 0;
-  CueTimes shown(-1, -1);
-  for (long long time = 0; time <= duration; time += kFrameTime) {
-    const CueTimes cue = cueAt(subtitles, time);
-    if (cue != shown) ++changes;
-    shown = cue;
+  Span before = shownAt(parser, (first - 1) * kFrameTime);
+  for (long long frame = first; frame < end; ++frame) {
+    const Span shown = shownAt(parser, frame * kFrameTime);
+    if (shown != before) ++changes;
+    before = shown;
   }
   return changes;
 }
 
-/// Has a manager of its own: threads may share none, but separate ones have nothing in common.
-Report reportOn(const std::string& path) {
-  ksSubtitleManager subtitles;
-  if (!subtitles.Open(path.c_str())) return {};
-  const long long duration = subtitles.DurationTime();
-  return {true, duration, countChanges(subtitles, duration)};
-}
-
-std::vector<Report> reportOnAll(const std::vector<std::string>& paths) {
-  std::vector<Report> reports(paths.size());
+/// Queries change nothing, so that threads may share a parser as long as none opens a file.
+int countAllChanges(ksImportParser& parser) {
+  const long long frames = parser.DurationTime() / kFrameTime + 1;
+  const auto part = [frames](std::size_t i) {
+    return frames * static_cast<long long>(i) / static_cast<long long>(kThreads);
+  };
+  std::array<int, kThreads> changes{};
   std::vector<std::jthread> threads;
-  for (std::size_t i = 0; i < paths.size(); ++i) {
-    threads.emplace_back([&report = reports[i], &path = paths[i]] { report = reportOn(path); });
+  for (std::size_t i = 0; i < kThreads; ++i) {
+    threads.emplace_back([&, i] { changes[i] = countChanges(parser, part(i), part(i + 1)); });
   }
-  threads.clear();  // joins them, before the reports are handed out
-  return reports;
+  threads.clear();  // joins them
+  return std::accumulate(changes.begin(), changes.end(), 0);
 }
 
 /// False if the file could not be opened.
-bool print(const std::string& path, const Report& report) {
-  if (report.isOpen) {
-    std::cout << path << ": " << report.duration << " ms, " << report.changes << " changes\n";
-  } else {
-    std::cerr << path << ": cannot open\n";
+bool reportOn(const std::string& path) {
+  ksImportParser parser;
+  if (!parser.Open(path.c_str())) {
+    std::cerr << path << ": " << parser.report().refusalText() << '\n';
+    return false;
   }
-  return report.isOpen;
+  std::cout << path << ": " << parser.DurationTime() << " ms, " << countAllChanges(parser)
+            << " changes\n";
+  return true;
 }
 
 }  // namespace
 
 int main(int count, char** arguments) {
-  const std::vector<std::string> paths(arguments + 1, arguments + count);
-  const std::vector<Report> reports = reportOnAll(paths);
   bool areAllOpen = true;
-  for (std::size_t i = 0; i < paths.size(); ++i) {
-    if (!print(paths[i], reports[i])) areAllOpen = false;
+  for (int i = 1; i < count; ++i) {
+    if (!reportOn(arguments[i])) areAllOpen = false;
   }
   return areAllOpen ? 0 : 1;
 }
