@@ -3,7 +3,6 @@
 
 #include <algorithm>
 #include <cmath>
-#include <cstdint>
 
 #include "kssubtitle/import/formats/ttml_names.h"
 #include "kssubtitle/import/markup/html_entities.h"
@@ -19,26 +18,6 @@ constexpr bool isXmlSpace(char c) noexcept {
 }
 
 constexpr bool isLineEnd(char c) noexcept { return c == '\n' || c == '\r'; }
-
-/// How many characters, one at least, stand in front of the next one that may not stay as it is: a
-/// reference, or white space but for a single blank.
-std::size_t plainLength(std::string_view text) noexcept {
-  std::size_t at = 1;
-  for (; at + sizeof(std::uint64_t) < text.size(); at += sizeof(std::uint64_t)) {
-    const std::uint64_t word = wordAt(text.data() + at);
-    const std::uint64_t blanks =
-        markBytes(word, ' ') & markBytes(wordAt(text.data() + at + 1), ' ');
-    const std::uint64_t others = markBytes(word, '\n') | markBytes(word, '\t') |
-                                 markBytes(word, '\r') | markBytes(word, '&');
-    if (const std::uint64_t marks = blanks | others) return at + placeOf(marks);
-  }
-  const auto stays = [text](std::size_t i) {
-    const bool isDouble = text[i] == ' ' && i + 1 < text.size() && text[i + 1] == ' ';
-    return text[i] != '&' && (!isXmlSpace(text[i]) || (text[i] == ' ' && !isDouble));
-  };
-  while (at < text.size() && stays(at)) ++at;
-  return at;
-}
 
 bool isText(pugi::xml_node node) noexcept {
   return node.type() == pugi::node_pcdata || node.type() == pugi::node_cdata;
@@ -245,7 +224,6 @@ void TtmlParagraphs::writeSpan(pugi::xml_node node) {
 /// White space becomes one space each.
 void TtmlParagraphs::writeText(std::string_view text, bool hasReferences) {
   while (!text.empty()) {
-    const std::size_t length = plainLength(text);
     if (isXmlSpace(text.front())) {
       writeSpace();
       text.remove_prefix(1);
@@ -253,6 +231,7 @@ void TtmlParagraphs::writeText(std::string_view text, bool hasReferences) {
       takeHtmlEntity(text, sink_.text());
       isBehindSpace_ = false;
     } else {
+      const std::size_t length = 1 + findAnyOrBlanks<'\n', '\t', '\r', '&'>(text.substr(1));
       sink_.text().append(text.substr(0, length));
       isBehindSpace_ = text[length - 1] == ' ';
       text.remove_prefix(length);

@@ -2,12 +2,12 @@
 #include "kssubtitle/import/markup/sami_text.h"
 
 #include <algorithm>
-#include <array>
 #include <optional>
 
 #include "kssubtitle/import/markup/html_entities.h"
 #include "kssubtitle/import/markup/loose_tags.h"
 #include "kssubtitle/import/text/ascii.h"
+#include "kssubtitle/import/text/scan.h"
 
 namespace kssubtitle::importing {
 namespace {
@@ -46,34 +46,17 @@ class Writer {
   }
 
  private:
-  static constexpr auto kIsSpecial = [] {
-    std::array<bool, 256> special{};
-    for (const char c : {' ', '\t', '\r', '\n', '\v', '\f', '<', '&'}) {
-      special[static_cast<unsigned char>(c)] = true;
-    }
-    return special;
-  }();
-
-  bool isSpecialAt(std::size_t at) const noexcept {
-    return at == rest_.size() || kIsSpecial[static_cast<unsigned char>(rest_[at])];
-  }
-
   /// Takes words with a space between each two.
   void takePlain() {
-    std::size_t length = 0;
-    while (!isSpecialAt(length)) {
-      do {
-        ++length;
-      } while (!isSpecialAt(length));
-      if (length < rest_.size() && rest_[length] == ' ' && !isSpecialAt(length + 1)) ++length;
-    }
-    if (length > 0) takeText(length);
+    const char first = rest_.front();
+    if (isHtmlSpace(first) || first == '<' || first == '&') return;
+    takeText(1 + findAnyOrBlanks<'\t', '\r', '\n', '\v', '\f', '<', '&'>(rest_.substr(1)));
   }
 
   void takeText(std::size_t length) {
     out_.append(rest_.substr(0, length));
+    isBehindSpace_ = rest_[length - 1] == ' ';
     rest_.remove_prefix(length);
-    isBehindSpace_ = false;
   }
 
   void takeSpecial() {

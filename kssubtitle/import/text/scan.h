@@ -42,6 +42,32 @@ std::size_t findAny(std::string_view text) noexcept {
   return at;
 }
 
+/// The high bits of those bytes of `word` that are `c`, and of no others.
+constexpr std::uint64_t markBytesExactly(std::uint64_t word, char c) noexcept {
+  constexpr std::uint64_t kOnes = 0x0101010101010101U;
+  constexpr std::uint64_t kLow = kOnes * 0x7F;
+  const std::uint64_t difference = word ^ (kOnes * static_cast<unsigned char>(c));
+  return ~(((difference & kLow) + kLow) | difference | kLow);
+}
+
+/// The first place in `text` of any of the characters, or of a blank that another one follows; its
+/// size if there is none: where prose ends of which each white space is to become one blank.
+template <char... kSought>
+std::size_t findAnyOrBlanks(std::string_view text) noexcept {
+  std::size_t at = 0;
+  for (; at + sizeof(std::uint64_t) < text.size(); at += sizeof(std::uint64_t)) {
+    const std::uint64_t word = wordAt(text.data() + at);
+    const std::uint64_t next = wordAt(text.data() + at + 1);
+    const std::uint64_t blanks = markBytesExactly(word, ' ') & markBytesExactly(next, ' ');
+    if (const std::uint64_t marks = (markBytes(word, kSought) | ...) | blanks) {
+      return at + placeOf(marks);
+    }
+  }
+  const auto isBlanks = [text](std::size_t i) { return text.substr(i, 2) == "  "; };
+  while (at < text.size() && ((text[at] != kSought) && ...) && !isBlanks(at)) ++at;
+  return at;
+}
+
 /// Finds characters that are rare in a text: each is looked for again only once it was passed.
 template <char... kSought>
 class RareCharacters {
