@@ -164,6 +164,7 @@ class TextReport {
 
 std::string jsonList(const std::vector<std::string>& texts) {
   std::vector<std::string> parts;
+  parts.reserve(texts.size());
   for (const std::string& text : texts) parts.push_back(jsonString(text));
   return '[' + joined(parts, ",") + ']';
 }
