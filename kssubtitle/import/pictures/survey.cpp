@@ -86,13 +86,11 @@ class Surveyor {
   }
 
   void note(const ksImportPictureEntry& entry) {
-    const auto add = [&](bool holds, ksImportProblem problem) {
-      if (holds) notes_.add(problem, entry.line);
-    };
-    const bool isSound = entry.damage.empty();
-    add(!isSound, ksImportProblem::kPictureDamaged);
-    add(isSound && entry.isEndAssumed, ksImportProblem::kEndAssumed);
-    add(isSound && subpicture_.control.changesColors, ksImportProblem::kColorsChange);
+    if (!entry.damage.empty()) {
+      notes_.add(ksImportProblem::kPictureDamaged, entry.line);
+    } else if (subpicture_.control.changesColors) {
+      notes_.add(ksImportProblem::kColorsChange, entry.line);
+    }
   }
 
   StreamBytes& bytes_;
@@ -102,14 +100,17 @@ class Surveyor {
   Subpicture subpicture_;  // of the unit that was read last
 };
 
-/// A picture without an end is shown until another one begins.
-void assumeEnds(std::vector<Surveyed>& all) noexcept {
+/// A picture without an end is shown until another one begins, as the format has it; only the end
+/// of the last one is a guess.
+void assumeEnds(std::vector<Surveyed>& all, Notes& notes) {
   std::size_t next = all.size();  // the first one that starts later
   for (std::size_t i = all.size(); i-- > 0;) {
     ksImportPictureEntry& entry = all[i].entry;
     if (i + 1 < all.size() && all[i + 1].entry.start > entry.start) next = i + 1;
     if (!entry.isEndAssumed) continue;
-    entry.end = next < all.size() ? all[next].entry.start : entry.start + kLastLasts;
+    const bool isLast = next == all.size();
+    entry.end = isLast ? entry.start + kLastLasts : all[next].entry.start;
+    if (isLast && entry.damage.empty()) notes.add(ksImportProblem::kEndAssumed, entry.line);
   }
 }
 
@@ -121,7 +122,7 @@ std::vector<Surveyed> surveyStream(StreamBytes& bytes, const PictureIndex& index
   std::stable_sort(all.begin(), all.end(), [](const Surveyed& a, const Surveyed& b) {
     return a.entry.start < b.entry.start;
   });
-  assumeEnds(all);
+  assumeEnds(all, notes);
   return all;
 }
 
