@@ -285,7 +285,7 @@ std::string tailOf(std::string_view format) {
 }
 
 std::string writeFile(const Format& format, const Cues& film) {
-  const std::string path = std::string(INPUT_DIRECTORY "/film.") + format.name;
+  std::string path = std::string(INPUT_DIRECTORY "/film.") + format.name;
   std::ofstream file(path, std::ios::binary);
   file << format.head;
   for (const CueView& cue : film) file << format.write(cue);
@@ -321,7 +321,8 @@ FormatBenchmarks::FormatBenchmarks(const Input& film) {
     measureReading("import/film." + name, [path] { return openFile(path); });
     measureReading("pass/film." + name, [&format, path] { return passOver(format, path); });
     for (const Peer& peer : peers()) {
-      if (!peer.readsSubRip || peer.read(path) != subRip.cues.size()) continue;
+      const bool reads = peer.readsSubRip && name != "ttml";
+      if (!reads || peer.read(path) != subRip.cues.size()) continue;
       measureReading(peer.name + "/film." + name, [read = peer.read, path] { return read(path); });
     }
     files_.push_back({name, name + ", " + std::to_string(parser.report().size() / 1000) + " KB"});
