@@ -79,5 +79,22 @@ if(KSSUBTITLE_BUILD_TOOLS)
   set_target_properties(kssub PROPERTIES INSTALL_RPATH "${rpath}")
   install(TARGETS kssub COMPONENT Kssub)
   install(FILES tools/kssub/kssub.1 DESTINATION ${CMAKE_INSTALL_MANDIR}/man1 COMPONENT Kssub)
+
+  # Debian's zsh has another place for these than zsh by itself.
+  set(KSSUBTITLE_ZSH_COMPLETIONS ${CMAKE_INSTALL_DATADIR}/zsh/site-functions
+    CACHE STRING "Where the completions of kssub for zsh are installed")
+  foreach(shell bash fish zsh)
+    set(completions_${shell} ${PROJECT_BINARY_DIR}/completions.${shell})
+    add_custom_command(OUTPUT ${completions_${shell}}
+      COMMAND kssub completion ${shell} > ${completions_${shell}} VERBATIM)
+    list(APPEND completions ${completions_${shell}})
+  endforeach()
+  add_custom_target(completions ALL DEPENDS ${completions})
+  install(FILES ${completions_bash} RENAME kssub
+    DESTINATION ${CMAKE_INSTALL_DATADIR}/bash-completion/completions COMPONENT Kssub)
+  install(FILES ${completions_fish} RENAME kssub.fish
+    DESTINATION ${CMAKE_INSTALL_DATADIR}/fish/vendor_completions.d COMPONENT Kssub)
+  install(FILES ${completions_zsh} RENAME _kssub
+    DESTINATION ${KSSUBTITLE_ZSH_COMPLETIONS} COMPONENT Kssub)
   kssubtitle_install_documents(Kssub)
 endif()

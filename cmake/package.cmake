@@ -78,7 +78,8 @@ This package holds what is needed to build with the library: its headers, and
 files for CMake and pkg-config.")
 kssubtitle_package(Kssub kssub video "${kssub_depends}" "tell which subtitle is shown at a moment
 On the command line, kssub lists the subtitles of a file, tells which are
-shown at given times, plays them, and writes the pictures of VobSub files as
-PNG files. It shows what a media player with these libraries would.")
+shown at given times, plays them, checks, mends and converts them, draws them
+over the time of the film, and writes the pictures of VobSub files as PNG
+files. It shows what a media player with these libraries would.")
 
 include(CPack)

@@ -273,6 +273,22 @@ TEST_F(KssubTest, play_obeys_keys_and_takes_the_terminal_again_after_a_stop) {
   EXPECT_EQ(run.status(), 0);
 }
 
+TEST_F(KssubTest, shells_complete_command_lines) {
+  expectRun("completion bash >bash", "", "", 0);
+  const auto completed = [&](const std::string& words) {
+    const std::string script = "cd " + directory.path("") + "; . ./bash; COMP_WORDS=(" + words +
+                               " ''); COMP_CWORD=$((${#COMP_WORDS[@]} - 2)); _kssub; "
+                               "echo \"${COMPREPLY[@]}\"";
+    return Outcome("bash -c '" + replaced(script, "'", "'\\''") + "'").out;
+  };
+  EXPECT_EQ(completed("kssub p"), "play picture\n");
+  EXPECT_EQ(completed("kssub help ti"), "timeline\n");
+  EXPECT_EQ(completed("kssub play --f"), "--fallback --format --fps --from\n");
+  EXPECT_EQ(completed("kssub play --format web"), "webvtt\n");
+  EXPECT_EQ(completed("kssub play fi"), "\n");
+  expectRun("completion sh", "", "kssub: \"sh\" is none of .*\n.*\n", 2);
+}
+
 TEST_F(KssubTest, tables_fit_the_terminal) {
   const std::string file = directory.write(
       "wide.srt", "1\n00:00:01,000 --> 00:00:02,000\na b\n\u65e5\u672ce\u0301\u8a9e\n");

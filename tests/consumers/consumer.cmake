@@ -208,9 +208,10 @@ ${libdir}/pkgconfig/kssubtitle-import.pc"
     "(${libdir}/cmake/kssubtitle/kssubtitle[^;]*.cmake;)+${libdir}/libkssubtitle.so;\
 ${libdir}/pkgconfig/kssubtitle.pc;share/doc/libkssubtitle-dev/behaviour.md;\
 share/doc/libkssubtitle-dev/limits.md" "${library} \\(= ${version}-[a-z0-9]+\\)")
-  require_package(kssub "bin/kssub;share/man/man1/kssub.1.gz"
-    "${library} \\(>= ${version}\\), libkssubtitle-import${major} \\(>= ${version}\\), ${system}, \
-libpng16-16 [^,]*, ${cxx}.*")
+  require_package(kssub "bin/kssub;share/bash-completion/completions/kssub;\
+share/fish/vendor_completions.d/kssub.fish;share/man/man1/kssub.1.gz;share/zsh/[a-z-]+/_kssub"
+    "${library} \\(>= ${version}\\), libkssubtitle-import${major} \\(>= ${version}\\), libc6 [^,]*, \
+libcairo2 [^,]*, libgcc-s1 [^,]*, libpng16-16 [^,]*, ${cxx}.*")
   file(GLOB package ${work}/${library}_*.deb)
   run(dpkg-deb --info ${package} shlibs triggers)
   require("${output}" MATCHES "libkssubtitle ${major} ${library} .*activate-noawait ldconfig")

@@ -11,6 +11,7 @@
 #include "kssubtitle/version.h"
 #include "tools/kssub/colours.h"
 #include "tools/kssub/commands.h"
+#include "tools/kssub/completion.h"
 #include "tools/kssub/usage.h"
 
 namespace {
@@ -65,6 +66,9 @@ class CommandLine {
     CLI::App* help = app_.add_subcommand("help", "Print the help on a command");
     help->group("Commands");
     help->add_option("COMMAND", topic_, "Which command")->type_name("");
+    CLI::App* completion = app_.add_subcommand("completion", "Print what completes commands");
+    completion->group("");  // for those who make packages
+    completion->add_option("SHELL", shell_, "bash, fish or zsh")->required()->type_name("");
     app_.footer(
         "kssub help COMMAND, or kssub COMMAND --help, shows the options of a command and "
         "examples.\n"
@@ -91,7 +95,9 @@ class CommandLine {
     for (const auto& command : commands_) {
       if (command->introduction().name == name) return command->run();
     }
-    return help(topic_);
+    if (name == "help") return help(topic_);
+    std::cout << kssub::completionScript(app_, shell_);
+    return kssub::kSuccess;
   }
 
   int help(const std::string& topic) const {
@@ -101,6 +107,7 @@ class CommandLine {
 
   Commands commands_ = makeCommands();
   std::string topic_;
+  std::string shell_;
   CLI::App app_{"Tells what is in a subtitle file, and which subtitle is shown at a time.",
                 "kssub"};
 };
