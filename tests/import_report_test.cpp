@@ -70,4 +70,23 @@ TEST(ImportReport, eachProblem_isNotedAtItsLineWithItsSentence) {
   EXPECT_EQ(problems.size(), kImportProblems - 2);  // the others are those of pictures
 }
 
+TEST(ImportReport, whatIsTakenForSubtitles_isCalledByItsName) {
+  const std::tuple<std::string, ksImportRefusal, const char*> cases[] = {
+      {"PK\3\4"s, ksImportRefusal::kBinary, "ZIP archive"},
+      {"\x1A\x45\xDF\xA3"s, ksImportRefusal::kBinary, "Matroska"},
+      {std::string(5000, '\0'), ksImportRefusal::kBinary, "zero bytes"},
+      {"\xEF\xBB\xBF \r\n\n", ksImportRefusal::kUnknownFormat, "white space"},
+      {"\n<!DOCTYPE html><title>404</title>", ksImportRefusal::kUnknownFormat, "web page"},
+      {"{\\rtf1 A}", ksImportRefusal::kUnknownFormat, "plain text"},
+      {"A letter.", ksImportRefusal::kUnknownFormat, "not in any subtitle format"},
+  };
+  for (const auto& [bytes, refusal, part] : cases) {
+    ksImportParser parser;
+    EXPECT_FALSE(openText(parser, bytes));
+    EXPECT_EQ(parser.report().refusal(), refusal) << part;
+    EXPECT_NE(parser.report().refusalText().find(part), std::string_view::npos)
+        << parser.report().refusalText();
+  }
+}
+
 }  // namespace

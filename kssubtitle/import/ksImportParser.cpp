@@ -170,7 +170,9 @@ bool ksImportParser::openText(std::string text, std::string_view path,
                                    : formatNamed(options.format);
   if (format == nullptr && !options.format.empty()) return refuse(ksImportRefusal::kUnknownOption);
   if (format == nullptr) {
-    return refuse(looksBinary(text) ? ksImportRefusal::kBinary : ksImportRefusal::kUnknownFormat);
+    if (looksBinary(text)) return refuse(ksImportRefusal::kBinary);
+    report.refusalSentence = sentenceOnOtherText(text);
+    return refuse(ksImportRefusal::kUnknownFormat);
   }
   report.format = format->name;
   if (hasEndMark || begin > 0) report.notes.fail(Condition::kCuesAlone);

@@ -114,6 +114,9 @@ FileBytes readFile(const char* path, std::size_t maxBytes) {
 
 RefusalAtSight refusalOf(std::string_view bytes) noexcept {
   if (bytes.empty()) return {ksImportRefusal::kEmpty, {}};
+  if (bytes.find_first_not_of('\0') == bytes.npos) {
+    return binary("The file holds zero bytes alone: it was not saved or not sent whole.");
+  }
   if (isPgs(bytes)) return kPgs;
   if (isVobSubIndex(bytes)) return kVobSubIndex;
   for (const Signature& signature : kSignatures) {
@@ -122,6 +125,16 @@ RefusalAtSight refusalOf(std::string_view bytes) noexcept {
       return signature.refusal;
     }
   }
+  return {};
+}
+
+std::string_view sentenceOnOtherText(std::string_view text) noexcept {
+  while (!text.empty() && (isBlank(text.front()) || text.front() == '\n')) text.remove_prefix(1);
+  if (text.empty()) return "The file is empty but for white space.";
+  if (startsWithNoCase(text, "<!doctype html") || startsWithNoCase(text, "<html")) {
+    return "The file is a web page, perhaps one that a site sent in place of subtitles.";
+  }
+  if (text.starts_with("{\\rtf")) return "The file is a rich text document: save it as plain text.";
   return {};
 }
 

@@ -28,7 +28,9 @@ struct RefusalAtSight {
   std::string_view sentence;
 };
 
-/// Of a file that begins with `bytes`; kNone if it may be text.
+/// Of a file that holds `bytes`; kNone if it may be text.
 RefusalAtSight refusalOf(std::string_view bytes) noexcept;
+/// A sentence on what a text of no known format is; empty where nothing can be said.
+std::string_view sentenceOnOtherText(std::string_view text) noexcept;
 
 }  // namespace kssubtitle::importing
