@@ -3,6 +3,7 @@
 #include "kssubtitle/import/ksImportPictures.h"
 
 #include <algorithm>
+#include <array>
 #include <mutex>
 #include <utility>
 
