@@ -66,7 +66,7 @@ std::vector<Case> timeCases() {
       {"Earlier_of_end_and_duration",
        body("<p begin='1s' end='9s' dur='2s'>a</p><p begin='4s' end='5s' dur='2s'>b</p>"),
        "1000-3000 a; 4000-5000 b"},
-      {"Ends_that_nobody_says", body("<p>a</p><p begin='2s' end='indefinite'>b</p>"),
+      {"Ends_that_nobody_says", body("<p>a</p><p begin='2s' end='indefinite' dur=''>b</p>"),
        "0-2000 a; 2000-7000 b", "1 EndAssumed"},
       {"No_times",
        body("<p begin='x' end='1s'>a</p>\n<p begin='1s' end='1:2:3:4:5'>b</p>"

@@ -10,7 +10,7 @@ namespace {
 
 void setTime(std::optional<double>& time, std::string_view value, const TtmlRates& rates,
              TtmlElement& element) noexcept {
-  if (value == "indefinite") return;
+  if (value.empty() || value == "indefinite") return;
   time = ttmlTime(value, rates);
   if (!time) element.hasBadTime = true;
 }
