@@ -83,7 +83,7 @@ struct ksImportNote {
 KSSUBTITLE_IMPORT_API std::string_view describe(const ksImportNote& note) noexcept;
 
 /// Something that a file must be for the fixed readers, those of ksSubtitleManager, to answer it as
-/// it is meant. Valid for ever.
+/// it is meant. Always valid.
 struct ksImportCondition {
   std::string_view name;      ///< A word or two, such as "line ends".
   std::string_view sentence;  ///< One English sentence on a file that is not so.

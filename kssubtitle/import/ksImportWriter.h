@@ -32,8 +32,7 @@ enum class ksImportTarget {
 /// - WebVTT settings keep `alignment`; to other players they mean the line 0 or the middle of the
 ///   picture, and its left or right edge.
 /// - ASS cannot have braces in texts, which become parentheses. (A backslash that would begin a
-/// code
-///   gets a word joiner, U+2060, behind it, which is not seen and which the parser takes off.)
+///   code gets a word joiner, U+2060, behind it, which is not seen and which the parser takes off.)
 /// - Texts take the form that the parser gives them: no white space at the ends of lines, no empty
 ///   lines, no zero characters, and U+FFFD for bytes that are no UTF-8. An alignment that is no key
 ///   of the number pad is 2.

@@ -16,7 +16,7 @@ using kssubtitle::internal::kWideMark;
 constexpr int kNone = 0;
 constexpr int kSubRip = 1;
 constexpr int kScript = 2;
-constexpr int kWide = 3;  // is added
+constexpr int kWide = 3;  // added to a format's key
 
 /// The format that the extension names, in lower case.
 int formatOf(std::string_view path) noexcept {

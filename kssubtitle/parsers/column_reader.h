@@ -1,4 +1,5 @@
-// Reads the columns of a line one after the other.
+// Reads the columns of a line one after the other: of scripts, and for the field readers that
+// parsers have.
 #pragma once
 
 #include <algorithm>
@@ -71,6 +72,7 @@ class ColumnReader {
   /// A column read by integerOf().
   int integer(Char separator = Char{','}) { return integerOf(text(separator)); }
 
+  /// A column read by scanFloat(), in lower case.
   double real(Char separator = Char{','}) {
     std::basic_string<Char> token(text(separator));
     for (Char& c : token) c = WidthRules<Char>::toLower(c);

@@ -22,7 +22,7 @@ Key keyOf(std::basic_string_view<Char> text, const KeyName<Key> (&names)[kCount]
           Key other) noexcept {
   text = text.substr(0, text.find(Char{}));
   const auto equalLower = [](Char c, char expected) {
-    return c == expected || WidthRules<Char>::toLower(c) == static_cast<Char>(expected);
+    return WidthRules<Char>::toLower(c) == static_cast<Char>(expected);
   };
   for (const KeyName<Key>& entry : names) {
     if (std::equal(text.begin(), text.end(), entry.name.begin(), entry.name.end(), equalLower)) {

@@ -26,9 +26,8 @@
 /// - Pointers from getData() and the pointer conversion belong to the object and stay valid until
 ///   its next change.
 /// - Pointer arguments must not be null; `text = {}` passes one, and throws `std::logic_error`.
-/// - A standard string is made from a text by name, `std::string(text)`, and printed through
-/// getData():
-///   a conversion that is not asked for is ambiguous.
+/// - A standard string is made from a text by name, `std::string(text)`, and a text is printed
+///   through getData(): a conversion that is not asked for is ambiguous.
 /// - Nothing throws but what each operation names, and allocation failure.
 /// - No locks: one object must not be changed by one thread while another uses it.
 ///

@@ -20,6 +20,7 @@ namespace {
 
 constexpr std::size_t kBlockSize = 1 << 16;  // even, so that no 16-bit unit is torn
 constexpr std::size_t kProbeSize = 256;
+constexpr std::size_t kMarkSize = 2;
 
 using Bytes = std::span<const unsigned char>;
 
@@ -58,9 +59,10 @@ Mark markOf(Bytes head) {
 }
 
 /// The mark of a wide file alone does not tell: 8-bit text may stand behind it. UTF-16 text holds
-/// zero bytes in its digits and line feeds, 8-bit text holds none.
+/// zero bytes in its digits and line feeds, 8-bit text holds none. As the library looks.
 bool holdsZeroBytes(Bytes head) {
-  const Bytes probe = head.subspan(0, std::min(head.size(), kProbeSize));
+  const Bytes text = head.subspan(std::min(head.size(), kMarkSize));
+  const Bytes probe = text.subspan(0, std::min(text.size(), kProbeSize));
   return std::ranges::find(probe, 0) != probe.end();
 }
 

@@ -11,7 +11,7 @@
 namespace kssubtitle::internal {
 namespace {
 
-/// The Layer column, which SSA v4 has not: there "Marked=" stands in its place. Deliberate: in a
+/// The Layer column, which SSA v4 does not have: "Marked=" stands there. Deliberate: in a
 /// script that is not ASS v4+ an equals sign anywhere in the line cuts the line behind it.
 template <typename Char>
 int readLayer(ColumnReader<Char>& reader, FormatLevel level) {

@@ -125,12 +125,15 @@ class AssConverter {
   FormatLevel styleLevel_ = FormatLevel::kUnknown;
 };
 
+/// A narrow character as a signed one, on every processor.
+wchar_t widened(char c) noexcept { return static_cast<wchar_t>(static_cast<signed char>(c)); }
+
 /// Deliberate: adds a record if the key is missing, so that an empty map grows with every call.
 template <typename Sessions>
 long long lastEnd(Sessions& sessions) {
   const int key = static_cast<int>(sessions.size());
   const auto last = sessions.find(key);
-  if (last != sessions.end()) return last->second.endTime;
+  if (last != sessions.end()) return last->second.endTime;  // a look leaves the table
   return SessionAccess::record(sessions, key).endTime;
 }
 
@@ -219,12 +222,8 @@ ksWString ksAssParserU::GetStr(ksWString& s, wchar_t sep) { return takeText(s, s
 
 int ksAssParserU::GetInt(ksWString& s, wchar_t sep) { return takeInteger(s, sep); }
 
-double ksAssParserU::GetFloat(ksWString& s, char sep) {
-  return takeReal(s, static_cast<wchar_t>(sep));
-}
+double ksAssParserU::GetFloat(ksWString& s, char sep) { return takeReal(s, widened(sep)); }
 
-int ksAssParserU::FindChar(ksWString s, char c, int start) {
-  return s.find(static_cast<wchar_t>(c), start);
-}
+int ksAssParserU::FindChar(ksWString s, char c, int start) { return s.find(widened(c), start); }
 
 ksWString ksAssParserU::RemoveSSATags(ksWString s) { return withoutTags(s); }

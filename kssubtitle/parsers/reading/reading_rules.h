@@ -19,16 +19,18 @@ struct ReadingRules {
   unsigned lineCap;  ///< How many lines that end in a line feed are accepted, empty ones included.
 };
 
+inline constexpr unsigned kMostTextLines = 20000;
+
 template <typename Char>
 inline constexpr long kTextStart = std::is_same_v<Char, wchar_t> ? sizeof kWideMark : 0;
 
 template <typename Char>
 inline constexpr ReadingRules kSubRipFile{
-    .lastLine = LastLine::kKept, .start = kTextStart<Char>, .lineCap = 20000};
+    .lastLine = LastLine::kKept, .start = kTextStart<Char>, .lineCap = kMostTextLines};
 
 template <typename Char>
 inline constexpr ReadingRules kScriptFile{
-    .lastLine = LastLine::kLost, .start = kTextStart<Char>, .lineCap = 20000};
+    .lastLine = LastLine::kLost, .start = kTextStart<Char>, .lineCap = kMostTextLines};
 
 /// Of both widths. Deliberate: no mark is skipped.
 inline constexpr ReadingRules kIndexFile{.lastLine = LastLine::kLost, .start = 0, .lineCap = 5000};

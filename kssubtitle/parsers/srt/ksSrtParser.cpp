@@ -52,19 +52,17 @@ int numberUpTo(View<Char> text, std::size_t position) {
   return decimalOf(text.substr(0, position));
 }
 
-/// The position of the arrow in a time line; -1 in any other line.
+/// The position of the arrow in a time line; below 1 in any other line.
 template <typename Char>
 int arrowIn(const ksBasicString<Char>& line) noexcept {
   constexpr Char kArrow[] = {'-', '-', '>'};
-  const std::size_t arrow = viewOf(line).find(kArrow, 0, std::size(kArrow));
-  return arrow == 0 ? -1 : static_cast<int>(arrow);
+  return static_cast<int>(viewOf(line).find(kArrow, 0, std::size(kArrow)));
 }
 
-/// Most lines have no space at an end, and need no call.
 template <typename Char>
 void trim(ksBasicString<Char>& line) {
-  if (line.getChar(0) == ' ') line.TrimLeft();
-  if (line.getChar(line.length() - 1) == ' ') line.TrimRight();
+  line.TrimLeft();
+  line.TrimRight();
 }
 
 /// Turns lines into cues.

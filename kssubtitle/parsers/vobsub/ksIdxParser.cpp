@@ -115,7 +115,7 @@ std::uint32_t foldDigits(std::uint32_t v) noexcept {
 
 /// Never returns. A loop with a volatile access is one that no optimiser may leave out.
 // GCOVR_EXCL_START: a process that gets here does not live to write its counters
-[[noreturn]] void repeatForEver() noexcept {
+[[noreturn]] void repeatEndlessly() noexcept {
   volatile bool again = true;
   for (;;) again = !again;
 }
@@ -147,7 +147,7 @@ class IdxConverter {
     ColumnReader<Char> reader(line_);
     reader.trimBothSides();
     // Deliberate: such a line is taken up again and again.
-    if (reader.rest().empty() || reader.rest().front() == ';') repeatForEver();
+    if (reader.rest().empty() || reader.rest().front() == ';') repeatEndlessly();
     const Key key = keyOf(reader.text(Char{':'}), kKeyNames, Key::kOther);
     convertValue(key, reader.rest(), index);
   }
