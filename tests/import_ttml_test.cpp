@@ -192,6 +192,15 @@ TEST(TtmlLanguages, The_one_asked_for_is_left_if_it_is_there) {
   }
 }
 
+TEST(TtmlRegions, Equal_cues_are_shown_once) {
+  ksImportParser parser;
+  openText(parser, body("<p end='1s' region='a'>a</p><p end='1s' region='b'>a</p>"
+                        "<p end='2s'>a</p><p end='1s'>b</p>"));
+  EXPECT_EQ(cuesOf(parser), "0-1000 a; 0-1000 a; 0-2000 a; 0-1000 b");
+  EXPECT_STREQ(parser.GetSubTitle(500).text.getData(), "\na\na\nb");
+  EXPECT_EQ(parser.cues()[1].flags, kImportDuplicate);
+}
+
 TEST(TtmlRecognition, By_the_first_element) {
   const std::string cue = "1\n00:00:01,000 --> 00:00:02,000\n";
   for (const auto& [text, format] : {std::pair(cue + "<tt>a</tt>\n", "subrip"),
