@@ -1,18 +1,12 @@
 // The import library beside the fixed readers: which files both answer alike, and why not.
-#include <random>
 #include <set>
+#include <sstream>
 
 #include "tests/import_support.h"
 
 namespace {
 
 using namespace std::string_literals;
-
-struct Random {
-  explicit Random(unsigned seed) : engine(seed) {}
-  unsigned operator()() { return static_cast<unsigned>(engine()); }
-  std::mt19937 engine;
-};
 
 /// A file that the fixed readers answer as it is meant.
 struct PlainFile {
@@ -110,42 +104,31 @@ std::string unmetBy(const TempDir& dir, const std::string& name, const std::stri
   return names;
 }
 
-/// A piece of text that most conditions have something against, or a deletion.
+/// One of the pieces that tildes part in `list`.
+std::string anyOf(const std::string& list, Random& random) {
+  std::vector<std::string> pieces;
+  std::istringstream rest(list);
+  for (std::string piece; std::getline(rest, piece, '~');) pieces.push_back(piece);
+  return pieces[random() % pieces.size()];
+}
+
+/// Puts in a line or a piece of text that most conditions have something against, or drops a
+/// character.
 void mutate(std::string& text, Random& random) {
-  static const std::string kPieces[] = {"\n",
-                                        " ",
-                                        "\t",
-                                        "\r",
-                                        "7",
-                                        "2\n",
-                                        "<",
-                                        ">",
-                                        "{",
-                                        "}",
-                                        "&",
-                                        "\\N",
-                                        "\\",
-                                        ":",
-                                        ",",
-                                        "\v",
-                                        "x\n",
-                                        "=",
-                                        "\xC2\xA0",
-                                        "\xC4\xB0",
-                                        "\x1A",
-                                        "--> ",
-                                        "1\n00:00:01,000 --> 00:00:02,000\nA\n\n",
-                                        "Dialogue\n",
-                                        "ScriptType: v4.00\n",
-                                        "[Fonts]\n",
-                                        "Format: Text, Start, End\n",
-                                        "Comment: 0,0:00:01.00,0:00:02.00,,,0,0,0,,A\n",
-                                        "; x\n"};
   std::size_t at = random() % (text.size() + 1);
-  if (random() % 2 == 0) at = text.rfind('\n', at) + 1;  // the front of a line, or of the text
+  if (random() % 3 == 0) {
+    const std::size_t front = text.rfind('\n', at) + 1;  // of a line, or of the text
+    text.insert(front, anyOf("2\n~x\n~--> ~; x\n~[Fonts]\n~Dialogue\n~ScriptType: v4.00\n~"
+                             "Format: Text, Start, End\n~1\n00:00:01,000 --> 00:00:02,000\nA\n\n~"
+                             "Comment: 0,0:00:01.00,0:00:02.00,,,0,0,0,,A\n",
+                             random));
+    return;
+  }
   while (at < text.size() && (text[at] & 0xC0) == 0x80) ++at;
   if (random() % 4 > 0) {
-    text.insert(at, kPieces[random() % std::size(kPieces)]);
+    text.insert(at, anyOf("\n~ ~\t~\r~7~<~>~{~}~&~\\N~\\~:~,~\v~=~\xC2\xA0~\xC4\xB0~\xE2\x80\x8F~"
+                          "\xE2\x80\xA8~\xE2\x81\xA0~\xEF\xBB\xBF~\x1A",
+                          random));
   } else if (at < text.size() && text[at] > 0) {
     text.erase(at, 1);
   }

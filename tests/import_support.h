@@ -2,10 +2,17 @@
 #pragma once
 
 #include <algorithm>
+#include <random>
 #include <string>
 
 #include "kssubtitle/import.h"
 #include "tests/support.h"
+
+struct Random {
+  explicit Random(unsigned seed) : engine(seed) {}
+  unsigned operator()() { return static_cast<unsigned>(engine()); }
+  std::mt19937 engine;
+};
 
 /// "START-END TEXT" of every cue, with '|' between lines, "@N" in front of an unusual alignment.
 inline std::string cuesOf(const ksImportParser& parser) {

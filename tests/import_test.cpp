@@ -2,7 +2,6 @@
 #include <sys/stat.h>
 
 #include <cerrno>
-#include <random>
 #include <thread>
 
 #include "tests/import_support.h"
@@ -11,12 +10,6 @@
 namespace {
 
 using namespace std::string_literals;
-
-struct Random {
-  explicit Random(unsigned seed) : engine(seed) {}
-  unsigned operator()() { return static_cast<unsigned>(engine()); }
-  std::mt19937 engine;
-};
 
 struct Row {
   const char* name;
