@@ -56,9 +56,8 @@ constexpr bool isInvisible(char32_t c) noexcept {
          (c >= 0x2066 && c <= 0x2069);
 }
 
-/// `line` from its first character on that is seen.
-std::string_view fromFirstSeen(std::string_view line) noexcept {
-  line = withoutLeadingBlanks(line);
+/// What begins above ASCII, from its first character on that is seen.
+std::string_view withoutUnseen(std::string_view line) noexcept {
   while (!line.empty() && static_cast<unsigned char>(line.front()) >= 0x80) {
     std::size_t unseen = leadingWhiteSpace(line);
     const std::size_t length = unseen > 0 ? 0 : sequenceLength(line);
@@ -67,6 +66,13 @@ std::string_view fromFirstSeen(std::string_view line) noexcept {
     line.remove_prefix(unseen);
   }
   return line;
+}
+
+/// `line` from its first character on that is seen.
+inline std::string_view fromFirstSeen(std::string_view line) noexcept {
+  line = withoutLeadingBlanks(line);
+  const bool isAscii = line.empty() || static_cast<unsigned char>(line.front()) < 0x80;
+  return isAscii ? line : withoutUnseen(line);
 }
 
 /// Whether a line that begins with `c` may be a time line.
