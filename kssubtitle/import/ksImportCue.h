@@ -17,8 +17,8 @@ struct ksImportCue {
   std::string_view text;  ///< UTF-8 in the chosen markup, lines separated by '\n', not empty.
   int line = 0;           ///< Where it begins in the file: a line number, from 1.
   int index = 0;          ///< Its place among all cues of the file, those without text included.
-  /// 1 to 9 as on a number pad; 2, bottom centre, where nothing is said. In WebVTT `align` gives the
-  /// column, and `line` the third of the picture.
+  /// 1 to 9 as on a number pad; 2, bottom centre, where nothing is said. In WebVTT `align` gives
+  /// the column, and `line` the third of the picture.
   int alignment = 2;
-  int flags = 0;          ///< A sum of ksImportCueFlag values.
+  int flags = 0;  ///< A sum of ksImportCueFlag values.
 };

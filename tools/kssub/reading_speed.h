@@ -5,8 +5,8 @@
 
 namespace kssub {
 
-/// The characters of the cue's plain text, line feeds not counted, for each second that it is shown;
-/// 0 if it is never shown.
+/// The characters of the cue's plain text, line feeds not counted, for each second that it is
+/// shown; 0 if it is never shown.
 double charactersPerSecond(const ksImportCue& cue);
 
 }  // namespace kssub
