@@ -109,7 +109,7 @@ void Screen::show(const std::vector<std::string>& rows) {
 Screen::Event Screen::wait(std::chrono::microseconds time) {
   if (!typed_.empty()) return nextKey();
   pollfd keys{keys_, POLLIN, 0};
-  const timespec timeout{0, time.count() * 1000};
+  const timespec timeout{0, static_cast<long>(time.count() * 1000)};
   const int ready = ppoll(&keys, 1, &timeout, &signalsBefore_);
   if (ready < 0) return eventOfSignals();
   std::array<char, 64> bytes;
