@@ -86,7 +86,7 @@ if(KSSUBTITLE_BUILD_TOOLS)
   foreach(shell bash fish zsh)
     set(completions_${shell} ${PROJECT_BINARY_DIR}/completions.${shell})
     add_custom_command(OUTPUT ${completions_${shell}}
-      COMMAND kssub completion ${shell} > ${completions_${shell}} VERBATIM)
+      COMMAND kssub completion ${shell} > ${completions_${shell}} DEPENDS kssub VERBATIM)
     list(APPEND completions ${completions_${shell}})
   endforeach()
   add_custom_target(completions ALL DEPENDS ${completions})
