@@ -46,17 +46,18 @@ TEST_F(PictureTest, pictures_become_png_files) {
   EXPECT_EQ(readPixel("out.png", 0, 0)[3], 0);
   expectRun("picture a.sub 0:09 out.png --stream 2", "out.png: 1 x 1 .*\n", "", 0);
   EXPECT_EQ(readPixel("out.png", 0, 0), (Rgba{0x11, 0x11, 0x11, 0xFF}));
+  std::filesystem::create_directory(directory.path("d.png"));
   const std::pair<const char*, const char*> failures[] = {
       {"a.idx 1:00:01 no.png", "a.idx: no picture at 1:00:00.000: .* inside it[.]"},
       {"a.idx 500000 no.png", "a.idx: no picture is shown at 0:08:20.000"},
       {"a.idx 0 no.png --stream 1", "a.idx: there is no language of the index 1"},
-      {"a.idx 0 .", ".: cannot write: not a regular file"}};
+      {"a.idx 0 d.png", "d.png: cannot write: not a regular file"}};
   for (const auto& [arguments, reason] : failures) {
     expectRun(std::string("picture ") + arguments, "", std::string("kssub: ") + reason + "\n", 1);
   }
   expectRun("picture a.idx 0 no.png 2>&1", "[^]*kssub: no.png: cannot write: File too large\n", "",
             1, "trap '' XFSZ; ulimit -f 0");
-  EXPECT_EQ(countFiles(directory.path("")), 3);
+  EXPECT_EQ(countFiles(directory.path("")), 4);
 
   expectRun("picture a.idx --all new/all", "new/all/0001_00-00-00.000.png: .*\n",
             "kssub: .* 1:00:00.000: .*\nkssub: 1 of 2 pictures are damaged\n", 1);
@@ -100,8 +101,9 @@ TEST_F(PictureTest, unfit_files_and_arguments_are_refused) {
               std::string("kssub: ") + name + ": .*" + reason + ".*\n", 1);
   }
   expectRun("picture none.idx 0 out.png", "", "kssub: none.idx: cannot open: No such file.*\n", 1);
-  for (const char* arguments : {"", "a.idx", "a.idx 1000", "a.idx 1s out.png",
-                                "a.idx 1000 out.png --all out", "--all out"}) {
+  for (const char* arguments :
+       {"", "a.idx", "a.idx 1000", "a.idx 1s out.png", "a.idx 1000 out.png --all out", "--all out",
+        "a.idx 0 a.sub", "- 0 out.png"}) {
     expectRun(std::string("picture ") + arguments, "", "[^]*--help[^]*", 2);
   }
   EXPECT_FALSE(std::filesystem::exists(directory.path("out.png")));

@@ -168,6 +168,10 @@ class Picture : public Command {
       if (directory_.empty() && output_.empty()) {
         throw CLI::RequiredError("TIME and OUT.png, or --all DIR,");
       }
+      if (path_ == "-") throw CLI::ValidationError("FILE", "needs a named file, not -");
+      if (directory_.empty() && !output_.ends_with(".png")) {
+        throw CLI::ValidationError(kssub::quoted(output_) + " is not named .png");
+      }
     });
     explainTimes(app);
   }
