@@ -73,6 +73,7 @@ TEST(ImportReport, eachProblem_isNotedAtItsLineWithItsSentence) {
 TEST(ImportReport, whatIsTakenForSubtitles_isCalledByItsName) {
   const std::tuple<std::string, ksImportRefusal, const char*> cases[] = {
       {"PK\3\4"s, ksImportRefusal::kBinary, "ZIP archive"},
+      {"PK\3\4" + std::string(26, '.') + "[Content_Types].xml", ksImportRefusal::kBinary, "office"},
       {"\x1A\x45\xDF\xA3"s, ksImportRefusal::kBinary, "Matroska"},
       {std::string(5000, '\0'), ksImportRefusal::kBinary, "zero bytes"},
       {"\xEF\xBB\xBF \r\n\n", ksImportRefusal::kUnknownFormat, "white space"},

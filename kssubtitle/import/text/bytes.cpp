@@ -59,6 +59,9 @@ constexpr RefusalAtSight kVobSubIndex =
 constexpr RefusalAtSight kPgs =
     pictures("The file is a PGS stream, which holds pictures of subtitles, not text.");
 
+constexpr RefusalAtSight kOfficeDocument =
+    binary("The file is a document of an office program, not a subtitle file.");
+
 // What people take for subtitles: pictures, the archives and films that they come in.
 constexpr Signature kSignatures[] = {
     {"\0\0\1\xBA"sv, 0,
@@ -76,8 +79,7 @@ constexpr Signature kSignatures[] = {
     {"\x89PNG"sv, 0, binary("The file is a picture, not text.")},
     {"\xFF\xD8\xFF"sv, 0, binary("The file is a picture, not text.")},
     {"%PDF-"sv, 0, binary("The file is a PDF document, not a subtitle file.")},
-    {"\xD0\xCF\x11\xE0\xA1\xB1\x1A\xE1"sv, 0,
-     binary("The file is a document of an office program, not a subtitle file.")},
+    {"\xD0\xCF\x11\xE0\xA1\xB1\x1A\xE1"sv, 0, kOfficeDocument},
 };
 
 /// By its comment at the front, or by the entries that every index has.
@@ -86,6 +88,15 @@ bool isVobSubIndex(std::string_view bytes) noexcept {
   const std::string_view head = bytes.substr(0, std::min(bytes.size(), kLooked));
   if (head.find("# VobSub index file") < 4) return true;  // a mark may stand in front
   return findNoCase(head, "timestamp:") != head.npos && findNoCase(head, "filepos:") != head.npos;
+}
+
+/// A document that is a ZIP archive, by the name of its first file; an OpenDocument has its type
+/// there, which a book has too.
+bool isZippedDocument(std::string_view bytes) noexcept {
+  constexpr std::size_t kFirstName = 30;
+  if (!bytes.starts_with("PK\3\4") || bytes.size() < kFirstName) return false;
+  const std::string_view name = bytes.substr(kFirstName);
+  return name.starts_with("[Content_Types].xml") || name.starts_with("mimetypeapplication/vnd.");
 }
 
 /// PGS: "PG", two times of 32 bits, a kind of segment and its length.
@@ -119,6 +130,7 @@ RefusalAtSight refusalOf(std::string_view bytes) noexcept {
   }
   if (isPgs(bytes)) return kPgs;
   if (isVobSubIndex(bytes)) return kVobSubIndex;
+  if (isZippedDocument(bytes)) return kOfficeDocument;
   for (const Signature& signature : kSignatures) {
     if (bytes.size() >= signature.offset &&
         bytes.substr(signature.offset).starts_with(signature.bytes)) {
