@@ -98,15 +98,18 @@ TEST_F(KssubTest, convert_refuses_what_it_cannot_do) {
        {"film.srt", "film.srt film.xyz", "film.srt a.srt --to x", "--in-place film.srt a.srt",
         "--in-place -", "film.srt a.srt --sync 1=2 --sync 1=3", "film.srt a.srt --sync 1",
         "film.srt a.srt --sync 1=2 --shift 3", "film.srt a.srt --scale 25",
-        "film.srt a.srt --scale 25:0", "film.srt a.srt --wrap 0", "film.srt a.srt --shift x"}) {
+        "film.srt a.srt --scale 25:0", "film.srt a.srt --from 2000 --until 2000",
+        "film.srt a.srt --wrap 0", "film.srt a.srt --shift x"}) {
     expectRun(std::string("convert ") + arguments, "", "kssub: .*\nRun kssub convert --help .*\n",
               2);
   }
   expectRun("convert none.srt a.srt", "", "kssub: none.srt: cannot open: .*\n", 1);
   expectRun("convert film.srt none/a.srt", "",
             "film.srt: 1 cue .*\nkssub: none/a.srt: cannot write: .*\n", 1);
+  expectRun("convert film.srt a.srt --from 1:00:00", "", "kssub: film.srt: no cue is left\n", 1);
   EXPECT_EQ(countFiles(directory.path("")), 1);
-  expectRun("convert film.srt - --to srt --from 1:00:00", "", "film.srt: no cue is left\n", 0);
+  directory.write("film.srt", kFilm + kFilm.substr(kFilm.rfind("\n6\n")));
+  expectRun("convert film.srt a.srt", "", "film.srt: 1 cue that repeats .*\nfilm.srt: 1 .*\n", 0);
 }
 
 }  // namespace

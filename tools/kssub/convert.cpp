@@ -5,6 +5,7 @@
 #include <iostream>
 #include <limits>
 #include <optional>
+#include <stdexcept>
 #include <string>
 #include <string_view>
 #include <system_error>
@@ -152,10 +153,14 @@ class Convert : public Command {
   int run() override {
     request_.options.markup = ksImportMarkup::kHtml;
     const ksImportParser parser = openedParser(request_);
-    EditedCues cues = withNewTimes(cuesIn(parser), edits_);
-    noteLeftOut(std::erase_if(cues, isNeverShown));
+    EditedCues cues = cuesIn(parser);
+    noteLeftOut(parser.cues().size() - cues.size(), "cue that repeats another one is",
+                "cues that repeat another one are");
+    cues = withNewTimes(std::move(cues), edits_);
+    noteLeftOut(std::erase_if(cues, isNeverShown), "cue that is never shown is",
+                "cues that are never shown are");
     cues = edited(std::move(cues), edits_);
-    if (cues.empty()) std::cerr << terminalText(nameOf(request_)) << ": no cue is left\n";
+    if (cues.empty()) throw std::runtime_error(terminalText(nameOf(request_)) + ": no cue is left");
     const std::string content = written(cues, target_);
     if (isInPlace_) {
       replaceInput(content);
@@ -244,6 +249,9 @@ class Convert : public Command {
     if (!isInPlace_ && fs::equivalent(request_.path, output_, ignored)) {
       throw CLI::ValidationError("OUT", "is IN: say --in-place to replace it");
     }
+    if (edits_.from && edits_.until && *edits_.until <= *edits_.from) {
+      throw CLI::ValidationError("--until", "must be later than --from");
+    }
     const std::string_view written = isInPlace_ ? request_.path : output_;
     const auto target = targetNamed(to_.empty() ? extensionOf(written) : std::string_view(to_));
     if (!target) {
@@ -253,11 +261,10 @@ class Convert : public Command {
     target_ = *target;
   }
 
-  void noteLeftOut(std::size_t count) const {
+  void noteLeftOut(std::size_t count, const char* one, const char* several) const {
     if (count == 0) return;
-    std::cerr << terminalText(nameOf(request_)) << ": " << count
-              << (count == 1 ? " cue that is never shown is" : " cues that are never shown are")
-              << " left out\n";
+    std::cerr << terminalText(nameOf(request_)) << ": " << count << ' '
+              << (count == 1 ? one : several) << " left out\n";
   }
 
   /// A link stays one, and the file keeps its permissions.
