@@ -134,9 +134,10 @@ constexpr FormatCase kSubViewer[] = {
     {"SubRip in its place", "a.sub", "1\n00:00:01,000 --> 00:00:02,000\n0:00:00.1,0:00:04.1\n",
      "subrip\n1000 2000 0:00:00.1,0:00:04.1"},
     {"version 1", "a.sub",
-     "[TITLE]\nX\n[BEGIN]\n******** START SCRIPT ********\n[00:00:10]\nA|B\n[00:00:12]\n\n"
+     "[TITLE]\nX\nY\n[AUTHOR]\n\n[BEGIN]\n******** START SCRIPT "
+     "********\n[00:00:10]\nA|B\n[00:00:12]\n\n"
      "[00:00:15]\nC\n[END]\n",
-     "subviewer1\n10000 12000 A|B\n15000 20000 C\nignored 2\nend assumed 9"},
+     "subviewer1\n10000 12000 A|B\n15000 20000 C\nignored 3\nend assumed 12"},
 };
 
 constexpr FormatCase kLrc[] = {

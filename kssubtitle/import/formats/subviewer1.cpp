@@ -1,6 +1,7 @@
 // SubViewer 1: "[00:00:10]" on a line, the text below, and the time of its end below that.
 #include <optional>
 #include <string_view>
+#include <utility>
 
 #include "kssubtitle/import/formats/bar_cue.h"
 #include "kssubtitle/import/formats/numbers.h"
@@ -41,6 +42,7 @@ class SubViewer1Reader {
 
  private:
   void readLine(std::string_view line, int number) {
+    const bool isBelowKey = std::exchange(isKey_, line.starts_with('['));
     if (line.empty() || isFrame(line)) return;
     if (const auto time = timeOf(line)) {
       endCue(*time);
@@ -48,7 +50,7 @@ class SubViewer1Reader {
       startLine_ = number;
     } else if (start_) {
       readText(line);
-    } else if (line.front() != '[') {
+    } else if (!isKey_ && !isBelowKey) {
       sink_.notes().add(ksImportProblem::kLineIgnored, number);
     }
   }
@@ -70,6 +72,7 @@ class SubViewer1Reader {
   CueSink& sink_;
   std::optional<long long> start_;  // the last time
   int startLine_ = 0;
+  bool isKey_ = false;  // the last line was in brackets: in a header its value stands below it
   BarCue cue_;
 };
 
