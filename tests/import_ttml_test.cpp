@@ -145,7 +145,7 @@ std::vector<Case> textCases() {
                 "<p end='1s'>c</p></div></body>"),
        "1000-2000 a|b; 2000-3000 @5 c", "2 TagUnclosed"},
       {"Cut_off", "<tt><body>" + p + "a</p>\n" + p + "b <i>c", "1000-2000 a; 1000-2000 b c",
-       "2 CueCutOff; 2 Overlap"},
+       "2 TagUnclosed; 2 Overlap"},
   };
 }
 

@@ -130,10 +130,8 @@ std::size_t TtmlReader::readOn(std::size_t from) {
   if (result || result.status == pugi::status_no_document_element) return text_.npos;
   const std::size_t error = from + static_cast<std::size_t>(result.offset);
   const std::size_t next = findElement(text_, std::max(error, from + 1));
-  const bool isCutOff = error >= text_.size();
-  if (isCutOff || from == 0 || !endsOther(text_, error)) {
-    sink_.notes().add(isCutOff ? ksImportProblem::kCueCutOff : ksImportProblem::kTagUnclosed,
-                      lineAt(std::min(error, text_.size())));
+  if (error >= text_.size() || from == 0 || !endsOther(text_, error)) {
+    sink_.notes().add(ksImportProblem::kTagUnclosed, lineAt(std::min(error, text_.size())));
   }
   return next;
 }
