@@ -174,21 +174,24 @@ TEST(TtmlStyle, Of_references_regions_and_elements) {
             "<i><b><font color=\"#123456\"> z</font></b></i>");
 }
 
-TEST(TtmlLanguages, The_one_asked_for_is_left_if_it_is_there) {
+TEST(TtmlLanguages, Of_cues_are_listed_and_selected) {
   const std::string text = document("xml:lang='en'",
-                                    "<body><p end='1s'>a</p><div xml:lang='de'>"
-                                    "<p end='1s'>b</p></div></body>");
+                                    "<body><p end='1s' xml:lang='en_GB'>a</p><div xml:lang='de'>"
+                                    "<p end='1s'>b</p></div><p end='1s' xml:lang='en-US'>c</p>"
+                                    "<div xml:lang='eng'><p begin='0'> </p></div></body>");
   for (const auto& [language, cues] : {std::pair("DE", "0-1000 b"),
-                                       {"", "0-1000 a; 0-1000 b"},
-                                       {"en", "0-1000 a"},
-                                       {"fr", "0-1000 a; 0-1000 b"}}) {
+                                       {"", "0-1000 a; 0-1000 b; 0-1000 c"},
+                                       {"en", "0-1000 a; 0-1000 c"},
+                                       {"EN-gb", "0-1000 a"},
+                                       {"e", "0-1000 a; 0-1000 b; 0-1000 c"}}) {
     ksImportParser parser;
     ksImportOptions options;
     options.language = language;
     openText(parser, text, options);
-    EXPECT_EQ(cuesOf(parser), cues);
-    ASSERT_EQ(parser.report().languages().size(), 2U);
-    EXPECT_EQ(parser.report().languages()[1], "de");
+    EXPECT_EQ(cuesOf(parser), cues) << language;
+    const auto languages = parser.report().languages();
+    EXPECT_EQ(std::vector(languages.begin(), languages.end()),
+              (std::vector<std::string>{"en_GB", "de", "en-US"}));
   }
 }
 

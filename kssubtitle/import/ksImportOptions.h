@@ -28,8 +28,8 @@ struct ksImportOptions {
   /// value that is no positive number): 23.976, as written, or in TTML 30, as its standard says.
   double frameRate = 0;
   /// Which of several languages in one file, by the name that ksImportReport::languages() gives, or
-  /// by a tag such as "en-US" or "en" that the file gives to it; in any case. Empty, or unknown to
-  /// the file: the first, or in TTML, whose parts may take turns, all.
+  /// by a tag that the file gives to it, or the first part of one: "en" is "en-US" too; in any
+  /// case. Empty, or unknown to the file: the first, or in TTML, whose parts may take turns, all.
   std::string language;
   /// How style is kept.
   ksImportMarkup markup = ksImportMarkup::kPlain;

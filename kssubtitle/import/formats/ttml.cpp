@@ -9,10 +9,10 @@
 #include <string_view>
 #include <vector>
 
+#include "kssubtitle/import/formats/language_tag.h"
 #include "kssubtitle/import/formats/readers.h"
 #include "kssubtitle/import/formats/ttml_names.h"
 #include "kssubtitle/import/formats/ttml_paragraph.h"
-#include "kssubtitle/import/text/ascii.h"
 #include "kssubtitle/import/text/lines.h"
 
 namespace kssubtitle::importing {
@@ -93,6 +93,7 @@ class TtmlReader {
   double readChildren(pugi::xml_node parent, const TtmlContext& context, int depth);
   double readTimed(pugi::xml_node node, const TtmlContext& outer, double reference, int depth);
   double readParagraph(pugi::xml_node node, const TtmlContext& context, double outerEnd);
+  void listLanguages();
   void leaveOtherLanguages();
   int languageOf(std::string_view name);
   int lineAt(std::size_t place) noexcept;
@@ -106,14 +107,16 @@ class TtmlReader {
   // What held round the last elements that could be read, for those behind an error.
   TtmlContext body_;
   TtmlContext division_;
-  std::vector<int> languages_;  // of the cues
-  int line_;                    // up to which they are counted
+  std::vector<std::string> names_;  // of the languages of elements
+  std::vector<int> languages_;      // of the cues, by their places there
+  int line_;                        // up to which they are counted
   std::size_t lineEnd_;
 };
 
 /// Behind an error reading goes on with the next paragraph.
 void TtmlReader::read() {
   for (std::size_t at = 0; at != text_.npos;) at = readOn(at);
+  listLanguages();
   leaveOtherLanguages();
 }
 
@@ -195,33 +198,44 @@ double TtmlReader::readParagraph(pugi::xml_node node, const TtmlContext& context
     return context.time.begin;
   }
   const double end = paragraphs_.write(node, context, line);
-  if (!input_.options.language.empty()) languages_.resize(sink_.cues().size(), context.language);
+  languages_.resize(sink_.cues().size(), context.language);
   return end;
 }
 
-/// Only if the file has the language that is asked for.
+/// Those that cues with text have, in the order of these.
+void TtmlReader::listLanguages() {
+  std::vector<bool> isListed(names_.size());
+  for (const ksImportCue& cue : sink_.cues()) {
+    const int language = languages_[static_cast<std::size_t>(cue.index)];
+    if (cue.text.empty() || language == TtmlContext::kNoLanguage) continue;
+    const auto place = static_cast<std::size_t>(language);
+    if (!isListed[place]) input_.languages.push_back(names_[place]);
+    isListed[place] = true;
+  }
+}
+
+/// Only if the language that is asked for is listed.
 void TtmlReader::leaveOtherLanguages() {
-  const std::vector<std::string>& names = input_.languages;
-  const auto found = std::find_if(names.begin(), names.end(), [this](const std::string& name) {
-    return equalNoCase(name, input_.options.language);
-  });
-  if (input_.options.language.empty() || found == names.end()) return;
-  const auto language = static_cast<int>(found - names.begin());
+  const auto isWanted = [this](std::string_view name) {
+    return isLanguage(name, input_.options.language);
+  };
+  if (std::none_of(input_.languages.begin(), input_.languages.end(), isWanted)) return;
   std::erase_if(sink_.cues(), [&](const ksImportCue& cue) {
-    return languages_[static_cast<std::size_t>(cue.index)] != language;
+    const int language = languages_[static_cast<std::size_t>(cue.index)];
+    return language == TtmlContext::kNoLanguage ||
+           !isWanted(names_[static_cast<std::size_t>(language)]);
   });
 }
 
-/// Its place in the list of languages; it is put there if that is short.
+/// Its place among the names; it is put there if they are few.
 int TtmlReader::languageOf(std::string_view name) {
   constexpr std::size_t kMostLanguages = 100;
-  std::vector<std::string>& names = input_.languages;
-  auto found = std::find(names.begin(), names.end(), name);
-  if (name.empty() || (found == names.end() && names.size() == kMostLanguages)) {
+  auto found = std::find(names_.begin(), names_.end(), name);
+  if (name.empty() || (found == names_.end() && names_.size() == kMostLanguages)) {
     return TtmlContext::kNoLanguage;
   }
-  if (found == names.end()) found = names.emplace(found, name);
-  return static_cast<int>(found - names.begin());
+  if (found == names_.end()) found = names_.emplace(found, name);
+  return static_cast<int>(found - names_.begin());
 }
 
 /// Requires: places come in their order.
@@ -257,6 +271,7 @@ void readTtml(const FormatInput& input, CueSink& sink) {
   if (!reader.suggestsAbsolute()) return;
   sink.cues().clear();
   sink.notes() = notes;
+  input.languages.clear();
   TtmlReader(input, sink, true).read();
 }
 
