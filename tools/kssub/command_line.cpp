@@ -1,6 +1,8 @@
 // Arguments and options that several commands have.
 #include "tools/kssub/command_line.h"
 
+#include <iconv.h>
+
 #include <CLI/CLI.hpp>
 #include <algorithm>
 #include <cmath>
@@ -35,8 +37,8 @@ bool hasExtension(const ksImportFormat& format, const std::string& extension) {
          std::string::npos;
 }
 
-/// The name of the format that `word` means, which is one or an extension; `word` itself if it is
-/// neither, which the library refuses. Throws CLI::ValidationError if it is of several.
+/// The name of the format that `word` means, which is one or an extension. Throws
+/// CLI::ValidationError if it is neither, or the extension of several.
 std::string formatOf(const std::string& word) {
   std::vector<std::string> names;
   for (const ksImportFormat& format : ksImportFormats()) {
@@ -46,7 +48,17 @@ std::string formatOf(const std::string& word) {
   if (names.size() > 1) {
     throw CLI::ValidationError("--format", quoted(word) + " may be " + enumerated(names, " or "));
   }
-  return names.empty() ? word : names.front();
+  if (names.empty()) throw CLI::ValidationError("--format", "there is no format " + quoted(word));
+  return names.front();
+}
+
+/// Throws CLI::ValidationError unless `name` is one that the library can convert from.
+void requireEncoding(const char* option, const std::string& name) {
+  const iconv_t conversion = iconv_open("UTF-8", name.c_str());
+  if (conversion == reinterpret_cast<iconv_t>(-1)) {  // NOLINT: what iconv returns
+    throw CLI::ValidationError(option, "there is no encoding " + quoted(name));
+  }
+  iconv_close(conversion);
 }
 
 }  // namespace
@@ -67,20 +79,26 @@ void addFile(CLI::App& app, FileRequest& request) {
 
 std::vector<CLI::Option*> addReadingOptions(CLI::App& app, ksImportOptions& options) {
   options.fallbackEncoding = codePageOfUser();
-  const auto add = [&](const char* name, std::string& value, const char* description) {
-    return app.add_option(name, value, description)->type_name("NAME");
+  const auto addEncoding = [&](const char* option, std::string& value, const char* description) {
+    const auto set = [option, &value](const std::string& name) {
+      requireEncoding(option, name);
+      value = name;
+    };
+    return app.add_option_function<std::string>(option, set, description)->type_name("NAME");
   };
   const auto setFormat = [&options](const std::string& word) { options.format = formatOf(word); };
   return {
-      add("--encoding", options.encoding, "The file's encoding, whatever it looks like"),
-      add("--fallback", options.fallbackEncoding,
+      addEncoding("--encoding", options.encoding, "The file's encoding, whatever it looks like"),
+      addEncoding(
+          "--fallback", options.fallbackEncoding,
           "The encoding of text that cannot be told; else the one usual in the user's language"),
       app.add_option_function<std::string>("--format", setFormat,
                                            "The file's format, whatever it looks like, or its "
                                            "extension: " +
                                                formatNames())
           ->type_name("NAME"),
-      add("--language", options.language, "Which of a file's languages"),
+      app.add_option("--language", options.language, "Which of a file's languages")
+          ->type_name("NAME"),
       app.add_option_function<double>("--fps", requirePositive("--fps", options.frameRate),
                                       "Frames in a second, where a file counts frames")
           ->type_name("NUMBER"),
