@@ -92,7 +92,7 @@ TEST_F(PictureTest, unfit_files_and_arguments_are_refused) {
     std::string content;
     const char* reason;
   } cases[] = {
-      {"lone.idx", entry("0:0:1:0", "0"), "The .sub file .* cannot be opened.*No such file"},
+      {"lone.idx", entry("0:0:1:0", "0"), "cannot open its pictures, lone.sub: No such .*ory"},
       {"empty.idx", "", "empty"},
       {"text.idx", "1\n", "no VobSub index"}};
   for (const auto& [name, content, reason] : cases) {
@@ -107,6 +107,7 @@ TEST_F(PictureTest, unfit_files_and_arguments_are_refused) {
     expectRun(std::string("picture ") + arguments, "", "[^]*--help[^]*", 2);
   }
   EXPECT_FALSE(std::filesystem::exists(directory.path("out.png")));
+  expectRun("at lone.idx 0", "", "kssub: lone.idx: .* See kssub list and kssub picture[.]\n", 1);
 }
 
 }  // namespace

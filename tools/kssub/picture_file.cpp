@@ -1,6 +1,8 @@
 // A file of pictures: opened in the language that is asked for.
 #include "tools/kssub/picture_file.h"
 
+#include <unistd.h>
+
 #include <CLI/CLI.hpp>
 #include <algorithm>
 #include <filesystem>
@@ -17,11 +19,15 @@ namespace {
 [[noreturn]] void throwPictureRefusal(const std::string& path, const ksImportReport& report) {
   std::error_code ignored;
   const bool isCannotOpen = report.refusal() == ksImportRefusal::kCannotOpen;
-  if (!isCannotOpen || !std::filesystem::is_regular_file(path, ignored)) {
+  const bool isReadable =
+      std::filesystem::is_regular_file(path, ignored) && access(path.c_str(), R_OK) == 0;
+  if (!isCannotOpen || !isReadable) {
     throwRefusal(path, report);
   }
-  throw std::runtime_error(terminalText(path) + ": " + std::string(report.refusalText()) + " (" +
-                           std::generic_category().message(report.systemError()) + ")");
+  const std::string stream = std::filesystem::path(path).replace_extension(".sub").string();
+  throw std::runtime_error(terminalText(path) + ": cannot open its pictures, " +
+                           terminalText(stream) + ": " +
+                           std::generic_category().message(report.systemError()));
 }
 
 }  // namespace

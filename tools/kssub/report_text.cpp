@@ -75,7 +75,11 @@ std::string counted(std::size_t count, std::string_view what) {
 }
 
 std::string refusalOf(const ksImportReport& report) {
-  if (report.refusal() != ksImportRefusal::kCannotOpen) return std::string(report.refusalText());
+  const std::string_view text = report.refusalText();
+  if (text.find("VobSub") != text.npos && report.refusal() == ksImportRefusal::kPictures) {
+    return std::string(text) + " See kssub list and kssub picture.";
+  }
+  if (report.refusal() != ksImportRefusal::kCannotOpen) return std::string(text);
   return "cannot open: " + std::generic_category().message(report.systemError());
 }
 
