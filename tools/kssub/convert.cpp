@@ -129,7 +129,7 @@ class Convert : public Command {
             "kssub convert film.ass film.srt\n"
             "kssub convert film.srt later.srt --shift 1500\n"
             "kssub convert film.srt fitting.srt --sync 1:02.5=1:04 --sync 1:30:10=1:34:02\n"
-            "kssub convert film.sub film.srt --fps 25 --scale 25:23.976\n"
+            "kssub convert film.srt pal.srt --scale 23.976:25\n"
             "kssub convert --in-place film.srt --no-sounds --wrap 42\n"};
   }
 
@@ -208,7 +208,8 @@ class Convert : public Command {
             [this](long long time) { edits_.until = time; });
     addTime(app, "--min-duration", "Show each cue that long, if the next one lets it",
             [this](long long time) { edits_.least = time; });
-    app.add_flag("--no-overlaps", edits_.hasNoOverlaps, "End each cue where the next one begins");
+    app.add_flag("--no-overlaps", edits_.hasNoOverlaps,
+                 "End each cue where the next one begins: dialogue too, where a sign begins");
   }
 
   void addTextOptions(CLI::App& app) {
