@@ -219,11 +219,11 @@ TEST(ImportAgreement, eachCondition_isNamedWhereItFails) {
       {"ScriptType", "scriptType", "script", "film.ass"},
       {"Dialogue", "dialogue", "script", "film.ass"},
       {"Style, Name", "Style", "script", "film.ass"},
-      {"", "Dialogue\n", "script", "film.ass"},
+      {"", "Dialogue\n", "cues alone, script", "film.ass"},
       {"",
        "D\xC4\xB0"
        "alogue: 0,0:00:01.00,0:00:02.00,,,0,0,0,,A\n",
-       "script", "film.ass"},
+       "cues alone, script", "film.ass"},
       {"", "[Fonts]\nDialogue: 0,0:00:01.00,0:00:02.00,,,0,0,0,,A\n", "script", "film.ass"},
       {"0:00:03.00", "0:00:03.000", "times", "film.ass"},
       {"0:00:03.00", " 0:00:03.00", "times", "film.ass"},
@@ -245,7 +245,7 @@ TEST(ImportAgreement, eachCondition_isNamedWhereItFails) {
   for (const Change& change : script) expectUnmet(kScript, change);
   EXPECT_EQ(unmetBy<wchar_t>(dir, "film.srt", utf16(kSubRip)), "");
   EXPECT_EQ(unmetBy<wchar_t>(dir, "film.srt", utf16(kSubRip).substr(2)), "encoding");
-  EXPECT_EQ(named.size(), 19U);  // all of them, none at all, and three pairs
+  EXPECT_EQ(named.size(), 20U);  // all of them, none at all, and four pairs
 }
 
 }  // namespace

@@ -57,7 +57,7 @@ bool looksBinary(std::string_view text) noexcept {
   return static_cast<std::size_t>(controls) > text.size() / 32;
 }
 
-/// The code points of what `moment` shows, each cue behind a line feed.
+/// The texts of what `moment` shows, each cue behind a line feed.
 std::string joinedTexts(const Moments& moments, const Moment& moment,
                         std::span<const ksImportCue> cues) {
   std::string joined;
@@ -181,8 +181,9 @@ bool ksImportParser::openText(std::string text, std::string_view path,
   }
   if (!isExtensionOfFixedReaders(path, format->name)) report.notes.fail(Condition::kExtension);
   replaceZeros(text, format->keepsZeros, report.notes);
-  const int firstLine = 1 + countLines(std::string_view(text).substr(0, begin));
-  readCues(*format, {text, httpHeaderLength(text), firstLine, options, report.languages});
+  const std::size_t linesBegin = httpHeaderLength(text);  // anew, without its zeros
+  const int firstLine = 1 + countLines(std::string_view(text).substr(0, linesBegin));
+  readCues(*format, {text, linesBegin, firstLine, options, report.languages});
   report.notes.sortByLine();
   report.refusal = ksImportRefusal::kNone;
   report.systemError = 0;

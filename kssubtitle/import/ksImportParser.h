@@ -33,7 +33,8 @@ struct FormatInput;
 /// Queries change nothing: several threads may ask one parser at once while none opens a file.
 /// Separate parsers share nothing. Nothing throws but `std::bad_alloc`, after which the parser is
 /// closed and empty. The library neither sets nor asks for a locale. Not copyable; a move leaves
-/// the source closed, and what cues() and report() gave stays valid.
+/// the source closed, and what cues() and the members of report() gave stays
+/// valid.
 class KSSUBTITLE_IMPORT_API ksImportParser : public IParser {
  public:
   /// @{

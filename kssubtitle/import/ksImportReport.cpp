@@ -48,7 +48,7 @@ std::string_view sentenceOf(ksImportProblem problem) noexcept {
     case ksImportProblem::kUndecodable:
       return "Some bytes have no meaning in the file's encoding; they are shown as U+FFFD.";
     case ksImportProblem::kZeroCharacter:
-      return "The text holds a zero character, which is not shown.";
+      return "The text holds a zero character, which is left out or shown as U+FFFD.";
     case ksImportProblem::kCueCutOff:
       return "The file ends in the middle of the cue, which is left out.";
     case ksImportProblem::kColumnsMissing:

@@ -61,7 +61,7 @@ enum class ksImportProblem {
   kColumnsMissing,     ///< An event has fewer columns than its section's format: it is left out.
   kUnknownStyle,       ///< An event names a style that the script does not have.
   kFrameRateAssumed,   ///< Times are counted in frames, and the file does not say of which rate.
-  kEndAssumed,         ///< A cue has no end of its own.
+  kEndAssumed,         ///< The last cue has no end of its own; others end where the next begins.
   kDuplicate,          ///< A cue is there twice.
   kPictureDamaged,     ///< A picture cannot be read and is left out.
   kColorsChange,       ///< A picture changes colours from column to column: it keeps its first.
@@ -90,8 +90,8 @@ struct ksImportCondition {
 };
 
 /// What was found out about the file that a parser was last asked to open. Belongs to the parser;
-/// what it hands out is valid until the parser's next Open(). Before the first one every member
-/// answers as for a file that does not exist. Nothing throws but `std::bad_alloc`, and that only
+/// what it hands out is valid until the parser's next Open(). Before the first one it
+/// tells of a file that cannot be opened. Nothing throws but `std::bad_alloc`, and that only
 /// from unmetConditions().
 class KSSUBTITLE_IMPORT_API ksImportReport {
  public:

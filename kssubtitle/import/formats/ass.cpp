@@ -170,7 +170,19 @@ class AssReader {
       readStyle(value);
     } else {
       checkKey(whole.text, line);
+      if (isInEvents_ && !isHidden(line)) {
+        sink_.notes().add(ksImportProblem::kLineIgnored, whole.number);
+      }
     }
+  }
+
+  /// Whether the line is an event that shows no text, or a comment.
+  static bool isHidden(std::string_view line) noexcept {
+    constexpr std::string_view kKeys[] = {"Comment", "Picture", "Sound", "Movie", "Command"};
+    std::string_view value;
+    return line.front() == ';' || line.starts_with("!:") ||
+           std::any_of(std::begin(kKeys), std::end(kKeys),
+                       [&](std::string_view key) { return hasKey(line, key, value); });
   }
 
   /// The fixed readers look at the script's type, and tell keys by other rules.
@@ -191,8 +203,9 @@ class AssReader {
     const bool isKnown = isSectionOfScripts(line) || equalNoCase(line, "[Events]");
     if (isAttachment_ && !isKnown && std::none_of(line.begin(), line.end(), isLowerCase)) return;
     isAttachment_ = is("[Fonts]") || is("[Graphics]");
+    isInEvents_ = is("[Events");
     if (isAttachment_) sink_.notes().fail(Condition::kScript);
-    if (is("[Events")) setEventFormat(hasFourMargins_ ? kEventFormatOfFourMargins : kEventFormat);
+    if (isInEvents_) setEventFormat(hasFourMargins_ ? kEventFormatOfFourMargins : kEventFormat);
     if (is("[V4")) {
       isSsa_ = is("[V4 ");
       hasFourMargins_ = hasFourMargins_ || is("[V4++");
@@ -314,6 +327,7 @@ class AssReader {
   bool hasEvents_ = false;
   bool isV4Plus_ = false;
   bool hasUsualColumns_ = true;
+  bool isInEvents_ = false;
   bool isAttachment_ = false;  // within the data of [Fonts] or [Graphics]
 };
 

@@ -125,6 +125,8 @@ int TtmlStyle::alignment() const noexcept {
 }
 
 void TtmlStyles::readHead(pugi::xml_node head) {
+  if (hasHead_) return;
+  hasHead_ = !head.first_child().empty();
   for (const pugi::xml_node part : head) {
     for (const pugi::xml_node node : part) {
       const std::string_view name = localName(node.name());

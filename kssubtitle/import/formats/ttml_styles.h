@@ -1,10 +1,10 @@
 // Styles and regions of TTML.
 #pragma once
 
+#include <map>
 #include <optional>
 #include <pugixml.hpp>
 #include <string_view>
-#include <unordered_map>
 
 #include "kssubtitle/import/markup/style.h"
 
@@ -36,6 +36,7 @@ struct TtmlStyle {
 /// document's characters, which must outlive it; its nodes are not needed any more afterwards.
 class TtmlStyles {
  public:
+  /// Reads the first head that holds anything; a document has one.
   void readHead(pugi::xml_node head);
   /// What the styles of these names say together; what a later one says counts.
   TtmlStyle named(std::string_view names);
@@ -50,7 +51,8 @@ class TtmlStyles {
     TtmlStyle style;
     bool isResolved = false;
   };
-  using Definitions = std::unordered_map<std::string_view, Definition>;
+  // A file may choose names that hashes do not tell apart.
+  using Definitions = std::map<std::string_view, Definition>;
 
   static void add(Definitions& definitions, pugi::xml_node node);
   const TtmlStyle* find(Definitions& definitions, std::string_view name, int depth);
@@ -60,6 +62,7 @@ class TtmlStyles {
   Definitions styles_;
   Definitions regions_;
   TtmlStyle initial_;
+  bool hasHead_ = false;
 };
 
 }  // namespace kssubtitle::importing

@@ -1,9 +1,9 @@
 // Overrides in the texts of ASS and SSA events, and the styles that they start from.
 #pragma once
 
+#include <map>
 #include <optional>
 #include <string_view>
-#include <unordered_map>
 
 #include "kssubtitle/import/markup/cue_text.h"
 
@@ -25,7 +25,8 @@ class AssStyles {
   bool empty() const noexcept { return styles_.empty(); }
 
  private:
-  std::unordered_map<std::string_view, AssStyle> styles_;
+  // A file may choose names that hashes do not tell apart.
+  std::map<std::string_view, AssStyle> styles_;
 };
 
 struct AssTextTraits {

@@ -81,7 +81,10 @@ class Output {
 
 }  // namespace
 
-bool isCodePage(const std::string& name) { return Conversion(name).isOpen(); }
+bool isAsciiCodePage(const std::string& name) {
+  const auto decoded = decodeCodePage("0", name);
+  return decoded && decoded->text == "0";
+}
 
 std::optional<DecodedText> decodeCodePage(std::string_view bytes, const std::string& name) {
   Conversion conversion(name);

@@ -8,7 +8,8 @@
 
 namespace kssubtitle::importing {
 
-bool isCodePage(const std::string& name);
+/// Whether there is a code page of that name in which digits are those of ASCII.
+bool isAsciiCodePage(const std::string& name);
 /// Nothing if there is no code page of that name.
 std::optional<DecodedText> decodeCodePage(std::string_view bytes, const std::string& name);
 

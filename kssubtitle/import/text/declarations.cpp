@@ -39,8 +39,7 @@ std::string_view declaredEncoding(std::string_view bytes) noexcept {
   } else if (const std::size_t meta = findNoCase(head, "<meta"); meta != head.npos) {
     name = nameBehind(head.substr(meta), "charset");
   }
-  // A text whose declaration can be read as ASCII is in none of the wider encodings.
-  return startsWithNoCase(name, "UTF-16") || startsWithNoCase(name, "UTF-32") ? "" : name;
+  return name;
 }
 
 }  // namespace kssubtitle::importing

@@ -117,12 +117,18 @@ FoundEncoding findEncoding(std::string_view bytes, const EncodingHints& hints) {
   }
   if (const auto name = declaredEncoding(bytes); !name.empty()) {
     Encoding declared = encodingNamed(usualCodePage(name));
-    if (declared.kind != EncodingKind::kCodePage || isCodePage(declared.name)) {
+    // What can be read as ASCII is in none of the wider encodings.
+    const bool isUtf8 = declared.kind == EncodingKind::kUtf8;
+    if (isUtf8 || (declared.kind == EncodingKind::kCodePage && isAsciiCodePage(declared.name))) {
       return {std::move(declared), ksImportEncodingSource::kDeclared};
     }
   }
   if (const auto name = detectedEncoding(bytes); !name.empty()) {
-    return {encodingNamed(name), ksImportEncodingSource::kDetected};
+    Encoding detected = encodingNamed(name);
+    // The C library may have been installed without it.
+    if (detected.kind != EncodingKind::kCodePage || isAsciiCodePage(detected.name)) {
+      return {std::move(detected), ksImportEncodingSource::kDetected};
+    }
   }
   const std::string_view fallback = hints.fallback.empty() ? kUsualFallback : hints.fallback;
   return {encodingNamed(fallback), ksImportEncodingSource::kFallback};
