@@ -111,23 +111,23 @@ TEST(Writer, files_areSortedNumberedAndEndInOneLineFeed) {
       cueOf(3000, 4000, "B"),     cueOf(-500, 1004, "A\nA"),
       cueOf(3000, 4005, "C"),     cueOf(5000, 5000, "never"),
       cueOf(-9, 0, "never"),      cueOf(6000, 7000, " \n"),
-      cueOf(8001, 8004, "short"), cueOf(3600000000, 4000000000, "late"),
+      cueOf(8001, 8004, "short"), cueOf(359999000, 4000000000, "late"),
   };
   const std::pair<ksImportTarget, const char*> files[] = {
       {ksImportTarget::kSubRip,
        "1\n00:00:00,000 --> 00:00:01,004\nA\nA\n\n2\n00:00:03,000 --> 00:00:04,000\nB\n\n"
        "3\n00:00:03,000 --> 00:00:04,005\nC\n\n4\n00:00:08,001 --> 00:00:08,004\nshort\n\n"
-       "5\n1000:00:00,000 --> 1111:06:40,000\nlate\n"},
+       "5\n0099:59:59,000 --> 1111:06:40,000\nlate\n"},
       {ksImportTarget::kWebVtt,
        "WEBVTT\n\n1\n00:00:00.000 --> 00:00:01.004\nA\nA\n\n2\n00:00:03.000 --> 00:00:04.000\nB\n\n"
        "3\n00:00:03.000 --> 00:00:04.005\nC\n\n4\n00:00:08.001 --> 00:00:08.004\nshort\n\n"
-       "5\n1000:00:00.000 --> 1111:06:40.000\nlate\n"},
+       "5\n99:59:59.000 --> 1111:06:40.000\nlate\n"},
       {ksImportTarget::kAss,
        "Dialogue: 0,0:00:00.00,0:00:01.00,Default,,0,0,0,,A\\NA\n"
        "Dialogue: 0,0:00:03.00,0:00:04.00,Default,,0,0,0,,B\n"
        "Dialogue: 0,0:00:03.00,0:00:04.01,Default,,0,0,0,,C\n"
        "Dialogue: 0,0:00:08.00,0:00:08.01,Default,,0,0,0,,short\n"
-       "Dialogue: 0,1000:00:00.00,1111:06:40.00,Default,,0,0,0,,late\n"},
+       "Dialogue: 0,99:59:59.00,1111:06:40.00,Default,,0,0,0,,late\n"},
       {ksImportTarget::kText, "A\nA\n\nB\n\nC\n\nshort\n\nlate\n"},
   };
   for (const auto& [target, expected] : files) {
@@ -268,7 +268,7 @@ TEST(Writer, subRipOfTwoLines_isAnsweredAlikeByTheFixedReaders) {
   for (int i = 0; i < 1000; ++i) {
     std::vector<std::string> texts(1 + random() % 4);
     std::vector<ksImportCue> cues;
-    long long time = 0;
+    long long time = random() % 2 * 359'997'000LL;  // just below 100 hours
     for (std::string& text : texts) {
       constexpr const char* kPieces[] = {"a", "7", "\xC3\xA9", " b", "-c", ": ", "?", "\\n", ",0"};
       for (unsigned n = random() % 12; n > 0; --n) text += kPieces[random() % std::size(kPieces)];

@@ -37,6 +37,11 @@ enum class ksImportTarget {
 ///   lines, no zero characters, and U+FFFD for bytes that are no UTF-8. An alignment that is no key
 ///   of the number pad is 2.
 ///
+/// The fixed readers, too, answer a written SubRip file alike, as long as its cues do not overlap
+/// and it has no more than 20,000 lines, but for texts with more than two lines, with a line of
+/// digits alone, with tags (of style or alignment), braces or entities, or with an arrow within a
+/// line. ksImportReport::fixedReadersAgree() tells of a file.
+///
 /// What would be read as tags, entities, times or other parts of the format is escaped; SubRip
 /// texts are else written as they are. Throws nothing but `std::bad_alloc`.
 KSSUBTITLE_IMPORT_API std::string writeCues(std::span<const ksImportCue> cues,

@@ -1,4 +1,6 @@
 // Writes SubRip.
+#include <algorithm>
+
 #include "kssubtitle/import/formats/subrip_lines.h"
 #include "kssubtitle/import/markup/html_tags.h"
 #include "kssubtitle/import/markup/subrip_tags.h"
@@ -9,7 +11,14 @@
 namespace kssubtitle::importing {
 namespace {
 
-constexpr ClockForm kClock{2, ',', 3};
+/// Both times get the hours' digits that the end needs: some players look for the separators of the
+/// start where those of the end are.
+std::string timesOf(const OutgoingCue& cue) {
+  constexpr long long kHour = 3'600'000;
+  const auto digits = static_cast<int>(std::to_string(cue.end / kHour).size());
+  const ClockForm form{std::max(digits, 2), ',', 3};
+  return clockText(cue.start, form) + " --> " + clockText(cue.end, form);
+}
 
 std::string_view escapeOf(char c) noexcept {
   switch (c) {
@@ -85,7 +94,7 @@ std::string writeSubRip(OutgoingCues cues) {
   for (const OutgoingCue& cue : cues) {
     if (number > 0) out += '\n';
     out += std::to_string(++number) + '\n';
-    out += clockText(cue.start, kClock) + " --> " + clockText(cue.end, kClock) + '\n';
+    out += timesOf(cue) + '\n';
     appendLines(out, taggedText(cue));
   }
   return out;
