@@ -20,7 +20,8 @@ TEST_F(KssubTest, check_tells_what_a_viewer_notices) {
   directory.write("film.srt", kFlawed);
   const std::string form =
       "film.srt: subrip, UTF-8 \\(valid throughout\\), LF, 7 cues, 0:00:12.000\n";
-  const std::string fixed = "film.srt: The fixed readers may answer it otherwise \\(order\\)\\.\n";
+  const std::string fixed =
+      "film.srt: The fixed readers may answer it otherwise: The cues do not follow one another.*\n";
   expectRun("check film.srt",
             form +
                 "film.srt:1: The cue is shown for only 499 ms\\.\n"
@@ -49,8 +50,9 @@ TEST_F(KssubTest, check_looks_into_directories) {
   directory.write("films/deep/letter.txt", "no subtitles\n");
   directory.write("films/deep/notes.md", clean);
   const std::string agree = ": The fixed readers answer the file as it is meant\\.\n";
-  const std::string both = "films/a.srt: subrip, .*\nfilms/a.srt" + agree +
-                           "films/deep/b.SRT: subrip, .*\nfilms/deep/b.SRT: .*\\(extension\\)\\.\n";
+  const std::string both =
+      "films/a.srt: subrip, .*\nfilms/a.srt" + agree +
+      "films/deep/b.SRT: subrip, .*\nfilms/deep/b.SRT: .*otherwise: The file's name.*\n";
   expectRun("check films", both, "", 0);
   directory.write("films/c.srt", "no subtitles\n");
   directory.write("films/d.vtt", "WEBVTT\n");
@@ -63,6 +65,7 @@ TEST_F(KssubTest, check_looks_into_directories) {
             R"(\{"file":"films/deep/letter.txt","refusal":"The file is text, .*"\})"
             "\n",
             "", 3);
+  expectRun("check films/deep", "", "films/deep: no subtitle files\n", 0, "rm films/deep/b.SRT");
   expectRun("check", "", "kssub: .*\n.*\n", 2);
 }
 
@@ -81,7 +84,18 @@ TEST_F(KssubTest, check_shortens_what_comes_often) {
             "film.srt: 1189 more like this: The cue .*\nfilm.srt: The fixed .*\n",
             "", 0);
   expectRun("check film.srt --all | wc -l", "\\s*1004\n", "", 0);
-  expectRun("check layers.ass", "layers.ass: .*\nlayers.ass: The fixed .*\n", "", 0);
+  expectRun("check layers.ass",
+            "layers.ass: .*\nlayers.ass: .* \\(script, .*; --all tells why\\)\\.\n", "", 0);
+}
+
+TEST_F(KssubTest, check_lets_formats_without_order_be) {
+  directory.write("song.lrc", "[00:09.00]C\n[00:01.00]A\n[00:05.00]B\n");
+  directory.write("layers.ttml",
+                  "<tt xmlns='http://www.w3.org/ns/ttml'><body><div>"
+                  "<p begin='5s' end='7s'>B</p><p begin='1s' end='6s'>A</p></div></body></tt>");
+  expectRun("check song.lrc layers.ttml",
+            "song.lrc: .*\nsong.lrc: The fixed .*\nlayers.ttml: .*\nlayers.ttml: The fixed .*\n",
+            "", 0);
 }
 
 TEST_F(KssubTest, check_shows_a_bar_on_a_terminal) {

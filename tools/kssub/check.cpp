@@ -39,11 +39,15 @@ struct Remark {
 };
 using Remarks = std::vector<Remark>;
 
+/// Whether cues of the format may stand in any order, and beside one another.
+bool hasNoOrder(std::string_view format) {
+  return format == "ass" || format == "lrc" || format == "ttml";
+}
+
 /// Whether a format is like that by its nature: scripts draw layers over one another.
 bool isUsual(std::string_view format, ksImportProblem problem) {
-  if (format == "ass") {
-    return problem == ksImportProblem::kOverlap || problem == ksImportProblem::kDuplicate;
-  }
+  if (problem == ksImportProblem::kOverlap) return hasNoOrder(format);
+  if (problem == ksImportProblem::kDuplicate) return format == "ass";
   const bool hasNoEnds = format == "lrc" || format == "tmplayer";
   return hasNoEnds && problem == ksImportProblem::kEndAssumed;
 }
@@ -76,6 +80,16 @@ std::string joined(const std::vector<std::string>& parts, std::string_view separ
 /// One line of what is printed as text: where, and what.
 void printLine(const std::string& place, const std::string& sentence) {
   std::cout << terminalText(place) << ": " << terminalText(sentence) << '\n';
+}
+
+/// How the fixed readers answer a file. A single condition is told in full, unless all are below.
+std::string answerOfFixedReaders(const std::vector<ksImportCondition>& unmet, bool showsAll) {
+  if (unmet.empty()) return "The fixed readers answer the file as it is meant.";
+  const std::string otherwise = "The fixed readers may answer it otherwise";
+  if (unmet.size() == 1 && !showsAll) return otherwise + ": " + std::string(unmet.front().sentence);
+  std::vector<std::string> names;
+  for (const ksImportCondition& condition : unmet) names.emplace_back(condition.name);
+  return otherwise + " (" + joined(names, ", ") + (showsAll ? ")." : "; --all tells why).");
 }
 
 class TextReport {
@@ -141,14 +155,9 @@ class TextReport {
   }
 
   void printFixedReaders(const ksImportReport& report) const {
-    std::vector<std::string> names;
-    for (const ksImportCondition& condition : report.unmetConditions()) {
-      names.emplace_back(condition.name);
-    }
-    printLine(name_, names.empty() ? "The fixed readers answer the file as it is meant."
-                                   : "The fixed readers may answer it otherwise (" +
-                                         joined(names, ", ") + ").");
-    if (mostOfAKind_ == kAll) printConditions(report);
+    const bool showsAll = mostOfAKind_ == kAll;
+    printLine(name_, answerOfFixedReaders(report.unmetConditions(), showsAll));
+    if (showsAll) printConditions(report);
   }
 
   void printConditions(const ksImportReport& report) const {
@@ -219,8 +228,9 @@ class Check : public Command {
     addLimits(app);
     addReadingOptions(app, request_.options);
     app.footer(
-        "Exit status: 0 if nothing is wrong, 1 if something is, 2 on a wrong command line,\n"
-        "3 if a file cannot be read.");
+        "Exit status: 0 if nothing is wrong or a directory has no subtitle files, 1 if something "
+        "is\n"
+        "wrong, 2 on a wrong command line, 3 if a file cannot be read.");
   }
 
   int run() override {
@@ -232,6 +242,10 @@ class Check : public Command {
     for (std::size_t i = 0; i < files.size(); ++i) {
       progress.show(i);
       checkFile(files[i], progress);
+    }
+    if (!hasSubtitles_) {
+      progress.hide();
+      std::cerr << terminalText(joined(arguments_, ", ")) << ": no subtitle files\n";
     }
     return status_;
   }
@@ -268,8 +282,9 @@ class Check : public Command {
       if (!file.mayBeOther) reportRefusal(parser, progress);
       return;
     }
+    hasSubtitles_ = true;
     ViewingLimits limits = limits_;
-    limits.ordersCount = parser.report().format() != "ass";  // scripts are put in order anyway
+    limits.ordersCount = !hasNoOrder(parser.report().format());
     const Remarks remarks = remarksOn(parser, limits);
     if (!remarks.empty()) status_ = std::max(status_, kProblems);
     progress.hide();
@@ -282,6 +297,7 @@ class Check : public Command {
 
   void reportRefusal(const ksImportParser& parser, Progress& progress) {
     status_ = kUnreadable;
+    hasSubtitles_ = true;
     progress.hide();
     if (asJson_) {
       std::cout << "{\"file\":" << jsonString(nameOf(request_))
@@ -297,6 +313,7 @@ class Check : public Command {
   bool isGapSet_ = false;
   bool asJson_ = false;
   bool showsAll_ = false;
+  bool hasSubtitles_ = false;  // or what should be such
   int status_ = kSuccess;
 };
 
