@@ -69,7 +69,11 @@ TEST_F(KssubTest, convert_writes_every_format) {
   directory.write("film.sub", "{25}{50}{y:i}A & b|c\n");
   expectRun("convert film.sub film.srt --fps 25 && cat film.srt",
             "1\n00:00:01,000 --> 00:00:02,000\n<i>A & b</i>\nc\n", "", 0);
-  expectRun("convert film.srt - --to VTT",
+  expectRun(
+      "convert film.srt film.webvtt --to subrip && " KSSUB_PATH
+      " convert film.webvtt film.ssa && diff film.srt film.webvtt && grep -c ScriptType film.ssa",
+      "1\n", "", 0);
+  expectRun("convert film.srt film.webvtt && cat film.webvtt",
             "WEBVTT\n\n1\n00:00:01.000 --> 00:00:02.000\n<i>A &amp; b</i>\nc\n", "", 0);
   expectRun("convert - film.ass <film.srt && tail -n 1 film.ass",
             "Dialogue: 0,0:00:01.00,0:00:02.00,Default,,0,0,0,,.\\\\i1.A & b\\\\N.\\\\i0.c\n", "",

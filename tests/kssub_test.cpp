@@ -170,7 +170,7 @@ TEST_F(KssubTest, failures_are_told_apart_by_exit_status) {
   const std::string notATime = "\"[^ ]*\" is not a time: .*1500 \\(milliseconds\\)";
   const struct {
     std::string command, arguments, reason;
-  } usageFailures[] = {{"", "", "A subcommand is required"},
+  } usageFailures[] = {{"", "", "a command is required"},
                        {"", "show plain.srt", "there is no command or option \"show\""},
                        {"", "lsit plain.srt", "there is no .* \"lsit\"; did you mean list\\?"},
                        {"", "-json", "there is no command or option \"-json\""},
@@ -186,7 +186,8 @@ TEST_F(KssubTest, failures_are_told_apart_by_exit_status) {
                        {" list", "plain.srt --json --tsv", "--[jt].* excludes --[jt].*"},
                        {" list", "- --exact", "--exact: needs the name of a file, not -"},
                        {" at", "plain.srt 0 --exact --encoding utf-8", "--e.* excludes --e.*"},
-                       {" list", "plain.srt --fps 0", "--fps: must be .*"},
+                       {" list", "plain.srt --fps 0", "--fps: not a frame rate: 0"},
+                       {" list", "plain.srt --fps abc", "--fps: not a frame rate: abc"},
                        {" play", "plain.srt --speed 0", "--speed: must be .*"},
                        {" play", "plain.srt --speed nan", "--speed: must be .*"}};
   for (const auto& [command, arguments, reason] : usageFailures) {

@@ -228,9 +228,9 @@ class Check : public Command {
     addLimits(app);
     addReadingOptions(app, request_.options);
     app.footer(
-        "Exit status: 0 if nothing is wrong or a directory has no subtitle files, 1 if something "
-        "is\n"
-        "wrong, 2 on a wrong command line, 3 if a file cannot be read.");
+        "Exit status: 0 if nothing is wrong or there is no subtitle file, 1 if something is "
+        "wrong,\n"
+        "2 on a wrong command line, 3 if a file cannot be read.");
   }
 
   int run() override {

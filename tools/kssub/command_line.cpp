@@ -87,6 +87,9 @@ std::vector<CLI::Option*> addReadingOptions(CLI::App& app, ksImportOptions& opti
     return app.add_option_function<std::string>(option, set, description)->type_name("NAME");
   };
   const auto setFormat = [&options](const std::string& word) { options.format = formatOf(word); };
+  const auto setRate = [&options](const std::string& text) {
+    options.frameRate = requireRate("--fps", text);
+  };
   return {
       addEncoding("--encoding", options.encoding, "The file's encoding, whatever it looks like"),
       addEncoding(
@@ -99,8 +102,8 @@ std::vector<CLI::Option*> addReadingOptions(CLI::App& app, ksImportOptions& opti
           ->type_name("NAME"),
       app.add_option("--language", options.language, "Which of a file's languages")
           ->type_name("NAME"),
-      app.add_option_function<double>("--fps", requirePositive("--fps", options.frameRate),
-                                      "Frames in a second, where a file counts frames")
+      app.add_option_function<std::string>("--fps", setRate,
+                                           "Frames in a second, where a file counts frames")
           ->type_name("NUMBER"),
   };
 }
@@ -127,6 +130,14 @@ std::function<void(const double&)> requirePositive(const char* option, double& v
     }
     value = number;
   };
+}
+
+double requireRate(const char* option, const std::string& text) {
+  double rate = 0;
+  if (!CLI::detail::lexical_cast(text, rate) || !std::isfinite(rate) || rate <= 0) {
+    throw CLI::ValidationError(option, "not a frame rate: " + text);
+  }
+  return rate;
 }
 
 std::string quoted(const std::string& word) { return '"' + word + '"'; }

@@ -27,6 +27,10 @@ long long requireTime(const std::string& text);
 /// CLI::ValidationError unless the number is finite and above 0.
 std::function<void(const double&)> requirePositive(const char* option, double& value);
 
+/// The frames in a second that are given behind `option`. Throws CLI::ValidationError unless the
+/// number is finite and above 0.
+double requireRate(const char* option, const std::string& text);
+
 /// For messages.
 std::string quoted(const std::string& word);
 

@@ -29,10 +29,11 @@ struct Target {
   ksImportTarget target;
 };
 
-constexpr Target kTargets[] = {{"srt", ksImportTarget::kSubRip},
-                               {"vtt", ksImportTarget::kWebVtt},
-                               {"ass", ksImportTarget::kAss},
-                               {"txt", ksImportTarget::kText}};
+constexpr Target kTargets[] = {
+    {"srt", ksImportTarget::kSubRip}, {"subrip", ksImportTarget::kSubRip},
+    {"vtt", ksImportTarget::kWebVtt}, {"webvtt", ksImportTarget::kWebVtt},
+    {"ass", ksImportTarget::kAss},    {"ssa", ksImportTarget::kAss},
+    {"txt", ksImportTarget::kText}};
 
 std::optional<ksImportTarget> targetNamed(std::string_view name) {
   const std::string lower = CLI::detail::to_lower(std::string(name));
@@ -54,15 +55,6 @@ std::array<std::string, 2> halves(const char* option, const std::string& text, c
     throw CLI::ValidationError(option, quoted(text) + " has no " + quoted({sign}));
   }
   return {text.substr(0, at), text.substr(at + 1)};
-}
-
-double requireRate(const std::string& text) {
-  double rate = 0;
-  if (!CLI::detail::lexical_cast(text, rate)) {
-    throw CLI::ValidationError("--scale", quoted(text) + " is not a number of frames in a second");
-  }
-  requirePositive("--scale", rate)(rate);
-  return rate;
 }
 
 /// What is to be done with cues.
@@ -223,7 +215,8 @@ class Convert : public Command {
 
   void setScale(const std::string& text) {
     const auto [from, to] = halves("--scale", text, ':');
-    edits_.change.factor = static_cast<long double>(requireRate(from)) / requireRate(to);
+    edits_.change.factor =
+        static_cast<long double>(requireRate("--scale", from)) / requireRate("--scale", to);
   }
 
   void setPairs(const std::vector<std::string>& texts) {

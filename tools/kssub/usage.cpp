@@ -89,10 +89,12 @@ std::string unknownCommand(const CLI::App& app, const std::string& word) {
   return withSuggestion("there is no command or option " + quoted(word), word, candidates);
 }
 
-/// CLI11 itself names no unknown subcommand, and unexpected arguments from the last one on.
+/// CLI11 itself speaks of subcommands, names no unknown one, and unexpected arguments from the last
+/// one on.
 std::string reasonOf(const CLI::App& app, const CLI::Error& error) {
   const std::vector<std::string> extras = app.remaining(true);
   if (app.get_subcommands().empty() && !extras.empty()) return unknownCommand(app, extras.front());
+  if (app.get_subcommands().empty()) return "a command is required";
   if (error.get_exit_code() != static_cast<int>(CLI::ExitCodes::ExtrasError)) return error.what();
   std::string reason = "unexpected:";
   for (const std::string& extra : extras) reason += ' ' + quoted(extra);
