@@ -8,7 +8,7 @@ namespace {
 const std::string kFilm =
     "1\n00:00:01,000 --> 00:00:02,000\n<i>JOHN: Hi [sighs], you\n(LAUGHS)</i>\n\n"
     "2\n00:00:01,500 --> 00:00:04,000\n- [DOOR] - Who?\n- \u00C9VA #2: <b>A & b</b>\n\n"
-    "3\n00:00:03,900 --> 00:00:04,100\n[music]\n- (of\ntwo lines)\n\n"
+    "3\n00:00:03,900 --> 00:00:04,100\n\u266A [music] \u266A\n- (of\ntwo lines)\n\n"
     "4\n00:00:05,000 --> 00:00:05,100\nAt 10:30: (no one two three f(x) [5]\n\n"
     "5\n00:00:09,000 --> 00:00:08,000\nnever\n\n"
     "6\n00:00:05,000 --> 00:00:06,000\n{\\an8}top\n";
@@ -31,7 +31,7 @@ TEST_F(KssubTest, convert_edits_cues) {
   const std::string leftOut = "film.srt: 1 cue that is never shown is left out\n";
   const std::string hi = "<i>JOHN: Hi [sighs], you / (LAUGHS)</i>";
   const std::string who = "- [DOOR] - Who? / - \u00C9VA #2: <b>A & b</b>";
-  const std::string music = "[music] / - (of / two lines)";
+  const std::string music = "\u266A [music] \u266A / - (of / two lines)";
   const std::string four = "At 10:30: (no one two three f(x) [5]";
   const struct {
     std::string options;
@@ -54,10 +54,9 @@ TEST_F(KssubTest, convert_edits_cues) {
         {"01,500", "03,900", who},
         {"03,900", "05,000", music},
         {"05,000", "07,500", four + " / top"}}},
-      {"--wrap 16 --from 4000",
+      {"--wrap 16 --no-overlaps --from 4000",
        {{"03,900", "04,100", music},
-        {"05,000", "05,100", "At 10:30: (no / one two three / f(x) [5]"},
-        {"05,000", "06,000", "{\\an8}top"}}},
+        {"05,000", "06,000", "At 10:30: (no / one two three / f(x) [5] / top"}}},
   };
   for (const auto& [options, cues] : cases) {
     const bool isCut = options.find("--until") != options.npos;

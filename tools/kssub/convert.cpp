@@ -79,9 +79,9 @@ EditedCues withNewTimes(EditedCues cues, const Edits& edits) {
 
 EditedCues edited(EditedCues cues, const Edits& edits) {
   if (edits.hasNoSounds) cues = withoutSounds(std::move(cues));
+  if (edits.width > 0) cues = wrapped(std::move(cues), edits.width);  // before cues become one
   if (edits.hasNoOverlaps) cues = withoutOverlaps(std::move(cues));
   if (edits.least > 0) cues = lasting(std::move(cues), edits.least);
-  if (edits.width > 0) cues = wrapped(std::move(cues), edits.width);
   return cues;
 }
 

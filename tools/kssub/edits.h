@@ -54,8 +54,8 @@ EditedCues withoutOverlaps(EditedCues cues);
 EditedCues lasting(EditedCues cues, long long least);
 
 /// Without descriptions of sounds: words in brackets or parentheses, unless a letter stands
-/// directly in front, and names in capitals with a colon in front of what is said. Cues without
-/// anything else go.
+/// directly in front, and names in capitals with a colon in front of what is said. Lines from
+/// which that takes the last letter or digit go, and cues without anything else.
 EditedCues withoutSounds(EditedCues cues);
 
 /// Lines of at most so many characters where there are blanks to break them at, about equally long.

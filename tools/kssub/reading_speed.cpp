@@ -5,12 +5,16 @@
 
 namespace kssub {
 
-double charactersPerSecond(const ksImportCue& cue) {
-  if (cue.end <= cue.start) return 0;
+std::size_t countCharacters(std::string_view text) {
   const auto isCharacter = [](char c) {  // counted once, by the first byte
     return c != '\n' && (static_cast<unsigned char>(c) & 0xC0) != 0x80;
   };
-  const auto characters = static_cast<double>(std::ranges::count_if(cue.text, isCharacter));
+  return static_cast<std::size_t>(std::ranges::count_if(text, isCharacter));
+}
+
+double charactersPerSecond(const ksImportCue& cue) {
+  if (cue.end <= cue.start) return 0;
+  const auto characters = static_cast<double>(countCharacters(cue.text));
   return characters * 1000 / (static_cast<double>(cue.end) - static_cast<double>(cue.start));
 }
 

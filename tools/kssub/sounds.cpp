@@ -136,22 +136,46 @@ Ranges namesIn(std::string_view text) {
   return found;
 }
 
-/// Lines of which only dashes are left.
-Ranges emptyLinesIn(std::string_view text) {
-  Ranges found;
-  forEachLine(text, [&](std::size_t begin, std::size_t content, std::size_t end) {
-    if (content == end) found.push_back({begin, std::min(end + 1, text.size())});
+bool hasWords(std::string_view text) {
+  while (!text.empty()) {
+    const auto [c, size] = decodeUtf8(text);
+    if (isOf(iswalnum_l, c)) return true;
+    text.remove_prefix(size);
+  }
+  return false;
+}
+
+/// What `ranges`, by where they begin, leave of the part from `begin` to `end`.
+std::string rest(std::string_view text, const Ranges& ranges, std::size_t begin, std::size_t end) {
+  std::string kept;
+  for (const TextRange& range : ranges) {
+    if (range.begin >= end) break;
+    if (range.begin > begin) kept += text.substr(begin, range.begin - begin);
+    begin = std::max(begin, std::min(range.end, end));
+  }
+  return kept.append(text.substr(begin, end - begin));
+}
+
+/// Takes out the ranges, and the lines from which they take all letters and digits.
+void takeOut(MarkedText& text, Ranges ranges) {
+  const std::string_view all = text.characters();
+  std::ranges::sort(ranges, {}, &TextRange::begin);
+  Ranges lines;
+  forEachLine(all, [&](std::size_t begin, std::size_t /*content*/, std::size_t end) {
+    const std::string kept = rest(all, ranges, begin, end);
+    const bool isWhole = kept.size() == end - begin;
+    if (!isWhole && !hasWords(kept)) lines.push_back({begin, std::min(end + 1, all.size())});
   });
-  return found;
+  std::ranges::copy(lines, std::back_inserter(ranges));
+  text.erase(std::move(ranges));
 }
 
 void takeSoundsOut(EditedCue& cue) {
   MarkedText text(cue.text);
   const std::size_t size = text.characters().size();
-  text.erase(bracketsIn(text.characters()));
-  text.erase(namesIn(text.characters()));
+  takeOut(text, bracketsIn(text.characters()));
+  takeOut(text, namesIn(text.characters()));
   if (text.characters().size() == size) return;
-  text.erase(emptyLinesIn(text.characters()));
   cue.text = text.characters().empty() ? "" : text.html();
 }
 

@@ -8,22 +8,17 @@
 #include <optional>
 #include <string_view>
 
+#include "tools/kssub/reading_speed.h"
 #include "tools/kssub/report_text.h"
 
 namespace kssub {
 namespace {
 
-/// In code points, without line feeds.
-std::size_t lengthOf(std::string_view text) {
-  return static_cast<std::size_t>(std::ranges::count_if(
-      text, [](char c) { return c != '\n' && (static_cast<unsigned char>(c) & 0xC0) != 0x80; }));
-}
-
 std::size_t longestLine(std::string_view text) {
   std::size_t longest = 0;
   while (!text.empty()) {
     const std::size_t end = std::min(text.find('\n'), text.size());
-    longest = std::max(longest, lengthOf(text.substr(0, end)));
+    longest = std::max(longest, countCharacters(text.substr(0, end)));
     text.remove_prefix(std::min(end + 1, text.size()));
   }
   return longest;
@@ -63,8 +58,7 @@ class Viewer {
       return add(Flaw::kFlash, cue,
                  "The cue is shown for only " + std::to_string(duration) + " ms.");
     }
-    const double speed =
-        static_cast<double>(lengthOf(cue.text)) * 1000 / static_cast<double>(duration);
+    const double speed = charactersPerSecond(cue);
     if (limits_.mostSpeed <= 0 || speed <= limits_.mostSpeed) return;
     add(Flaw::kTooFast, cue,
         "The cue has " + std::to_string(std::llround(std::ceil(speed))) +
