@@ -53,6 +53,8 @@ std::vector<Case> webVttCases() {
       {"Other_fractions_if_no_time_is_standard", head + "00:01 --> 00:02,5\na", "1000-2500 a"},
       {"Notes_are_no_text", head + "NOTE a\nb\n\nSTYLE\nc\n\n00:01.000 --> 00:02.000\nNOTE d",
        "1000-2000 NOTE d"},
+      {"Signature_below_blank_lines_in_lower_case",
+       "\n \nwebvtt - a\n\n1\n00:00:01.000 --> 00:00:02.000 line:0\n<v B>a", "1000-2000 a"},
       {"No_signature", "WEBVTTX\n\n00:01.000 -> x", "refused"},
       {"References",
        head + "00:01.000 --> 00:02.000\n&notit; &notin; &nsubE; &amp &#x41 &#0; &#150; &x; &",

@@ -23,8 +23,8 @@ constexpr Format kFormats[] = {
     {"mpsub", "sub", likelihoodOfMpsub, readMpsub},
     {"subviewer1", "sub", likelihoodOfSubViewer1, readSubViewer1, kUpToTheNext},
     {"sami", "smi sami", likelihoodOfSami, readSami},
-    {"subrip", "srt", likelihoodOfSubRip, readSubRip},
     {"webvtt", "vtt webvtt", likelihoodOfWebVtt, readWebVtt, 0, true},
+    {"subrip", "srt", likelihoodOfSubRip, readSubRip},
     {"ttml", "ttml dfxp itt xml", likelihoodOfTtml, readTtml, kUpToTheNext},
 };
 

@@ -77,6 +77,12 @@ std::optional<long long> takeTimestamp(std::string_view& text, Fractions fractio
   return ((hours * 60 + minutes) * 60 + *third) * 1000 + *fraction;
 }
 
+/// Whether a line begins with the signature, in any case.
+bool isSignature(std::string_view line) noexcept {
+  const std::string_view rest = line.substr(std::min(kSignature.size(), line.size()));
+  return startsWithNoCase(line, kSignature) && (rest.empty() || isBlank(rest.front()));
+}
+
 struct Times {
   long long start;
   long long end;
@@ -150,10 +156,13 @@ class WebVttReader {
 
   /// The header is a block in which no cue can be, up to the first line with an arrow.
   void read() {
-    Lines lines(input_.text, input_.begin, input_.firstLine);
+    bool isAtBegin = true;
     Line line;
-    lines.next(line);  // the signature, whatever else it holds
-    while (lines.next(line)) readLine(line);
+    for (Lines lines(input_.text, input_.begin, input_.firstLine); lines.next(line);) {
+      if (isAtBegin && withoutBlanks(line.text).empty()) continue;
+      if (!isAtBegin || !isSignature(line.text)) readLine(line);
+      isAtBegin = false;
+    }
     finishBlock(input_.text.size());
   }
 
@@ -211,10 +220,13 @@ class WebVttReader {
 }  // namespace
 
 Likelihood likelihoodOfWebVtt(std::string_view text) {
-  if (!text.starts_with(kSignature)) return Likelihood::kNone;
-  const std::string_view rest = text.substr(kSignature.size());
-  const bool isWhole = rest.empty() || isBlank(rest.front()) || rest.front() == '\n';
-  return isWhole ? Likelihood::kCertain : Likelihood::kNone;
+  Line line;
+  for (Lines lines(text); lines.next(line);) {
+    if (withoutBlanks(line.text).empty()) continue;
+    if (!isSignature(line.text)) break;
+    return text.starts_with(kSignature) ? Likelihood::kCertain : Likelihood::kLikely;
+  }
+  return Likelihood::kNone;
 }
 
 void readWebVtt(const FormatInput& input, CueSink& sink) { WebVttReader(input, sink).read(); }
