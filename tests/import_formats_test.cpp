@@ -84,8 +84,8 @@ constexpr FormatCase kMicroDvd[] = {
      "Ook!\n{1}{1}23,976fps\n{ 10 } {20}/One/|Two|\n{143856}{}End\n",
      "microdvd\n417 834 One|Two\n6000000 6005000 End\nignored 1\nend assumed 4"},
     {"usual rate, reported", "a.txt", "{0}{24}Short\n", "microdvd\n0 1001 Short\nrate assumed 0"},
-    {"a sentence is no rate", "a.sub", "{1}{1}2 men\n{}{24}A\n{24}{}B\n{48}{72}C\n",
-     "microdvd\n0 1001 A\n42 42 2 men\n1001 2002 B\n2002 3003 C\nrate assumed 0\n"
+    {"a sentence is no rate", "a.sub", "{1}{1}2. men\n{}{24}A\n{24}{}B\n{48}{72}C\n",
+     "microdvd\n0 1001 A\n42 42 2. men\n1001 2002 B\n2002 3003 C\nrate assumed 0\n"
      "never shown 1\n"
      "repaired 2"},
     {"codes for a line and for all lines", "a.sub",
@@ -152,7 +152,7 @@ constexpr FormatCase kLrc[] = {
 
 constexpr FormatCase kMpsub[] = {
     {"fractions that add up", "a.sub",
-     "TITLE=T\nFORMAT=TIME\n\n0.2504 1\nA\n2 3\n\n0.2504 1\nB\n\nC\n",
+     "TITLE=T\nFORMAT=TIME\n\n.2504 1.\nA\n2 3\n\n0.2504 1\nB\n\nC\n",
      "mpsub\n250 1250 A|2 3\n1501 2501 B\nignored 11"},
     {"frames", "a.sub", "FORMAT=12,5\n\n-25 50\nA\n\n0 1e9\n\n25 25\nB\n",
      "mpsub\n-2000 2000 A\n4000 6000 B\nignored 6"},

@@ -24,7 +24,7 @@ std::optional<double> rateOf(const SpanLine& span) noexcept {
   if (!rate) return std::nullopt;
   const std::string_view written = span.text.substr(0, span.text.size() - rest.size());
   rest = withoutLeadingBlanks(rest);
-  const bool hasFraction = written.find_first_of(".,") != written.npos;
+  const bool hasFraction = written.find_first_of(".,") < written.size() - 1;
   if (!hasFraction && !rest.empty() && !startsWithNoCase(rest, "fps")) return std::nullopt;
   return usableFrameRate(*rate);
 }

@@ -51,7 +51,7 @@ std::optional<long long> takeInteger(std::string_view& text) noexcept;
 
 /// Takes a number with or without a sign, and with or without a fraction behind a point or a comma,
 /// off the front of `text`; nothing if there is none, or one of more than 12 digits before the
-/// fraction. Of a fraction three digits or more are exact.
+/// fraction. Of a fraction three digits or more are exact. ".5" and "1." are numbers too.
 std::optional<double> takeDecimal(std::string_view& text) noexcept;
 
 }  // namespace kssubtitle::importing
