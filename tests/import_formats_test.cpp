@@ -128,7 +128,7 @@ constexpr FormatCase kLineTimes[] = {
 constexpr FormatCase kSubViewer[] = {
     {"header, style lines and breaks", "a.sub",
      "[INFORMATION]\n[DELAY]0\n[END INFORMATION]\n[SUBTITLE]\n[COLF]&HFFFFFF,[STYLE]bd\n"
-     "00:00:41.00,00:00:44.40\n<i>A[br]B</i>|C\nD\n\n[COLF]&H0\n00:00:55,5,00:00:58,45\n[E]\n",
+     "00:00:41.00,00:00:44.40\n<i>A[br]B</i>|C\nD\n\n[colf]&H0\n00:00:55,5,00:00:58,45\n[E]\n",
      "subviewer\n41000 44400 A|B|C|D\n55500 58450 [E]"},
     {"three digits", "a.txt", "0:00:00.599,0:00:04.160\n[music]\n", "sbv\n599 4160 [music]"},
     {"SubRip in its place", "a.sub", "1\n00:00:01,000 --> 00:00:02,000\n0:00:00.1,0:00:04.1\n",

@@ -28,11 +28,11 @@ std::optional<TimeLine> timeLineOf(std::string_view text) noexcept {
   return TimeLine{*start, *end};
 }
 
-/// Whether a line only says what texts look like: "[COLF]&HFFFFFF,[STYLE]bd,...".
+/// Whether a line only says what texts look like: "[COLF]&HFFFFFF,[STYLE]bd,...", in any case.
 bool isStyleLine(std::string_view line) noexcept {
   constexpr std::string_view kKeys[] = {"[COLF]", "[STYLE]", "[SIZE]", "[FONT]"};
   return std::any_of(std::begin(kKeys), std::end(kKeys),
-                     [line](std::string_view key) { return line.starts_with(key); });
+                     [line](std::string_view key) { return startsWithNoCase(line, key); });
 }
 
 class SubViewerReader {
