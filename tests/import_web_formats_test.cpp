@@ -123,13 +123,14 @@ INSTANTIATE_TEST_SUITE_P(Sami, WebFormats, testing::ValuesIn(samiCases()));
 
 TEST(SamiLanguages, Are_listed_and_selected) {
   const std::string text = std::string(kTwoLanguages) +
-                           "<SYNC Start=1><P Class=KRCC>a"
-                           "<P Class=ENCC>b<SYNC Start=2>";
-  for (const auto& [wanted, cue] : {std::pair("", "1-2 a"),
-                                    {"encc", "1-2 b"},
-                                    {"EN", "1-2 b"},
-                                    {"en-us", "1-2 b"},
-                                    {"FRCC", "1-2 a"}}) {
+                           "<SYNC Start=1><P Class=JPCC>c<P Class=KRCC>a<P Class=XX>d"
+                           "<P Class=ENCC>b<P Class=Big>e<SYNC Start=2>";
+  for (const auto& [wanted, cue] : {std::pair("", "1-2 c\na\nd\ne"),
+                                    {"encc", "1-2 c\nd\nb\ne"},
+                                    {"EN", "1-2 c\nd\nb\ne"},
+                                    {"en_us", "1-2 c\nd\nb\ne"},
+                                    {"jpcc", "1-2 c\ne"},
+                                    {"FRCC", "1-2 c\na\nd\ne"}}) {
     ksImportOptions options;
     options.language = wanted;
     EXPECT_EQ(cuesOf(text, options), cue) << wanted;
@@ -138,7 +139,7 @@ TEST(SamiLanguages, Are_listed_and_selected) {
   parser.OpenMemory(text.data(), text.size());
   const auto languages = parser.report().languages();
   EXPECT_EQ(std::vector(languages.begin(), languages.end()),
-            (std::vector<std::string>{"KRCC", "ENCC"}));
+            (std::vector<std::string>{"KRCC", "ENCC", "JPCC", "XX"}));
 }
 
 TEST(WebFormatStyle, Of_sami_tags) {

@@ -120,7 +120,8 @@ class KSSUBTITLE_IMPORT_API ksImportReport {
   ksImportLineEnds lineEnds() const noexcept;
   /// The size of the file in bytes, as far as it was read.
   std::size_t size() const noexcept;
-  /// The languages that the file says its cues have, in its order; empty if it says none.
+  /// The languages that the file says its cues have, in its order; in SAMI the classes that the
+  /// style sheet leaves out come behind them. Empty if there are none.
   std::span<const std::string> languages() const noexcept;
   /// The problems that were found, by line; the first 1,000 of them.
   std::span<const ksImportNote> notes() const noexcept;

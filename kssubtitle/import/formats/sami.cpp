@@ -138,12 +138,19 @@ class Scanner {
   int line_;  // there
 };
 
+/// Whether a paragraph of `ofClass` is none of `language`'s: undeclared classes are taken for
+/// languages only if `language` is one of them.
+bool isOther(const SamiClass& ofClass, const SamiClass& language) noexcept {
+  using Kind = SamiClass::Kind;
+  if (&ofClass == &language || ofClass.kind == Kind::kStyle) return false;
+  return ofClass.kind == Kind::kLanguage || language.kind == Kind::kUndeclared;
+}
+
 /// Keeps the paragraphs of one language, and those of classes that are none, which then belong to
 /// all as those without a class do.
 void select(const SamiClass& language, std::vector<Paragraph>& paragraphs) {
   std::erase_if(paragraphs, [&language](const Paragraph& paragraph) {
-    const SamiClass* const ofClass = paragraph.ofClass;
-    return ofClass != nullptr && ofClass->isLanguage && ofClass != &language;
+    return paragraph.ofClass != nullptr && isOther(*paragraph.ofClass, language);
   });
   for (Paragraph& paragraph : paragraphs) paragraph.ofClass = nullptr;
 }

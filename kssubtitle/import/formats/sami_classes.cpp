@@ -2,7 +2,10 @@
 #include "kssubtitle/import/formats/sami_classes.h"
 
 #include <algorithm>
+#include <iterator>
 #include <optional>
+
+#include "kssubtitle/import/formats/language_tag.h"
 
 namespace kssubtitle::importing {
 namespace {
@@ -28,11 +31,6 @@ std::optional<std::string_view> valueOf(std::string_view rule, std::string_view 
   return std::nullopt;
 }
 
-/// Whether `tag`, or its part that names the language alone, is `wanted`.
-bool isTag(std::string_view tag, std::string_view wanted) noexcept {
-  return equalNoCase(tag, wanted) || equalNoCase(tag.substr(0, tag.find('-')), wanted);
-}
-
 }  // namespace
 
 bool SamiClasses::LessNoCase::operator()(std::string_view a, std::string_view b) const noexcept {
@@ -43,6 +41,7 @@ bool SamiClasses::LessNoCase::operator()(std::string_view a, std::string_view b)
 SamiClass* SamiClasses::use(std::string_view name) {
   if (name.empty()) return nullptr;
   SamiClass& used = classes_[name];
+  if (!used.isUsed) used_.push_back(name);
   used.isUsed = true;
   return &used;
 }
@@ -60,37 +59,44 @@ void SamiClasses::declare(std::string_view sheet) {
 
 void SamiClasses::declare(std::string_view selectors, std::string_view rule) {
   const auto tag = valueOf(rule, "lang");
-  if (!tag && !valueOf(rule, "name")) return;
+  const bool isLanguage = tag || valueOf(rule, "name");
   constexpr std::string_view kNameEnds = " \t\r\n\v\f,.:#";
   for (std::size_t dot; (dot = selectors.find('.')) != selectors.npos;) {
     selectors.remove_prefix(dot + 1);
     const std::string_view name = selectors.substr(0, selectors.find_first_of(kNameEnds));
     if (name.empty()) continue;
     SamiClass& declared = classes_[name];
-    if (!declared.isLanguage) declared_.push_back(name);
-    declared.isLanguage = true;
+    if (declared.kind == SamiClass::Kind::kUndeclared) declared.kind = SamiClass::Kind::kStyle;
+    if (!isLanguage) continue;
+    if (declared.kind != SamiClass::Kind::kLanguage) declared_.push_back(name);
+    declared.kind = SamiClass::Kind::kLanguage;
     declared.tag = tag.value_or(std::string_view());
   }
 }
 
 std::vector<std::string_view> SamiClasses::languages() const {
-  std::vector<std::string_view> used;
-  std::copy_if(declared_.begin(), declared_.end(), std::back_inserter(used),
+  std::vector<std::string_view> names;
+  std::copy_if(declared_.begin(), declared_.end(), std::back_inserter(names),
                [this](std::string_view name) { return classes_.at(name).isUsed; });
-  return used;
+  std::copy_if(used_.begin(), used_.end(), std::back_inserter(names),
+               [this](std::string_view name) {
+                 return classes_.at(name).kind == SamiClass::Kind::kUndeclared;
+               });
+  return names;
 }
 
 const SamiClass* SamiClasses::select(std::string_view wanted) const {
   const std::vector<std::string_view> names = languages();
-  if (names.empty()) return nullptr;
   auto found = std::find_if(names.begin(), names.end(),
                             [wanted](std::string_view name) { return equalNoCase(name, wanted); });
   if (found == names.end()) {
     found = std::find_if(names.begin(), names.end(), [this, wanted](std::string_view name) {
-      return isTag(classes_.at(name).tag, wanted);
+      return isLanguage(classes_.at(name).tag, wanted);
     });
   }
-  return &classes_.at(found == names.end() ? names.front() : *found);
+  if (found != names.end()) return &classes_.at(*found);
+  const SamiClass* const first = names.empty() ? nullptr : &classes_.at(names.front());
+  return first != nullptr && first->kind == SamiClass::Kind::kLanguage ? first : nullptr;
 }
 
 }  // namespace kssubtitle::importing

@@ -13,10 +13,15 @@ namespace kssubtitle::importing {
 /// A time after all others, in milliseconds.
 inline constexpr long long kNever = std::numeric_limits<long long>::max();
 
-/// A class of paragraphs. One that the style sheet gives a language, or a name to show, is a track
-/// of its own; any other only says what its text looks like.
+/// A class of paragraphs.
 struct SamiClass {
-  bool isLanguage = false;
+  enum class Kind {
+    kUndeclared,  ///< The style sheet does not have it: it may be either of the others.
+    kStyle,       ///< It only says what its text looks like.
+    kLanguage,    ///< The style sheet gives it a language, or a name to show: a track of its own.
+  };
+
+  Kind kind = Kind::kUndeclared;
   bool isUsed = false;
   std::string_view tag;     // of the language, such as "en-US"
   long long next = kNever;  // the start of its next paragraph, while ends are looked for
@@ -29,10 +34,11 @@ class SamiClasses {
   SamiClass* use(std::string_view name);
   /// Takes the rules of a style sheet, such as ".KRCC { name: Korean; lang: ko-KR; }".
   void declare(std::string_view sheet);
-  /// The names of the languages that have paragraphs, in the order of their declarations.
+  /// The names of the languages that have paragraphs, in the order of their declarations; behind
+  /// them those of the undeclared classes, in the order of their paragraphs.
   std::vector<std::string_view> languages() const;
-  /// The language of that name or, failing that, of such a tag ("en" is that of "en-US" too); else
-  /// the first one. Null if there is none.
+  /// The listed class of that name or, failing that, of such a tag ("en" is that of "en-US" too);
+  /// else the first declared language. Null if there is none.
   const SamiClass* select(std::string_view wanted) const;
 
  private:
@@ -43,7 +49,8 @@ class SamiClasses {
   void declare(std::string_view selectors, std::string_view rule);
 
   std::map<std::string_view, SamiClass, LessNoCase> classes_;
-  std::vector<std::string_view> declared_;
+  std::vector<std::string_view> declared_;  // the languages
+  std::vector<std::string_view> used_;
 };
 
 }  // namespace kssubtitle::importing
