@@ -121,6 +121,18 @@ TEST_F(KssubTest, encoding_is_found_given_or_usual_where_the_user_lives) {
   }
 }
 
+TEST_F(KssubTest, languages_are_told) {
+  directory.write(
+      "two.ttml",
+      "<tt xmlns='http://www.w3.org/ns/ttml'><body><div xml:lang='en'><p begin='1s' "
+      "end='2s'>A</p></div><div xml:lang='fr-CA'><p begin='1s' end='2s'>B</p></div></body>"
+      "</tt>\n");
+  expectRun("list two.ttml --language FR", "[^]*  B\n1 cue; ttml, .*; languages: en, fr-CA\n", "",
+            0);
+  expectRun("at two.ttml 0 --language zz", "",
+            "kssub: two.ttml: no language zz; it has en, fr-CA\n", 1);
+}
+
 TEST_F(KssubTest, fixed_readers_note_odd_forms_in_one_line_before_the_answers) {
   const std::string tooManyLines(20001, '\n');
   const struct {

@@ -3,6 +3,7 @@
 
 #include "tools/kssub/reading.h"
 #include "tools/kssub/report_text.h"
+#include "tools/kssub/terminal_text.h"
 
 namespace kssub {
 namespace {
@@ -23,6 +24,9 @@ class ImportedFile : public SubtitleFile {
     std::vector<ksImportCue> cues(parser_.cues().begin(), parser_.cues().end());
     if (order == Order::kAsInFile) std::ranges::sort(cues, {}, &ksImportCue::index);
     Listing listing{{}, summaryOf(parser_.report())};
+    if (parser_.report().languages().size() > 1) {
+      listing.summary += "; languages: " + terminalText(languagesIn(parser_.report(), ", "));
+    }
     for (const ksImportCue& cue : cues) {
       listing.cues.push_back({cue.start, cue.end, std::string(cue.text)});
     }

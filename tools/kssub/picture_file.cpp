@@ -6,8 +6,10 @@
 #include <CLI/CLI.hpp>
 #include <algorithm>
 #include <filesystem>
+#include <iterator>
 #include <stdexcept>
 #include <system_error>
+#include <vector>
 
 #include "tools/kssub/report_text.h"
 #include "tools/kssub/terminal_text.h"
@@ -41,8 +43,13 @@ ksImportPictures openPictures(const std::string& path, const ksImportOptions& op
                               std::optional<int> stream) {
   ksImportPictures pictures;
   if (!pictures.Open(path.c_str(), options)) throwPictureRefusal(path, pictures.report());
-  if (!stream) return pictures;
   const auto streams = pictures.streams();
+  if (!stream) {
+    std::vector<std::string> names;
+    std::ranges::transform(streams, std::back_inserter(names), &ksImportPictureStream::name);
+    requireLanguage(path, options.language, pictures.report(), names);
+    return pictures;
+  }
   const auto found = std::ranges::find(streams, *stream, &ksImportPictureStream::index);
   if (!pictures.select(static_cast<std::size_t>(found - streams.begin()))) {
     throw std::runtime_error(terminalText(path) + ": there is no language of the index " +

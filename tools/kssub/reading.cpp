@@ -45,7 +45,10 @@ std::string nameOf(const FileRequest& request) {
 
 ksImportParser openedParser(const FileRequest& request) {
   ksImportParser parser;
-  if (!readSubtitles(parser, request)) throwRefusal(nameOf(request), parser.report());
+  const ksImportReport& report = parser.report();
+  if (!readSubtitles(parser, request)) throwRefusal(nameOf(request), report);
+  // The library takes SAMI's languages by tags, too, of which a report does not know.
+  if (report.format() != "sami") requireLanguage(nameOf(request), request.options.language, report);
   return parser;
 }
 

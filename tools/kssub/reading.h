@@ -16,7 +16,7 @@ bool readSubtitles(ksImportParser& parser, const FileRequest& request);
 std::string nameOf(const FileRequest& request);
 
 /// A parser that has read the file. Throws std::runtime_error, whose text names the file, if it is
-/// refused, PicturesError if it holds pictures.
+/// refused or lacks the language that is asked for, PicturesError if it holds pictures.
 ksImportParser openedParser(const FileRequest& request);
 
 }  // namespace kssub

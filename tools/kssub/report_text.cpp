@@ -1,6 +1,8 @@
 // What the import library tells of a file, in words: a refusal, a summary, the notes.
 #include "tools/kssub/report_text.h"
 
+#include <algorithm>
+#include <cctype>
 #include <system_error>
 
 #include "tools/kssub/terminal_text.h"
@@ -18,6 +20,14 @@ std::string doubtOf(ksImportEncodingSource source) {
     default:
       return "";
   }
+}
+
+/// So that "en-US" begins with "EN", and with "en_us", but not with "e".
+std::string tagOf(std::string language) {
+  for (char& c : language) {
+    c = c == '_' ? '-' : static_cast<char>(std::tolower(static_cast<unsigned char>(c)));
+  }
+  return language + '-';
 }
 
 }  // namespace
@@ -87,6 +97,28 @@ void throwRefusal(const std::string& name, const ksImportReport& report) {
   const std::string text = terminalText(name) + ": " + refusalOf(report);
   if (report.refusal() == ksImportRefusal::kPictures) throw PicturesError(text);
   throw std::runtime_error(text);
+}
+
+void requireLanguage(const std::string& name, const std::string& wanted,
+                     const ksImportReport& report, const std::vector<std::string>& others) {
+  const auto fits = [tag = tagOf(wanted)](const std::string& each) {
+    return tagOf(each).starts_with(tag);
+  };
+  if (wanted.empty() || report.languages().empty() || std::ranges::any_of(others, fits) ||
+      std::ranges::any_of(report.languages(), fits)) {
+    return;
+  }
+  throw std::runtime_error(
+      terminalText(name + ": no language " + wanted + "; it has " + languagesIn(report, ", ")));
+}
+
+std::string languagesIn(const ksImportReport& report, std::string_view separator) {
+  std::string names;
+  for (const std::string& language : report.languages()) {
+    if (!names.empty()) names += separator;
+    names += language;
+  }
+  return names;
 }
 
 std::string summaryOf(const ksImportReport& report) {

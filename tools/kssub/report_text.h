@@ -24,6 +24,13 @@ std::string refusalOf(const ksImportReport& report);
 /// pictures.
 [[noreturn]] void throwRefusal(const std::string& name, const ksImportReport& report);
 
+/// Throws a std::runtime_error unless the file `name`, if it names languages at all, has `wanted`
+/// or a dialect of it among them, in any case. An empty one will do, and one among `others`.
+void requireLanguage(const std::string& name, const std::string& wanted,
+                     const ksImportReport& report, const std::vector<std::string>& others = {});
+/// The languages with `separator` between them.
+std::string languagesIn(const ksImportReport& report, std::string_view separator);
+
 std::string_view nameOf(ksImportLineEnds ends);
 /// How an encoding was found, in a word or two.
 std::string_view nameOf(ksImportEncodingSource source);
