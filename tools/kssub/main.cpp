@@ -108,8 +108,7 @@ class CommandLine {
   Commands commands_ = makeCommands();
   std::string topic_;
   std::string shell_;
-  CLI::App app_{"Tells what is in a subtitle file, and which subtitle is shown at a time",
-                "kssub"};
+  CLI::App app_{"Tells what is in a subtitle file, and which subtitle is shown at a time", "kssub"};
 };
 
 int fail(const char* reason) {
