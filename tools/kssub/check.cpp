@@ -88,6 +88,7 @@ std::string answerOfFixedReaders(const std::vector<ksImportCondition>& unmet, bo
   const std::string otherwise = "The fixed readers may answer it otherwise";
   if (unmet.size() == 1 && !showsAll) return otherwise + ": " + std::string(unmet.front().sentence);
   std::vector<std::string> names;
+  names.reserve(unmet.size());
   for (const ksImportCondition& condition : unmet) names.emplace_back(condition.name);
   return otherwise + " (" + joined(names, ", ") + (showsAll ? ")." : "; --all tells why).");
 }
