@@ -92,4 +92,23 @@ TEST(ImportReport, whatIsTakenForSubtitles_isCalledByItsName) {
   }
 }
 
+TEST(ImportReport, lines_areCountedBehindAHeaderWithZeros) {
+  const std::string film = "Content-Type: text/plain" + std::string(200, '\0') +
+                           "\n\n1\n00:00:01,000 --> 00:00:02,000\nA\n\n" +
+                           "2\n00:00:03,000 --> 00:00:04,000\nB\n";
+  ksImportParser parser;
+  ASSERT_TRUE(parser.OpenMemory(film.data(), film.size()));
+  ASSERT_EQ(parser.cues().size(), 2U);
+  EXPECT_EQ(parser.cues()[0].line, 3);
+  EXPECT_EQ(parser.cues()[1].line, 7);
+}
+
+TEST(ImportReport, encoding_isNotOneThatTheDeclarationCannotBeReadIn) {
+  const std::string film =
+      "<SAMI><META charset=UCS-2><BODY>\n<SYNC Start=1000><P>caf\xE9 caf\xE9</BODY></SAMI>\n";
+  ksImportParser parser;
+  ASSERT_TRUE(parser.OpenMemory(film.data(), film.size()));
+  EXPECT_NE(parser.report().encodingSource(), ksImportEncodingSource::kDeclared);
+}
+
 }  // namespace
