@@ -14,19 +14,25 @@ bool isDuplicate(const ksImportCue& cue) noexcept { return (cue.flags & kImportD
 
 }  // namespace
 
-void Moments::Active::add(long long end, int cue) {
-  endings.push({end, cue});
-  places ^= cue;
+void Moments::Active::add(const Ending& ending) {
+  if (count_++ == 0) {
+    next_ = ending;
+  } else if (next_ > ending) {
+    others_.push(std::exchange(next_, ending));
+  } else {
+    others_.push(ending);
+  }
 }
 
 void Moments::Active::drop() {
-  places ^= endings.top().cue;
-  endings.pop();
+  if (--count_ == 0) return;
+  next_ = others_.top();
+  others_.pop();
 }
 
 int Moments::Active::shown() const noexcept {
-  if (endings.empty()) return Moment::kNobody;
-  return endings.size() == 1 ? places : Moment::kSeveral;
+  if (empty()) return Moment::kNobody;
+  return count_ == 1 ? next_.cue : Moment::kSeveral;
 }
 
 void Moments::reserve(std::size_t cues) {
@@ -43,7 +49,7 @@ void Moments::add(const ksImportCue& cue) {
   begins_.resize(settled_);
   shown_.resize(settled_);
   endUntil(start);
-  active_.add(cue.end, place);
+  active_.add({cue.end, place});
   cutAt(start);
   settled_ = begins_.size();
 }
@@ -92,9 +98,9 @@ void Moments::cutAt(long long time) {
 }
 
 void Moments::endUntil(long long time) {
-  while (!active_.endings.empty() && active_.endings.top().time <= time) {
-    const long long end = active_.endings.top().time;
-    while (!active_.endings.empty() && active_.endings.top().time == end) active_.drop();
+  while (!active_.empty() && active_.firstEnd() <= time) {
+    const long long end = active_.firstEnd();
+    while (!active_.empty() && active_.firstEnd() == end) active_.drop();
     cutAt(end);
   }
 }

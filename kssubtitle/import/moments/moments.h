@@ -51,13 +51,21 @@ class Moments {
   };
 
   /// The cues that are shown where the segments end.
-  struct Active {
-    std::priority_queue<Ending, std::vector<Ending>, std::greater<>> endings;
-    int places = 0;  // combined by exclusive or: of a single one, its own
-
-    void add(long long end, int cue);
+  class Active {
+   public:
+    bool empty() const noexcept { return count_ == 0; }
+    /// Requires: there is one.
+    long long firstEnd() const noexcept { return next_.time; }
+    void add(const Ending& ending);
+    /// Drops what ends first.
     void drop();
+    /// What a segment shows.
     int shown() const noexcept;
+
+   private:
+    Ending next_{};  // what ends first: mostly the only one
+    std::priority_queue<Ending, std::vector<Ending>, std::greater<>> others_;
+    int count_ = 0;
   };
 
   void cutAt(long long time);

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <algorithm>
+#include <array>
 #include <bit>
 #include <cstddef>
 #include <cstdint>
@@ -10,62 +11,88 @@
 
 namespace kssubtitle::importing {
 
-/// The high bits of those bytes of `word` that are `c`. Above the lowest one others may be set too.
-constexpr std::uint64_t markBytes(std::uint64_t word, char c) noexcept {
-  constexpr std::uint64_t kOnes = 0x0101010101010101U;
-  const std::uint64_t difference = word ^ (kOnes * static_cast<unsigned char>(c));
-  return (difference - kOnes) & ~difference & (kOnes << 7);
+/// Bytes that are compared at once: a vector register, or what the compiler makes of it.
+using Block = unsigned char __attribute__((vector_size(16)));
+
+/// Marks those bytes of `block` that are `c`.
+inline Block equalBytes(const Block& block, char c) noexcept {
+  return block == Block{} + static_cast<unsigned char>(c);
 }
 
-/// The eight bytes at `p`, the first one lowest.
-inline std::uint64_t wordAt(const char* p) noexcept {
-  std::uint64_t word;
+/// The first byte that is marked; their number if none is.
+inline std::size_t firstMarked(const Block& marks) noexcept {
+  std::size_t at = 0;
+  for (std::uint64_t word : std::bit_cast<std::array<std::uint64_t, 2>>(marks)) {
+    if constexpr (std::endian::native == std::endian::big) word = __builtin_bswap64(word);
+    if (word != 0) return at + static_cast<std::size_t>(std::countr_zero(word)) / 8;
+    at += sizeof word;
+  }
+  return at;
+}
+
+template <typename Word>
+Word wordAt(const char* p) noexcept {
+  Word word;
   std::memcpy(&word, p, sizeof word);
   return word;
 }
 
-/// Which byte the lowest of `marks` stands for.
-constexpr std::size_t placeOf(std::uint64_t marks) noexcept {
-  return static_cast<std::size_t>(std::countr_zero(marks)) / 8;
+/// As findMarked(), of a text no shorter than a word and no longer than two: they may overlap.
+template <typename Word, typename Marks>
+std::size_t findInTwoWords(std::string_view text, Marks marks) noexcept {
+  constexpr std::size_t kWords = sizeof(Block) / sizeof(Word);
+  const char* const first = text.data();
+  const char* const last = first + text.size() - sizeof(Word);
+  const std::size_t place = firstMarked(marks([first, last](std::size_t offset) {
+    return std::bit_cast<Block>(
+        std::array<Word, kWords>{wordAt<Word>(first + offset), wordAt<Word>(last + offset)});
+  }));
+  if (place < sizeof(Word)) return place;
+  return std::min(place + text.size() - 2 * sizeof(Word), text.size());
 }
 
-/// The first place in `text` of any of the characters; its size if there is none. Looks at eight
-/// bytes at once: for pieces that are mostly short, of which the lengths cannot be foretold.
+/// The first place in `text` that `marks` marks; its size if there is none. `marks` is given what
+/// loads the bytes at an offset from those that it is to mark; it marks no zero.
+template <typename Marks>
+std::size_t findMarked(std::string_view text, Marks marks) noexcept {
+  if (text.size() < sizeof(Block)) {
+    if (text.size() >= 8) return findInTwoWords<std::uint64_t>(text, marks);
+    if (text.size() >= 4) return findInTwoWords<std::uint32_t>(text, marks);
+    if (text.size() >= 2) return findInTwoWords<std::uint16_t>(text, marks);
+    return text.empty() ? 0 : findInTwoWords<std::uint8_t>(text, marks);
+  }
+  const std::size_t last = text.size() - sizeof(Block);
+  for (std::size_t at = 0;; at = std::min(at + sizeof(Block), last)) {
+    const char* const p = text.data() + at;
+    const std::size_t place =
+        firstMarked(marks([p](std::size_t offset) { return wordAt<Block>(p + offset); }));
+    if (place < sizeof(Block)) return at + place;
+    if (at == last) return text.size();
+  }
+}
+
+/// The first place in `text` of any of the characters; its size if there is none. For pieces that
+/// are mostly short, of which the lengths cannot be foretold.
 template <char... kSought>
 std::size_t findAny(std::string_view text) noexcept {
-  std::size_t at = 0;
-  for (; at + sizeof(std::uint64_t) <= text.size(); at += sizeof(std::uint64_t)) {
-    const std::uint64_t word = wordAt(text.data() + at);
-    if (const std::uint64_t marks = (markBytes(word, kSought) | ...)) return at + placeOf(marks);
-  }
-  while (at < text.size() && ((text[at] != kSought) && ...)) ++at;
-  return at;
-}
-
-/// The high bits of those bytes of `word` that are `c`, and of no others.
-constexpr std::uint64_t markBytesExactly(std::uint64_t word, char c) noexcept {
-  constexpr std::uint64_t kOnes = 0x0101010101010101U;
-  constexpr std::uint64_t kLow = kOnes * 0x7F;
-  const std::uint64_t difference = word ^ (kOnes * static_cast<unsigned char>(c));
-  return ~(((difference & kLow) + kLow) | difference | kLow);
+  static_assert(((kSought != '\0') && ...));
+  return findMarked(text, [](auto load) {
+    const Block bytes = load(0);
+    return (equalBytes(bytes, kSought) | ...);
+  });
 }
 
 /// The first place in `text` of any of the characters, or of a blank that another one follows; its
 /// size if there is none: where prose ends of which each white space is to become one blank.
 template <char... kSought>
 std::size_t findAnyOrBlanks(std::string_view text) noexcept {
-  std::size_t at = 0;
-  for (; at + sizeof(std::uint64_t) < text.size(); at += sizeof(std::uint64_t)) {
-    const std::uint64_t word = wordAt(text.data() + at);
-    const std::uint64_t next = wordAt(text.data() + at + 1);
-    const std::uint64_t blanks = markBytesExactly(word, ' ') & markBytesExactly(next, ' ');
-    if (const std::uint64_t marks = (markBytes(word, kSought) | ...) | blanks) {
-      return at + placeOf(marks);
-    }
-  }
-  const auto isBlanks = [text](std::size_t i) { return text.substr(i, 2) == "  "; };
-  while (at < text.size() && ((text[at] != kSought) && ...) && !isBlanks(at)) ++at;
-  return at;
+  if (text.empty()) return 0;
+  const std::string_view followed = text.substr(0, text.size() - 1);
+  const std::size_t found = findMarked(followed, [](auto load) {
+    const Block bytes = load(0);
+    return (equalBytes(bytes, kSought) | ...) | (equalBytes(bytes, ' ') & equalBytes(load(1), ' '));
+  });
+  return found < followed.size() || ((text.back() == kSought) || ...) ? found : text.size();
 }
 
 /// Finds characters that are rare in a text: each is looked for again only once it was passed.
