@@ -81,39 +81,18 @@ void noteTimes(const std::vector<ksImportCue>& cues, Notes& notes) {
   }
 }
 
-}  // namespace
-
-ksImportCue& CueSink::begin(long long start, long long end, int line) {
-  const auto index = static_cast<int>(cues_.size());
-  ksImportCue& cue = cues_.emplace_back();
-  cue.start = start;
-  cue.end = end;
-  cue.line = line;
-  cue.index = index;
-  return cue;
+/// Whether the cues are as most files have them, so that nothing has to be done or said.
+bool areOneBehindTheOther(const std::vector<ksImportCue>& cues) noexcept {
+  long long lastEnd = 0;
+  for (const ksImportCue& cue : cues) {
+    if (cue.start < lastEnd || cue.end <= cue.start) return false;
+    if (hasAssumedEnd(cue) || cue.text.empty()) return false;
+    lastEnd = cue.end;
+  }
+  return true;
 }
 
-ksImportCue& CueSink::beginWithoutEnd(long long start, int line) {
-  ksImportCue& cue = begin(start, start, line);
-  cue.flags |= kImportEndAssumed;
-  return cue;
-}
-
-void CueSink::finish() {
-  finishOrMark();
-  if (cues_.back().text.empty()) notes_.add(ksImportProblem::kCueWithoutText, cues_.back().line);
-}
-
-void CueSink::finishOrMark() { cues_.back().text = text_.finish(); }
-
-void CueSink::finishOrMark(std::size_t count) {
-  finishOrMark();
-  const std::string_view text = cues_.back().text;
-  std::for_each(cues_.end() - static_cast<std::ptrdiff_t>(count), cues_.end(),
-                [text](ksImportCue& cue) { cue.text = text; });
-}
-
-void arrange(std::vector<ksImportCue>& cues, long long longestAssumed, Notes& notes) {
+void sortAndNote(std::vector<ksImportCue>& cues, long long longestAssumed, Notes& notes) {
   if (!std::is_sorted(cues.begin(), cues.end(), isBefore)) {
     std::sort(cues.begin(), cues.end(), isBefore);
   }
@@ -123,6 +102,25 @@ void arrange(std::vector<ksImportCue>& cues, long long longestAssumed, Notes& no
   std::erase_if(cues, [](const ksImportCue& cue) { return cue.text.empty(); });
   markDoubles(cues, notes);
   noteTimes(cues, notes);
+}
+
+}  // namespace
+
+ksImportCue& CueSink::beginWithoutEnd(long long start, int line) {
+  ksImportCue& cue = begin(start, start, line);
+  cue.flags |= kImportEndAssumed;
+  return cue;
+}
+
+void CueSink::finishOrMark(std::size_t count) {
+  finishOrMark();
+  const std::string_view text = cues_.back().text;
+  std::for_each(cues_.end() - static_cast<std::ptrdiff_t>(count), cues_.end(),
+                [text](ksImportCue& cue) { cue.text = text; });
+}
+
+void arrange(std::vector<ksImportCue>& cues, long long longestAssumed, Notes& notes) {
+  if (!areOneBehindTheOther(cues)) sortAndNote(cues, longestAssumed, notes);
   if (cues.capacity() - cues.size() > cues.size() / 16) cues.shrink_to_fit();
 }
 

@@ -16,14 +16,20 @@ class CueSink {
   CueSink(CueText& text, Notes& notes) noexcept : text_(text), notes_(notes) {}
 
   /// Begins a cue at `line`. Its end is set later if it is kImportEndAssumed.
-  ksImportCue& begin(long long start, long long end, int line);
+  ksImportCue& begin(long long start, long long end, int line) {
+    const auto index = static_cast<int>(cues_.size());
+    return cues_.emplace_back(ksImportCue{start, end, {}, line, index});
+  }
   /// Begins a cue whose end the file does not say: it will be where the next one begins.
   ksImportCue& beginWithoutEnd(long long start, int line);
   CueText& text() noexcept { return text_; }
   /// Ends the cue that was begun last. One without text is noted and left out.
-  void finish();
+  void finish() {
+    finishOrMark();
+    if (cues_.back().text.empty()) notes_.add(ksImportProblem::kCueWithoutText, cues_.back().line);
+  }
   /// Ends it: one without text only marks where the one before it ends.
-  void finishOrMark();
+  void finishOrMark() { cues_.back().text = text_.finish(); }
   /// Ends the last `count` cues, at least one, which share one text.
   void finishOrMark(std::size_t count);
 

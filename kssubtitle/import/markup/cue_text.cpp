@@ -23,25 +23,9 @@ void CueText::append(char32_t c) {
   append(std::string_view(bytes, static_cast<std::size_t>(writeUtf8(c, bytes) - bytes)));
 }
 
-void CueText::endLine() {
-  if (isHtml_) return endHtmlLine();
-  const std::string_view line = arena_.text().substr(lineBegin_);
-  if (line.empty()) return;
-  arena_.cutTo(lineBegin_ + line.size() - trailingWhiteSpace(line));
-  put("\n");
-  lineBegin_ = arena_.text().size();
-}
-
-std::string_view CueText::finish() {
-  endLine();
-  if (isHtml_) {
-    closeTags();
-    style_ = written_ = Style();
-  } else if (lineBegin_ > 0) {
-    arena_.cutTo(lineBegin_ - 1);  // the line feed behind the last line
-  }
-  lineBegin_ = 0;
-  return arena_.finish();
+void CueText::endHtml() {
+  closeTags();
+  style_ = Style();
 }
 
 void CueText::endHtmlLine() {

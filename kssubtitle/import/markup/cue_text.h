@@ -33,9 +33,26 @@ class CueText {
   }
   /// Appends a scalar value; a line feed or carriage return ends the line.
   void append(char32_t c);
-  void endLine();
+  void endLine() {
+    if (isHtml_) return endHtmlLine();
+    const std::string_view line = arena_.text().substr(lineBegin_);
+    if (line.empty()) return;
+    arena_.cutTo(arena_.text().size() - trailingWhiteSpace(line));
+    *arena_.room(1) = '\n';
+    arena_.wrote(1);
+    lineBegin_ = arena_.text().size();
+  }
   /// Ends the text and begins a new one. Empty if it has no line.
-  std::string_view finish();
+  std::string_view finish() {
+    endLine();
+    if (isHtml_) {
+      endHtml();
+    } else if (lineBegin_ > 0) {
+      arena_.cutTo(lineBegin_ - 1);  // the line feed behind the last line
+    }
+    lineBegin_ = 0;
+    return arena_.finish();
+  }
 
  private:
   struct Run {
@@ -49,6 +66,7 @@ class CueText {
   }
   void appendToHtml(std::string_view characters);
   void endHtmlLine();
+  void endHtml();
   void putRun(const Style& style, std::string_view characters, bool isFirst);
   void openTags();
   void closeTags();

@@ -12,18 +12,13 @@ constexpr bool isWhiteSpace(char32_t c) noexcept {
          c == 0x2029 || c == 0x202F || c == 0x205F || c == 0x3000 || c == 0xFEFF;
 }
 
-/// Most characters at the ends of lines.
-constexpr bool isAsciiGraphic(char c) noexcept {
-  return c > 0x20 && static_cast<unsigned char>(c) < 0x7F;
-}
-
 constexpr bool isContinuation(char c) noexcept {
   return (static_cast<unsigned char>(c) & 0xC0) == 0x80;
 }
 
 }  // namespace
 
-std::size_t leadingWhiteSpace(std::string_view text) noexcept {
+std::size_t leadingWhiteSpaceOf(std::string_view text) noexcept {
   std::size_t size = 0;
   while (size < text.size() && !isAsciiGraphic(text[size])) {
     const std::size_t length = sequenceLength(text.substr(size));
@@ -33,7 +28,7 @@ std::size_t leadingWhiteSpace(std::string_view text) noexcept {
   return size;
 }
 
-std::size_t trailingWhiteSpace(std::string_view text) noexcept {
+std::size_t trailingWhiteSpaceOf(std::string_view text) noexcept {
   std::size_t end = text.size();
   while (end > 0 && !isAsciiGraphic(text[end - 1])) {
     std::size_t begin = end - 1;

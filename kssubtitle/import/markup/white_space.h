@@ -6,9 +6,22 @@
 
 namespace kssubtitle::importing {
 
+/// What most lines begin and end with.
+constexpr bool isAsciiGraphic(char c) noexcept {
+  return c > 0x20 && static_cast<unsigned char>(c) < 0x7F;
+}
+
+std::size_t leadingWhiteSpaceOf(std::string_view text) noexcept;
+std::size_t trailingWhiteSpaceOf(std::string_view text) noexcept;
+
 /// How many bytes of white space valid UTF-8 begins with.
-std::size_t leadingWhiteSpace(std::string_view text) noexcept;
+inline std::size_t leadingWhiteSpace(std::string_view text) noexcept {
+  return text.empty() || isAsciiGraphic(text.front()) ? 0 : leadingWhiteSpaceOf(text);
+}
+
 /// How many bytes of white space valid UTF-8 ends with.
-std::size_t trailingWhiteSpace(std::string_view text) noexcept;
+inline std::size_t trailingWhiteSpace(std::string_view text) noexcept {
+  return text.empty() || isAsciiGraphic(text.back()) ? 0 : trailingWhiteSpaceOf(text);
+}
 
 }  // namespace kssubtitle::importing

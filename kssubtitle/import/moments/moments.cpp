@@ -36,8 +36,8 @@ int Moments::Active::shown() const noexcept {
 }
 
 void Moments::reserve(std::size_t cues) {
-  begins_.reserve(2 * cues);
-  shown_.reserve(2 * cues);
+  begins_.resize(std::max(begins_.size(), 2 * cues));
+  shown_.resize(begins_.size());
 }
 
 void Moments::add(const ksImportCue& cue) {
@@ -46,12 +46,11 @@ void Moments::add(const ksImportCue& cue) {
   const bool isShown = cue.end > start && !isDuplicate(cue);
   noteEnd(place, isShown ? cue.end : std::numeric_limits<long long>::min());
   if (!isShown) return;
-  begins_.resize(settled_);
-  shown_.resize(settled_);
+  segments_ = settled_;
   endUntil(start);
   active_.add({cue.end, place});
   cutAt(start);
-  settled_ = begins_.size();
+  settled_ = segments_;
 }
 
 void Moments::settle() {
@@ -62,9 +61,9 @@ void Moments::settle() {
 }
 
 std::optional<Moment> Moments::at(long long t) const noexcept {
-  const auto after = std::upper_bound(begins_.begin(), begins_.end(), t);
-  if (after == begins_.begin()) return std::nullopt;
-  auto i = static_cast<std::size_t>(after - begins_.begin()) - 1;
+  const auto after = std::upper_bound(begins().begin(), begins().end(), t);
+  if (after == begins().begin()) return std::nullopt;
+  auto i = static_cast<std::size_t>(after - begins().begin()) - 1;
   // What ends is still shown at the moment of its end if nothing else is.
   if (shown_[i] == Moment::kNobody && begins_[i] == t && i > 0) --i;
   if (shown_[i] == Moment::kNobody) return std::nullopt;
@@ -89,12 +88,11 @@ std::vector<int> Moments::cuesAt(const Moment& moment, std::span<const ksImportC
 
 /// From `time` on those are shown that are active now.
 void Moments::cutAt(long long time) {
-  if (!begins_.empty() && begins_.back() == time) {
-    shown_.back() = active_.shown();
-  } else {
-    begins_.push_back(time);
-    shown_.push_back(active_.shown());
+  if (segments_ == 0 || begins_[segments_ - 1] != time) {
+    if (segments_ == begins_.size()) reserve(segments_ + 1);
+    begins_[segments_++] = time;
   }
+  shown_[segments_ - 1] = active_.shown();
 }
 
 void Moments::endUntil(long long time) {

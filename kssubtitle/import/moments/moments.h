@@ -68,6 +68,7 @@ class Moments {
     int count_ = 0;
   };
 
+  std::span<const long long> begins() const noexcept { return {begins_.data(), segments_}; }
   void cutAt(long long time);
   void endUntil(long long time);
   void noteEnd(int cue, long long end);
@@ -75,8 +76,10 @@ class Moments {
   void search(std::span<const ksImportCue> cues, std::size_t level, std::size_t group,
               long long time, std::vector<int>& found) const;
 
-  std::vector<long long> begins_;  // of the segments; the last one has no end and shows nobody
+  // Of the segments, with room for more; the last one has no end and shows nobody.
+  std::vector<long long> begins_;
   std::vector<int> shown_;
+  std::size_t segments_ = 0;
   std::size_t settled_ = 0;  // how many of them no later cue can change
   Active active_;
   // [n]: of each group of 16^(n+1) cues.

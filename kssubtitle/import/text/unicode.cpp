@@ -1,8 +1,11 @@
 // Code points and their forms.
 #include "kssubtitle/import/text/unicode.h"
 
+#include <array>
 #include <cstdint>
 #include <cstring>
+
+#include "kssubtitle/import/text/scan.h"
 
 namespace kssubtitle::importing {
 namespace {
@@ -48,16 +51,18 @@ std::size_t agreeing(std::string_view text, std::size_t length) noexcept {
   return i;
 }
 
-/// How many bytes of ASCII `text` begins with, in steps of eight.
-std::size_t asciiBlocks(std::string_view text) noexcept {
+/// How many bytes of ASCII `text` begins with.
+std::size_t asciiPrefix(std::string_view text) noexcept {
+  using Words = std::array<std::uint64_t, 4>;
   constexpr std::uint64_t kHighBits = 0x8080808080808080U;
   std::size_t i = 0;
-  for (; i + sizeof kHighBits <= text.size(); i += sizeof kHighBits) {
-    std::uint64_t block;
-    std::memcpy(&block, text.data() + i, sizeof block);
-    if ((block & kHighBits) != 0) break;
+  for (; i + sizeof(Words) <= text.size(); i += sizeof(Words)) {
+    Words words;
+    std::memcpy(&words, text.data() + i, sizeof words);
+    if (((words[0] | words[1] | words[2] | words[3]) & kHighBits) != 0) break;
   }
-  return i;
+  constexpr unsigned char kHighBit = 0x80;
+  return i + findMarked(text.substr(i), [](auto load) { return load(0) & (Block{} + kHighBit); });
 }
 
 bool isContinuation(char c) noexcept { return (static_cast<unsigned char>(c) & 0xC0) == 0x80; }
@@ -134,11 +139,10 @@ std::wstring wideText(std::string_view utf8) {
 
 Utf8Count countUtf8(std::string_view text) noexcept {
   Utf8Count count;
-  for (text.remove_prefix(asciiBlocks(text)); !text.empty();) {
+  while (!text.empty()) {
     const std::size_t length = lengthByLead(byteAt(text, 0));
     if (length == 1) {
-      text.remove_prefix(1);
-      text.remove_prefix(asciiBlocks(text));
+      text.remove_prefix(asciiPrefix(text));
       continue;
     }
     if (const std::size_t common = commonSequences(text, count.sequences); common > 0) {
