@@ -115,14 +115,14 @@ long long ksImportParser::DurationTime() { return contents_ ? contents_->duratio
 
 SUBTITLE_ST ksImportParser::GetSubTitle(long long t) {
   if (!contents_) return {};
-  const auto moment = contents_->moments.at(t);
+  const auto moment = contents_->moments.at(t, contents_->cues);
   if (!moment) return {};
   return {moment->start, moment->end, joinedTexts(contents_->moments, *moment, contents_->cues)};
 }
 
 SUBTITLE_ST_U ksImportParser::GetSubTitleU(long long t) {
   if (!contents_) return {};
-  const auto moment = contents_->moments.at(t);
+  const auto moment = contents_->moments.at(t, contents_->cues);
   if (!moment) return {};
   return {moment->start, moment->end,
           wideText(joinedTexts(contents_->moments, *moment, contents_->cues))};
@@ -202,7 +202,7 @@ void ksImportParser::readCues(const Format& format, const FormatInput& input) {
     contents->moments.add(cue);
     contents->duration = std::max(contents->duration, cue.end);
   }
-  contents->moments.settle();
+  contents->moments.settle(contents->cues);
   report_.data_->cues = contents->cues;
   contents_ = std::move(contents);
 }

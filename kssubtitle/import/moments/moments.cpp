@@ -14,60 +14,49 @@ bool isDuplicate(const ksImportCue& cue) noexcept { return (cue.flags & kImportD
 
 }  // namespace
 
-void Moments::Active::add(const Ending& ending) {
-  if (count_++ == 0) {
-    next_ = ending;
-  } else if (next_ > ending) {
-    others_.push(std::exchange(next_, ending));
-  } else {
-    others_.push(ending);
-  }
+void Moments::Active::addBesideOthers(const Ending& ending) {
+  others_.push(next_ > ending ? std::exchange(next_, ending) : ending);
 }
 
-void Moments::Active::drop() {
-  if (--count_ == 0) return;
+void Moments::Active::dropBesideOthers() {
   next_ = others_.top();
   others_.pop();
 }
 
-int Moments::Active::shown() const noexcept {
-  if (empty()) return Moment::kNobody;
-  return count_ == 1 ? next_.cue : Moment::kSeveral;
-}
-
 void Moments::reserve(std::size_t cues) {
-  begins_.resize(std::max(begins_.size(), 2 * cues));
-  shown_.resize(begins_.size());
+  begins_.reserve(cues);
+  shown_.reserve(cues);
 }
 
 void Moments::add(const ksImportCue& cue) {
   const int place = count_++;
   const long long start = std::max(cue.start, 0LL);
-  const bool isShown = cue.end > start && !isDuplicate(cue);
-  noteEnd(place, isShown ? cue.end : std::numeric_limits<long long>::min());
-  if (!isShown) return;
-  segments_ = settled_;
+  if (cue.end <= start || isDuplicate(cue)) return;
+  if (begins_.size() > settled_) dropUnsettled();
   endUntil(start);
   active_.add({cue.end, place});
   cutAt(start);
-  settled_ = segments_;
+  settled_ = begins_.size();
 }
 
-void Moments::settle() {
+void Moments::settle(std::span<const ksImportCue> cues) {
+  if (!showsSeveral_) return;
   Active active = active_;
   endUntil(std::numeric_limits<long long>::max());
   active_ = std::move(active);
-  groupEnds();
+  groupEnds(cues);
 }
 
-std::optional<Moment> Moments::at(long long t) const noexcept {
-  const auto after = std::upper_bound(begins().begin(), begins().end(), t);
-  if (after == begins().begin()) return std::nullopt;
-  auto i = static_cast<std::size_t>(after - begins().begin()) - 1;
+std::optional<Moment> Moments::at(long long t, std::span<const ksImportCue> cues) const noexcept {
+  const auto after = std::upper_bound(begins_.begin(), begins_.end(), t);
+  if (after == begins_.begin()) return std::nullopt;
+  auto i = static_cast<std::size_t>(after - begins_.begin()) - 1;
   // What ends is still shown at the moment of its end if nothing else is.
-  if (shown_[i] == Moment::kNobody && begins_[i] == t && i > 0) --i;
+  if (shown_[i] == Moment::kNobody && begins_[i] == t) --i;
   if (shown_[i] == Moment::kNobody) return std::nullopt;
-  return Moment{begins_[i], begins_[i + 1], shown_[i]};
+  long long end = i + 1 < begins_.size() ? begins_[i + 1] : std::numeric_limits<long long>::max();
+  if (shown_[i] >= 0) end = std::min(end, cues[static_cast<std::size_t>(shown_[i])].end);
+  return t <= end ? std::optional(Moment{begins_[i], end, shown_[i]}) : std::nullopt;
 }
 
 std::vector<int> Moments::cuesAt(const Moment& moment, std::span<const ksImportCue> cues) const {
@@ -86,47 +75,52 @@ std::vector<int> Moments::cuesAt(const Moment& moment, std::span<const ksImportC
   return found;
 }
 
+void Moments::dropUnsettled() {
+  begins_.resize(settled_);
+  shown_.resize(settled_);
+}
+
 /// From `time` on those are shown that are active now.
 void Moments::cutAt(long long time) {
-  if (segments_ == 0 || begins_[segments_ - 1] != time) {
-    if (segments_ == begins_.size()) reserve(segments_ + 1);
-    begins_[segments_++] = time;
+  const int shown = active_.shown();
+  showsSeveral_ = showsSeveral_ || shown == Moment::kSeveral;
+  if (!begins_.empty() && begins_.back() == time) {
+    shown_.back() = shown;
+  } else {
+    begins_.push_back(time);
+    shown_.push_back(shown);
   }
-  shown_[segments_ - 1] = active_.shown();
 }
 
+/// Where a single cue ends no segment begins.
 void Moments::endUntil(long long time) {
   while (!active_.empty() && active_.firstEnd() <= time) {
+    const bool isCut = active_.shown() == Moment::kSeveral;
     const long long end = active_.firstEnd();
     while (!active_.empty() && active_.firstEnd() == end) active_.drop();
-    cutAt(end);
+    if (isCut) cutAt(end);
   }
 }
 
-void Moments::noteEnd(int cue, long long end) {
-  std::vector<long long>& ends = greatestEnds_.front();
-  if (static_cast<std::size_t>(cue) % kGroup == 0) {
-    ends.push_back(end);
-  } else {
-    ends.back() = std::max(ends.back(), end);
-  }
-}
-
-/// Sees to the groups of groups that are not up to date.
-void Moments::groupEnds() {
+/// Sees to the groups that are not up to date.
+void Moments::groupEnds(std::span<const ksImportCue> cues) {
   std::size_t first = grouped_;
-  for (std::size_t level = 0; greatestEnds_[level].size() > 1; ++level) {
-    if (level + 1 == greatestEnds_.size()) greatestEnds_.emplace_back();
-    const std::vector<long long>& below = greatestEnds_[level];
-    std::vector<long long>& ends = greatestEnds_[level + 1];
-    first /= kGroup;
+  std::size_t count = cues.size();
+  for (std::size_t level = 0; level == 0 || count > 1; ++level) {
+    if (level == greatestEnds_.size()) greatestEnds_.emplace_back();
+    const auto endOf = [&](std::size_t i) {
+      return level == 0 ? cues[i].end : greatestEnds_[level - 1][i];
+    };
+    std::vector<long long>& ends = greatestEnds_[level];
     ends.resize(first);
-    for (std::size_t at = first * kGroup; at < below.size(); at += kGroup) {
-      const auto group = std::span(below).subspan(at, std::min(kGroup, below.size() - at));
-      ends.push_back(*std::max_element(group.begin(), group.end()));
+    for (std::size_t i = first * kGroup; i < count; ++i) {
+      if (i % kGroup == 0) ends.push_back(endOf(i));
+      ends.back() = std::max(ends.back(), endOf(i));
     }
+    count = ends.size();
+    first /= kGroup;
   }
-  grouped_ = std::max<std::size_t>(greatestEnds_.front().size(), 1) - 1;
+  grouped_ = cues.size() / kGroup;
 }
 
 /// Finds those of `cues` in one group of a level that are shown at `time`. Groups behind `cues`

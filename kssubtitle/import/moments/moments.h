@@ -25,9 +25,12 @@ struct Moment {
 
 /// Takes cues in the order of their starts, one after the other, and then answers.
 ///
-/// Time is cut into segments where a cue begins or ends. A segment in which one cue is shown names
-/// it; for one in which several are, the cues that begin up to there are searched for those that
-/// have not ended, by the greatest ends of ever larger groups of them.
+/// Time is cut into segments where other cues are shown from then on. A segment that shows one cue
+/// names it, and is over where that cue ends, whether another one begins there or not; for one that
+/// shows several, the cues that begin up to there are searched for those that have not ended, by
+/// the greatest ends of ever larger groups of them.
+///
+/// Wherever cues are asked for, they are all those that were added.
 class Moments {
  public:
   void reserve(std::size_t cues);
@@ -35,12 +38,12 @@ class Moments {
   /// kImportDuplicate, is never shown.
   void add(const ksImportCue& cue);
   /// To be called behind the last cue that is added before a question.
-  void settle();
+  void settle(std::span<const ksImportCue> cues);
 
   /// The moment round `t`; nothing if no cue is shown.
-  std::optional<Moment> at(long long t) const noexcept;
-  /// The places of the cues that are shown in a moment, in the order of the file. Requires: they
-  /// are the cues that were added, and `moment` is one of at().
+  std::optional<Moment> at(long long t, std::span<const ksImportCue> cues) const noexcept;
+  /// The places of the cues that are shown in a moment, in the order of the file. Requires:
+  /// `moment` is one of at().
   std::vector<int> cuesAt(const Moment& moment, std::span<const ksImportCue> cues) const;
 
  private:
@@ -56,35 +59,44 @@ class Moments {
     bool empty() const noexcept { return count_ == 0; }
     /// Requires: there is one.
     long long firstEnd() const noexcept { return next_.time; }
-    void add(const Ending& ending);
-    /// Drops what ends first.
-    void drop();
     /// What a segment shows.
-    int shown() const noexcept;
+    int shown() const noexcept {
+      if (count_ == 1) return next_.cue;
+      return empty() ? Moment::kNobody : Moment::kSeveral;
+    }
+    void add(const Ending& ending) {
+      if (count_++ > 0) return addBesideOthers(ending);
+      next_ = ending;
+    }
+    /// Drops what ends first.
+    void drop() {
+      if (--count_ > 0) dropBesideOthers();
+    }
 
    private:
+    void addBesideOthers(const Ending& ending);
+    void dropBesideOthers();
+
     Ending next_{};  // what ends first: mostly the only one
     std::priority_queue<Ending, std::vector<Ending>, std::greater<>> others_;
     int count_ = 0;
   };
 
-  std::span<const long long> begins() const noexcept { return {begins_.data(), segments_}; }
+  void dropUnsettled();
   void cutAt(long long time);
   void endUntil(long long time);
-  void noteEnd(int cue, long long end);
-  void groupEnds();
+  void groupEnds(std::span<const ksImportCue> cues);
   void search(std::span<const ksImportCue> cues, std::size_t level, std::size_t group,
               long long time, std::vector<int>& found) const;
 
-  // Of the segments, with room for more; the last one has no end and shows nobody.
-  std::vector<long long> begins_;
+  std::vector<long long> begins_;  // of the segments
   std::vector<int> shown_;
-  std::size_t segments_ = 0;
   std::size_t settled_ = 0;  // how many of them no later cue can change
   Active active_;
-  // [n]: of each group of 16^(n+1) cues.
-  std::vector<std::vector<long long>> greatestEnds_ = std::vector<std::vector<long long>>(1);
+  // [n]: of each group of 16^(n+1) cues; none while no segment shows several.
+  std::vector<std::vector<long long>> greatestEnds_;
   std::size_t grouped_ = 0;  // how many groups of the lowest level no later cue can change
+  bool showsSeveral_ = false;
   int count_ = 0;
 };
 
