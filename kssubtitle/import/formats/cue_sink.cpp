@@ -14,9 +14,10 @@ bool isBefore(const ksImportCue& a, const ksImportCue& b) noexcept {
 
 bool hasAssumedEnd(const ksImportCue& cue) noexcept { return (cue.flags & kImportEndAssumed) != 0; }
 
+constexpr long long kLastCue = 5000;
+
 /// Requires: the cues are in order, those without text included.
 void assumeEnds(std::vector<ksImportCue>& cues, long long longest, Notes& notes) {
-  constexpr long long kLastCue = 5000;
   long long nextStart = std::numeric_limits<long long>::max();
   for (std::size_t i = cues.size(); i-- > 0;) {
     ksImportCue& cue = cues[i];
@@ -81,13 +82,20 @@ void noteTimes(const std::vector<ksImportCue>& cues, Notes& notes) {
   }
 }
 
-/// Whether the cues are as most files have them, so that nothing has to be done or said.
-bool areOneBehindTheOther(const std::vector<ksImportCue>& cues) noexcept {
+/// Gives ends to cues that stand in order, none of them twice, over another or without text, as in
+/// most files; whether they do, so that nothing else is to be done. Otherwise the ends mean
+/// nothing.
+bool endInOrder(std::vector<ksImportCue>& cues, long long longestAssumed, Notes& notes) {
   long long lastEnd = 0;
-  for (const ksImportCue& cue : cues) {
-    if (cue.start < lastEnd || cue.end <= cue.start) return false;
-    if (hasAssumedEnd(cue) || cue.text.empty()) return false;
-    lastEnd = cue.end;
+  for (auto cue = cues.begin(); cue != cues.end(); ++cue) {
+    const bool isLast = cue + 1 == cues.end();
+    if (hasAssumedEnd(*cue)) {
+      cue->end = cue->start + (isLast ? kLastCue : longestAssumed);
+      if (!isLast) cue->end = std::min(cue->end, (cue + 1)->start);
+    }
+    if (cue->start < lastEnd || cue->end <= cue->start || cue->text.empty()) return false;
+    if (hasAssumedEnd(*cue) && isLast) notes.add(ksImportProblem::kEndAssumed, cue->line);
+    lastEnd = cue->end;
   }
   return true;
 }
@@ -106,12 +114,6 @@ void sortAndNote(std::vector<ksImportCue>& cues, long long longestAssumed, Notes
 
 }  // namespace
 
-ksImportCue& CueSink::beginWithoutEnd(long long start, int line) {
-  ksImportCue& cue = begin(start, start, line);
-  cue.flags |= kImportEndAssumed;
-  return cue;
-}
-
 void CueSink::finishOrMark(std::size_t count) {
   finishOrMark();
   const std::string_view text = cues_.back().text;
@@ -120,7 +122,7 @@ void CueSink::finishOrMark(std::size_t count) {
 }
 
 void arrange(std::vector<ksImportCue>& cues, long long longestAssumed, Notes& notes) {
-  if (!areOneBehindTheOther(cues)) sortAndNote(cues, longestAssumed, notes);
+  if (!endInOrder(cues, longestAssumed, notes)) sortAndNote(cues, longestAssumed, notes);
   if (cues.capacity() - cues.size() > cues.size() / 16) cues.shrink_to_fit();
 }
 

@@ -21,7 +21,11 @@ class CueSink {
     return cues_.emplace_back(ksImportCue{start, end, {}, line, index});
   }
   /// Begins a cue whose end the file does not say: it will be where the next one begins.
-  ksImportCue& beginWithoutEnd(long long start, int line);
+  ksImportCue& beginWithoutEnd(long long start, int line) {
+    ksImportCue& cue = begin(start, start, line);
+    cue.flags |= kImportEndAssumed;
+    return cue;
+  }
   CueText& text() noexcept { return text_; }
   /// Ends the cue that was begun last. One without text is noted and left out.
   void finish() {

@@ -15,6 +15,7 @@ bool isDuplicate(const ksImportCue& cue) noexcept { return (cue.flags & kImportD
 }  // namespace
 
 void Moments::Active::addBesideOthers(const Ending& ending) {
+  ++count_;
   others_.push(next_ > ending ? std::exchange(next_, ending) : ending);
 }
 
@@ -33,9 +34,15 @@ void Moments::add(const ksImportCue& cue) {
   const long long start = std::max(cue.start, 0LL);
   if (cue.end <= start || isDuplicate(cue)) return;
   if (begins_.size() > settled_) dropUnsettled();
-  endUntil(start);
-  active_.add({cue.end, place});
-  cutAt(start);
+  if (active_.isSingle() && active_.firstEnd() <= start) {
+    active_.replaceAll(cue.end, place);  // as most cues follow each other
+    begins_.push_back(start);
+    shown_.push_back(place);
+  } else {
+    endUntil(start);
+    active_.add(cue.end, place);
+    cutAt(start);
+  }
   settled_ = begins_.size();
 }
 

@@ -57,6 +57,7 @@ class Moments {
   class Active {
    public:
     bool empty() const noexcept { return count_ == 0; }
+    bool isSingle() const noexcept { return count_ == 1; }
     /// Requires: there is one.
     long long firstEnd() const noexcept { return next_.time; }
     /// What a segment shows.
@@ -64,9 +65,14 @@ class Moments {
       if (count_ == 1) return next_.cue;
       return empty() ? Moment::kNobody : Moment::kSeveral;
     }
-    void add(const Ending& ending) {
-      if (count_++ > 0) return addBesideOthers(ending);
-      next_ = ending;
+    void add(long long end, int cue) {
+      if (count_ > 0) return addBesideOthers({end, cue});
+      replaceAll(end, cue);
+    }
+    void replaceAll(long long end, int cue) noexcept {
+      next_.time = end;
+      next_.cue = cue;
+      count_ = 1;
     }
     /// Drops what ends first.
     void drop() {
