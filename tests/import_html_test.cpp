@@ -1,35 +1,9 @@
-// Texts that keep their style: files of several formats in tests/data/html, each beside what is to
-// be read from it.
+// Texts that keep their style.
 #include <algorithm>
 
 #include "tests/import_support.h"
 
 namespace {
-
-/// Each cue with its times and alignment above its text.
-std::string readAsHtml(const std::filesystem::path& path) {
-  ksImportOptions options;
-  options.markup = ksImportMarkup::kHtml;
-  ksImportParser parser;
-  EXPECT_TRUE(parser.Open(path.c_str(), options)) << path;
-  std::string all;
-  for (const ksImportCue& cue : parser.cues()) {
-    all += (all.empty() ? "" : "\n") + std::to_string(cue.start) + '-' + std::to_string(cue.end) +
-           " at " + std::to_string(cue.alignment) + '\n' + std::string(cue.text) + '\n';
-  }
-  return all;
-}
-
-TEST(ImportHtml, filesAreReadAsExpected) {
-  int files = 0;
-  for (const auto& entry : std::filesystem::directory_iterator(TEST_DATA "/html")) {
-    if (entry.path().extension() == ".expected") continue;
-    EXPECT_EQ(readAsHtml(entry.path()), contentOf(entry.path().string() + ".expected"))
-        << entry.path();
-    ++files;
-  }
-  EXPECT_GE(files, 9);
-}
 
 /// Everything that tags can do to one another, in texts of a few pieces.
 TEST(ImportHtml, crossingTags_leaveEachCharacterItsStyle) {

@@ -98,7 +98,6 @@ INSTANTIATE_TEST_SUITE_P(Times, Ttml, testing::ValuesIn(timeCases()), nameOf);
 std::vector<Case> textCases() {
   const std::string p = "<p begin='1s' end='2s'>";
   return {
-      {"White_space", body(p + "\n a\t <span> b\r\n</span>c <br/> d </p>"), "1000-2000 a b c|d"},
       {"Kept_white_space",
        body("<div xml:space='preserve'>" + p +
             " a  b\nc<span xml:space='default'> \n d</span></p>"
@@ -202,21 +201,6 @@ TEST(TtmlRegions, Equal_cues_are_shown_once) {
   EXPECT_EQ(cuesOf(parser), "0-1000 a; 0-1000 a; 0-2000 a; 0-1000 b");
   EXPECT_STREQ(parser.GetSubTitle(500).text.getData(), "\na\na\nb");
   EXPECT_EQ(parser.cues()[1].flags, kImportDuplicate);
-}
-
-TEST(TtmlRecognition, By_the_first_element) {
-  const std::string cue = "1\n00:00:01,000 --> 00:00:02,000\n";
-  for (const auto& [text, format] : {std::pair(cue + "<tt>a</tt>\n", "subrip"),
-                                     {"junk <tt:tt>", "ttml"},
-                                     {"<ttx>", ""},
-                                     {"<html><tt>", ""},
-                                     {"<!--" + std::string(9000, '-') + "--><tt>", "ttml"},
-                                     {"<!-- <tt>", ""},
-                                     {"WEBVTT\n\n<tt>", "webvtt"}}) {
-    ksImportParser parser;
-    openText(parser, text);
-    EXPECT_EQ(parser.report().format(), format) << text.substr(0, 60);
-  }
 }
 
 }  // namespace
