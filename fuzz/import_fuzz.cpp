@@ -1,4 +1,5 @@
-// Files of any content, opened by the import library with any options.
+// Files of any content, opened by the import library: with any options, which the first two bytes
+// of an input choose, or, if FUZZED_FORMAT names a format, in that one.
 #include "fuzz/support.h"
 #include "kssubtitle/import/formats/formats.h"
 #include "kssubtitle/import/markup/white_space.h"
@@ -9,15 +10,12 @@ namespace {
 
 using namespace kssubtitle::importing;
 
-/// The first two bytes of an input choose the options.
 ksImportOptions optionsOf(unsigned char first, unsigned char second) {
   constexpr const char* kEncodings[] = {
       "",      "",        "",        "",       "windows-1251", "UTF-8",  "CP932",  "UTF-16",
       "UTF-7", "UCS-4LE", "GB18030", "UTF-32", "ISO-2022-JP",  "EUC-KR", "CP1255", "x"};
   ksImportOptions options;
   options.markup = (first & 1) != 0 ? ksImportMarkup::kHtml : ksImportMarkup::kPlain;
-  const std::size_t format = first >> 4;  // from 1; otherwise it is to be recognised
-  if (format - 1 < formats().size()) options.format = formats()[format - 1].name;
   options.maxBytes = (first & 8) != 0 ? 2048 : options.maxBytes;
   options.encoding = kEncodings[second & 15];
   options.fallbackEncoding = kEncodings[second >> 4];
@@ -183,24 +181,50 @@ void checkWritten(const ksImportParser& parser, const ksImportOptions& options) 
   check(again.report().count(ksImportProblem::kTimeRepaired) == 0, "times are written as usual");
 }
 
-}  // namespace
-
-extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-  if (size < 2) return 0;
-  const ksImportOptions options = optionsOf(data[0], data[1]);
-  ksImportParser parser;
-  const bool isOpen = parser.OpenMemory(data + 2, size - 2, options);
+void checkFile(ksImportParser& parser, std::string_view bytes, const ksImportOptions& options) {
+  const bool isOpen = parser.OpenMemory(bytes.data(), bytes.size(), options);
   check(isOpen == parser.IsOpen(), "a parser is open if Open() says so");
   check(isOpen || parser.cues().empty(), "a refused file has no cues");
   checkReport(parser.report(), isOpen);
   checkCues(parser.cues(), options.markup == ksImportMarkup::kHtml);
   checkMoments(parser);
   checkWritten(parser, options);
-  checkAgreement(parser, {reinterpret_cast<const char*>(data + 2), size - 2});
+  checkAgreement(parser, bytes);
   ksImportParser again;
-  again.OpenMemory(data, 2);
-  check(again.OpenMemory(data + 2, size - 2, options) == isOpen && areSameCues(parser, again) &&
+  again.OpenMemory("x", 1);
+  check(again.OpenMemory(bytes.data(), bytes.size(), options) == isOpen &&
+            areSameCues(parser, again) &&
             again.report().notes().size() == parser.report().notes().size(),
         "a file is read the same way again");
+}
+
+/// Reads the bytes in that format, in both markups, and then as what they are taken for.
+void checkFormat(std::string_view bytes, const char* format) {
+  check(formatNamed(format) != nullptr, "FUZZED_FORMAT is in the table of formats");
+  ksImportOptions options;
+  options.format = format;
+  options.encoding = "UTF-8";
+  ksImportParser parser;
+  for (const auto markup : {ksImportMarkup::kHtml, ksImportMarkup::kPlain}) {
+    options.markup = markup;
+    checkFile(parser, bytes, options);
+  }
+  ksImportParser recognising;
+  recognising.OpenMemory(bytes.data(), bytes.size());
+  if (recognising.report().format() != format || recognising.report().encoding() != "UTF-8") return;
+  check(areSameCues(parser, recognising), "a file is read in the same way if its format is found");
+}
+
+}  // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+  static const char* const kFormat = std::getenv("FUZZED_FORMAT");
+  const std::string_view bytes(reinterpret_cast<const char*>(data), size);
+  if (kFormat != nullptr) {
+    checkFormat(bytes, kFormat);
+  } else if (size >= 2) {
+    ksImportParser parser;
+    checkFile(parser, bytes.substr(2), optionsOf(data[0], data[1]));
+  }
   return 0;
 }

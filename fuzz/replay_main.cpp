@@ -1,5 +1,5 @@
-// Runs a fuzz target on every file in the directories that are its arguments, and on inputs a few
-// bytes away from it: the same ones each time.
+// Runs a fuzz target on the files that are its arguments, or in directories that are, and on inputs
+// a few bytes away from them: the same ones each time.
 #include <cstdint>
 #include <cstdio>
 #include <filesystem>
@@ -42,16 +42,25 @@ void replay(const std::filesystem::path& path) {
   if (!input.empty()) runVariants(input);
 }
 
+/// Returns how many files there are.
+int replayAll(const std::filesystem::path& path) {
+  if (!std::filesystem::exists(path)) return 0;  // a target without finds
+  if (!std::filesystem::is_directory(path)) {
+    replay(path);
+    return 1;
+  }
+  int count = 0;
+  for (const auto& entry : std::filesystem::directory_iterator(path)) {
+    replay(entry.path());
+    ++count;
+  }
+  return count;
+}
+
 }  // namespace
 
 int main(int argc, char** argv) {
   int count = 0;
-  for (int i = 1; i < argc; ++i) {
-    if (!std::filesystem::exists(argv[i])) continue;  // a target without finds
-    for (const auto& entry : std::filesystem::directory_iterator(argv[i])) {
-      replay(entry.path());
-      ++count;
-    }
-  }
+  for (int i = 1; i < argc; ++i) count += replayAll(argv[i]);
   return count == 0 ? 1 : 0;
 }
