@@ -9,7 +9,8 @@ namespace kssubtitle::importing {
 /// Takes the lines of one cue after the other; tags go on from line to line.
 class BarCue {
  public:
-  BarCue(const BarMarkup& markup, CueSink& sink) noexcept : markup_(markup), sink_(sink) {}
+  BarCue(std::string_view fileText, const BarMarkup& markup, CueSink& sink) noexcept
+      : writer_(fileText, markup, sink.text()), sink_(sink) {}
 
   /// Requires: `cue` is the one that the sink has begun last.
   void begin(ksImportCue& cue) noexcept { cue_ = &cue; }
@@ -17,21 +18,18 @@ class BarCue {
   ksImportCue* cue() const noexcept { return cue_; }
   /// Requires: a cue is being read.
   void readLine(std::string_view line) {
-    const TextTraits traits = writeBarText(line, markup_, Style(), tags_, sink_.text());
-    cue_->alignment = traits.alignment.value_or(cue_->alignment);
+    cue_->alignment = writer_.write(line).value_or(cue_->alignment);
   }
   void finish() {
     if (cue_ == nullptr) return;
-    if (tags_.isAnyOpen()) sink_.notes().add(ksImportProblem::kTagUnclosed, cue_->line);
-    tags_.closeAll();
+    if (writer_.closeTags()) sink_.notes().add(ksImportProblem::kTagUnclosed, cue_->line);
     sink_.finish();
     cue_ = nullptr;
   }
 
  private:
-  const BarMarkup& markup_;
+  BarWriter writer_;
   CueSink& sink_;
-  TagStyle tags_;
   ksImportCue* cue_ = nullptr;
 };
 

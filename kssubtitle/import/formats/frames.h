@@ -14,8 +14,22 @@ std::optional<double> usableFrameRate(double rate) noexcept;
 /// is noted.
 double frameRateWithout(const ksImportOptions& options, Notes& notes);
 
+/// The integer nearest to `value`, the farther one from zero if two are. Requires: it is at most
+/// 1e18 either way.
+constexpr long long nearestTo(double value) noexcept {
+  // What is cut off is exact, and a call of the mathematical library would be most of the work.
+  const auto whole = static_cast<long long>(value);
+  const double rest = value - static_cast<double>(whole);
+  return whole + (rest >= 0.5 ? 1 : 0) - (rest <= -0.5 ? 1 : 0);
+}
+
 /// The time of a place in a file; nothing if that is too far away to be one. Rounds once, to the
 /// nearest millisecond. Requires: `perSecond` is usable.
-std::optional<long long> millisecondsOf(double units, double perSecond) noexcept;
+constexpr std::optional<long long> millisecondsOf(double units, double perSecond) noexcept {
+  constexpr double kFarthest = 1e18;
+  const double milliseconds = units * 1000 / perSecond;
+  if (!(milliseconds >= -kFarthest && milliseconds <= kFarthest)) return std::nullopt;
+  return nearestTo(milliseconds);
+}
 
 }  // namespace kssubtitle::importing

@@ -31,7 +31,8 @@ std::optional<double> rateOf(const SpanLine& span) noexcept {
 
 class MicroDvdReader {
  public:
-  MicroDvdReader(const FormatInput& input, CueSink& sink) : input_(input), sink_(sink) {}
+  MicroDvdReader(const FormatInput& input, CueSink& sink)
+      : input_(input), sink_(sink), writer_(input.text, kMarkup, sink.text()) {}
 
   void read() {
     Line line;
@@ -45,10 +46,10 @@ class MicroDvdReader {
   void readLine(std::string_view line, int number) {
     constexpr std::string_view kDefault = "{DEFAULT}";
     if (line.empty()) return;
-    if (startsWithNoCase(line, kDefault)) {
-      base_ = styleOfCodes(line.substr(kDefault.size()));
-    } else if (const auto span = spanLineOf(line, kBraces)) {
+    if (const auto span = spanLineOf(line, kBraces)) {
       readSpan(*span, number);
+    } else if (startsWithNoCase(line, kDefault)) {
+      base_ = styleOfCodes(line.substr(kDefault.size()));
     } else {
       sink_.notes().add(ksImportProblem::kLineIgnored, number);
     }
@@ -58,9 +59,8 @@ class MicroDvdReader {
     if (!rate_ && (rate_ = rateOf(span))) return;
     ksImportCue* const cue = beginSpan(span, number, sink_);
     if (cue == nullptr) return;
-    const TextTraits traits = writeBarText(span.text, kMarkup, base_, sink_.text());
-    cue->alignment = traits.alignment.value_or(cue->alignment);
-    if (traits.isUnclosed) sink_.notes().add(ksImportProblem::kTagUnclosed, number);
+    cue->alignment = writer_.write(span.text, base_).value_or(cue->alignment);
+    if (writer_.closeTags()) sink_.notes().add(ksImportProblem::kTagUnclosed, number);
     sink_.finish();
   }
 
@@ -74,6 +74,7 @@ class MicroDvdReader {
 
   const FormatInput& input_;
   CueSink& sink_;
+  BarWriter writer_;
   std::optional<double> rate_;
   Style base_;
 };

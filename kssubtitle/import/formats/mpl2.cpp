@@ -12,7 +12,7 @@ constexpr Brackets kBrackets{'[', ']'};
 constexpr BarMarkup kMarkup{BarMarkup::Signs::kPrefixes};
 constexpr long long kTenth = 100;
 
-void readLine(const Line& line, CueSink& sink) {
+void readLine(const Line& line, BarWriter& writer, CueSink& sink) {
   if (withoutBlanks(line.text).empty()) return;
   auto span = spanLineOf(line.text, kBrackets);
   if (!span) return sink.notes().add(ksImportProblem::kLineIgnored, line.number);
@@ -20,9 +20,8 @@ void readLine(const Line& line, CueSink& sink) {
   if (span->end) *span->end *= kTenth;
   ksImportCue* const cue = beginSpan(*span, line.number, sink);
   if (cue == nullptr) return;
-  const TextTraits traits = writeBarText(span->text, kMarkup, Style(), sink.text());
-  cue->alignment = traits.alignment.value_or(cue->alignment);
-  if (traits.isUnclosed) sink.notes().add(ksImportProblem::kTagUnclosed, line.number);
+  cue->alignment = writer.write(span->text).value_or(cue->alignment);
+  if (writer.closeTags()) sink.notes().add(ksImportProblem::kTagUnclosed, line.number);
   sink.finish();
 }
 
@@ -31,9 +30,10 @@ void readLine(const Line& line, CueSink& sink) {
 Likelihood likelihoodOfMpl2(std::string_view text) { return likelihoodOfSpans(text, kBrackets); }
 
 void readMpl2(const FormatInput& input, CueSink& sink) {
+  BarWriter writer(input.text, kMarkup, sink.text());
   Line line;
   for (Lines lines(input.text, input.begin, input.firstLine); lines.next(line);) {
-    readLine(line, sink);
+    readLine(line, writer, sink);
   }
 }
 

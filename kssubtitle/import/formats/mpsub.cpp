@@ -41,7 +41,7 @@ std::optional<double> unitsOf(std::string_view line) noexcept {
 class MpsubReader {
  public:
   MpsubReader(const FormatInput& input, CueSink& sink)
-      : input_(input), sink_(sink), cue_(kMarkup, sink) {}
+      : input_(input), sink_(sink), cue_(input.text, kMarkup, sink) {}
 
   void read() {
     Line line;

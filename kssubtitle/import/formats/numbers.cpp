@@ -4,39 +4,23 @@
 namespace kssubtitle::importing {
 namespace {
 
-/// Takes a sign off; whether it is a minus.
-bool takeSign(std::string_view& text) noexcept {
-  if (takeCharacter(text, '-')) return true;
-  takeCharacter(text, '+');
-  return false;
-}
-
 bool beginsFraction(std::string_view text) noexcept {
   return text.size() > 1 && (text[0] == '.' || text[0] == ',') && isDigit(text[1]);
 }
 
 }  // namespace
 
-std::optional<long long> takeInteger(std::string_view& text) noexcept {
-  std::string_view rest = text;
-  const bool isNegative = takeSign(rest);
-  const auto digits = takeDigits(rest);
-  if (!digits) return std::nullopt;
-  text = rest;
-  return isNegative ? -digits->value : digits->value;
-}
-
 std::optional<double> takeDecimal(std::string_view& text) noexcept {
   // One division of two exact numbers rounds as the number itself would.
-  constexpr double kMostExact = 1e15;
+  constexpr long long kMostExact = 1'000'000'000'000'000;
   std::string_view rest = text;
   const bool isNegative = takeSign(rest);
   const auto whole = takeDigits(rest);
   if (!whole) rest = withoutLeadingBlanks(rest);
   const bool hasFraction = beginsFraction(rest);
   if (!whole && !hasFraction) return std::nullopt;
-  auto mantissa = static_cast<double>(whole.value_or(Digits()).value);
-  double scale = 1;
+  long long mantissa = whole ? whole->value : 0;
+  long long scale = 1;
   if (hasFraction) {
     for (rest.remove_prefix(1); !rest.empty() && isDigit(rest[0]); rest.remove_prefix(1)) {
       if (mantissa * 10 >= kMostExact || scale >= kMostExact) continue;
@@ -46,7 +30,8 @@ std::optional<double> takeDecimal(std::string_view& text) noexcept {
   }
   if (!hasFraction && rest.starts_with('.')) rest.remove_prefix(1);
   text = rest;
-  return (isNegative ? -mantissa : mantissa) / scale;
+  const auto numerator = static_cast<double>(mantissa);
+  return (isNegative ? -numerator : numerator) / static_cast<double>(scale);
 }
 
 }  // namespace kssubtitle::importing

@@ -1,6 +1,7 @@
 // Numbers as the text of a file has them.
 #pragma once
 
+#include <algorithm>
 #include <cstddef>
 #include <optional>
 #include <string_view>
@@ -20,12 +21,12 @@ struct Digits {
 constexpr std::optional<Digits> takeDigits(std::string_view& text) noexcept {
   constexpr std::size_t kMostDigits = 12;
   const std::string_view rest = withoutLeadingBlanks(text);
+  const std::size_t looked = std::min(rest.size(), kMostDigits + 1);
   Digits digits;
-  while (digits.count < rest.size() && isDigit(rest[digits.count])) {
-    if (digits.count == kMostDigits) return std::nullopt;
+  while (digits.count < looked && isDigit(rest[digits.count])) {
     digits.value = digits.value * 10 + (rest[digits.count++] - '0');
   }
-  if (digits.count == 0) return std::nullopt;
+  if (digits.count == 0 || digits.count > kMostDigits) return std::nullopt;
   text = rest.substr(digits.count);
   return digits;
 }
@@ -45,9 +46,24 @@ constexpr bool takeCharacter(std::string_view& text, char c) noexcept {
   return true;
 }
 
+/// Takes a sign off, with the blanks before it; whether it is a minus.
+constexpr bool takeSign(std::string_view& text) noexcept {
+  if (text.empty() || isDigit(text.front())) return false;
+  if (takeCharacter(text, '-')) return true;
+  takeCharacter(text, '+');
+  return false;
+}
+
 /// Takes an integer with or without a sign off the front of `text`, with the blanks before it;
 /// nothing if there is none, or one of more than 12 digits.
-std::optional<long long> takeInteger(std::string_view& text) noexcept;
+constexpr std::optional<long long> takeInteger(std::string_view& text) noexcept {
+  std::string_view rest = text;
+  const bool isNegative = takeSign(rest);
+  const auto digits = takeDigits(rest);
+  if (!digits) return std::nullopt;
+  text = rest;
+  return isNegative ? -digits->value : digits->value;
+}
 
 /// Takes a number with or without a sign, and with or without a fraction behind a point or a comma,
 /// off the front of `text`; nothing if there is none, or one of more than 12 digits before the

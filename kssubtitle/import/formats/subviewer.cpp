@@ -31,6 +31,7 @@ std::optional<TimeLine> timeLineOf(std::string_view text) noexcept {
 /// Whether a line only says what texts look like: "[COLF]&HFFFFFF,[STYLE]bd,...", in any case.
 bool isStyleLine(std::string_view line) noexcept {
   constexpr std::string_view kKeys[] = {"[COLF]", "[STYLE]", "[SIZE]", "[FONT]"};
+  if (line.front() != '[') return false;
   return std::any_of(std::begin(kKeys), std::end(kKeys),
                      [line](std::string_view key) { return startsWithNoCase(line, key); });
 }
@@ -38,7 +39,7 @@ bool isStyleLine(std::string_view line) noexcept {
 class SubViewerReader {
  public:
   SubViewerReader(const FormatInput& input, CueSink& sink)
-      : input_(input), sink_(sink), cue_(kMarkup, sink) {}
+      : input_(input), sink_(sink), cue_(input.text, kMarkup, sink) {}
 
   void read() {
     Line line;
@@ -51,7 +52,7 @@ class SubViewerReader {
  private:
   void readLine(std::string_view line, int number) {
     if (line.empty() || isStyleLine(line)) return;
-    if (const auto times = timeLineOf(line)) {
+    if (const auto times = isLetter(line.front()) ? std::nullopt : timeLineOf(line)) {
       cue_.finish();
       if (!times->start.isUsual() || !times->end.isUsual()) {
         sink_.notes().add(ksImportProblem::kTimeRepaired, number);

@@ -30,7 +30,7 @@ bool isFrame(std::string_view line) noexcept {
 class SubViewer1Reader {
  public:
   SubViewer1Reader(const FormatInput& input, CueSink& sink)
-      : input_(input), sink_(sink), cue_(kMarkup, sink) {}
+      : input_(input), sink_(sink), cue_(input.text, kMarkup, sink) {}
 
   void read() {
     Line line;

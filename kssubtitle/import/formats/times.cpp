@@ -1,6 +1,10 @@
 // Times as people write them.
 #include "kssubtitle/import/formats/times.h"
 
+#include <bit>
+#include <cstdint>
+#include <cstring>
+
 #include "kssubtitle/import/formats/numbers.h"
 
 namespace kssubtitle::importing {
@@ -24,33 +28,76 @@ unsigned twoDigits(const char* p) noexcept {
   return tens > 9 || ones > 9 ? 100U : tens * 10 + ones;
 }
 
-/// The usual forms "00:00:00,000" and "0:00:00.00", at once: nearly every time of a file is one,
-/// and opening it is mostly reading times and copying text.
-bool takeUsualTime(std::string_view& text, WrittenTime& time) noexcept {
-  if (text.size() < 2) return false;
-  const std::size_t hourDigits = text[1] == ':' ? 1 : 2;
-  if (text.size() < hourDigits + 9) return false;
-  const char* const p = text.data() + hourDigits;
-  const bool isSeparated = p[0] == ':' && p[3] == ':' && (p[6] == ',' || p[6] == '.');
-  const unsigned hours =
-      hourDigits == 1 ? static_cast<unsigned>(text[0] - '0') : twoDigits(text.data());
-  const unsigned minutes = twoDigits(p + 1);
-  const unsigned seconds = twoDigits(p + 4);
-  unsigned milliseconds = 10 * twoDigits(p + 7);
-  if (!isSeparated || hours > 99 || minutes > 99 || seconds > 99 || milliseconds > 990)
-    return false;
-  if (hourDigits == 1 && hours > 9) return false;
-  std::size_t length = hourDigits + 9;
+/// The eight characters at `p`, the first one lowest.
+std::uint64_t charactersAt(const char* p) noexcept {
+  std::uint64_t characters;
+  std::memcpy(&characters, p, sizeof characters);
+  if constexpr (std::endian::native == std::endian::big) {
+    characters = __builtin_bswap64(characters);
+  }
+  return characters;
+}
+
+/// The seconds of the characters of "00:00:00"; -1 if they are others.
+int secondsOf(std::uint64_t characters) noexcept {
+  constexpr std::uint64_t kZeros = 0x30303A30303A3030;
+  constexpr std::uint64_t kAboveGreatest =
+      0x76767F76767F7676;  // has bytes above 9, or 0, set kHigh
+  constexpr std::uint64_t kHigh = 0x8080808080808080;
+  const std::uint64_t digits = characters ^ kZeros;
+  if ((((digits + kAboveGreatest) | digits) & kHigh) != 0) return -1;
+  const std::uint64_t pairs = digits * 10 + (digits >> 8);
+  const auto pairAt = [pairs](int byte) { return static_cast<int>(pairs >> (8 * byte) & 0xFF); };
+  return (pairAt(0) * 60 + pairAt(3)) * 60 + pairAt(6);
+}
+
+/// Takes a comma or a point and two or three digits off, or nothing where nothing of a time can
+/// follow; -1 if neither is there.
+int takeUsualFraction(std::string_view& text) noexcept {
+  if (text.empty() || text[0] > ':') return 0;
+  if (text.size() < 3 || (text[0] != ',' && text[0] != '.')) return -1;
+  unsigned milliseconds = 10 * twoDigits(text.data() + 1);
+  if (milliseconds > 990) return -1;
+  std::size_t length = 3;
   if (length < text.size() && isDigit(text[length])) {
     milliseconds += static_cast<unsigned>(text[length++] - '0');
   }
-  if (length < text.size() && isDigit(text[length])) return false;
+  if (length < text.size() && isDigit(text[length])) return -1;
   text.remove_prefix(length);
-  time.milliseconds = ((hours * 60LL + minutes) * 60 + seconds) * 1000 + milliseconds;
+  return static_cast<int>(milliseconds);
+}
+
+/// The form of a time as takeUsualTime() takes it, of which `clockLength` are not the fraction.
+TimeForm formOf(std::string_view time, std::size_t clockLength) noexcept {
+  if (clockLength < 7 || clockLength == time.size()) return TimeForm::kOther;
+  const bool isComma = time[clockLength] == ',';
+  if (isComma && time.size() == 12) return TimeForm::kSubRip;
+  return !isComma && time.size() == clockLength + 3 ? TimeForm::kAss : TimeForm::kUsual;
+}
+
+/// The usual forms "00:00:00,000", "0:00:00.00" and "00:00.00" with and without fractions, at once:
+/// nearly every time of a file is one, and opening it is mostly reading times and copying text.
+bool takeUsualTime(std::string_view& text, WrittenTime& time) noexcept {
+  if (text.size() < 8) return false;
+  std::uint64_t clock = charactersAt(text.data());
+  std::size_t clockLength = 8;
   time.fields = 3;
-  time.form = TimeForm::kUsual;
-  if (p[6] == ',' && length == 12) time.form = TimeForm::kSubRip;
-  if (p[6] == '.' && length == hourDigits + 9) time.form = TimeForm::kAss;
+  if (text[1] == ':') {
+    clock = clock << 8 | '0';
+    clockLength = 7;
+  } else if (text[5] != ':') {
+    clock = clock << 24 | 0x3A3030;  // "00:" in front
+    clockLength = 5;
+    time.fields = 2;
+  }
+  const int seconds = secondsOf(clock);
+  if (seconds < 0) return false;
+  std::string_view rest = text.substr(clockLength);
+  const int fraction = takeUsualFraction(rest);
+  if (fraction < 0) return false;
+  time.milliseconds = seconds * 1000LL + fraction;
+  time.form = formOf(text.substr(0, text.size() - rest.size()), clockLength);
+  text = rest;
   return true;
 }
 

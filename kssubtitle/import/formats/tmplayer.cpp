@@ -64,7 +64,8 @@ std::optional<TimedLine> timedLineOf(std::string_view text) noexcept {
 
 class TmPlayerReader {
  public:
-  TmPlayerReader(const FormatInput& input, CueSink& sink) : input_(input), sink_(sink) {}
+  TmPlayerReader(const FormatInput& input, CueSink& sink)
+      : input_(input), sink_(sink), writer_(input.text, kMarkup, sink.text()) {}
 
   void read() {
     Line line;
@@ -83,9 +84,8 @@ class TmPlayerReader {
       finishCue();
       cue_ = &sink_.beginWithoutEnd(timed->start, line.number);
     }
-    const TextTraits traits = writeBarText(timed->text, kMarkup, Style(), sink_.text());
-    cue_->alignment = traits.alignment.value_or(cue_->alignment);
-    if (traits.isUnclosed) sink_.notes().add(ksImportProblem::kTagUnclosed, line.number);
+    cue_->alignment = writer_.write(timed->text).value_or(cue_->alignment);
+    if (writer_.closeTags()) sink_.notes().add(ksImportProblem::kTagUnclosed, line.number);
   }
 
   void finishCue() {
@@ -95,6 +95,7 @@ class TmPlayerReader {
 
   const FormatInput& input_;
   CueSink& sink_;
+  BarWriter writer_;
   ksImportCue* cue_ = nullptr;  // to which the next line may add
 };
 

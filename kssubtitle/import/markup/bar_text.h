@@ -6,13 +6,12 @@
 #include <string_view>
 
 #include "kssubtitle/import/markup/cue_text.h"
-#include "kssubtitle/import/markup/subrip_tags.h"
+#include "kssubtitle/import/text/scan.h"
 
 namespace kssubtitle::importing {
 
-/// What a format knows beside bars and line feeds, which end lines, tags such as `<i>`, and codes
-/// such as "{y:i}", of which those in capital letters count for all that follows, not for their
-/// line alone.
+/// What a format knows beside bars, which end lines, tags such as `<i>`, and codes such as "{y:i}",
+/// of which those in capital letters count for all that follows, not for their line alone.
 struct BarMarkup {
   enum class Signs {
     kNone,
@@ -24,12 +23,51 @@ struct BarMarkup {
   bool dropsUnknownTags = false;  ///< Whatever looks like a tag is none of the text.
 };
 
-/// Writes the lines of a cue that begins in the style `base`.
-TextTraits writeBarText(std::string_view text, const BarMarkup& markup, const Style& base,
-                        CueText& out);
-/// Writes some lines of a cue, in which the tags in `tags` are open and may be closed.
-TextTraits writeBarText(std::string_view text, const BarMarkup& markup, const Style& base,
-                        TagStyle& tags, CueText& out);
+/// Writes the texts of a file's cues.
+class BarWriter {
+ public:
+  /// The texts are parts of `fileText`, one behind the other.
+  BarWriter(std::string_view fileText, const BarMarkup& markup, CueText& out) noexcept
+      : marks_(fileText), breaks_(fileText), markup_(markup), out_(out) {}
+
+  /// Writes lines of a cue that begin in the style `base`, but for the tags that are open. The
+  /// alignment that they ask for, if any.
+  std::optional<int> write(std::string_view text, const Style& base = Style());
+  /// Closes the tags of a cue; whether any was open.
+  bool closeTags() noexcept {
+    if (!hasTags_) return false;
+    hasTags_ = false;
+    const bool isAnyOpen = tags_.isAnyOpen();
+    tags_.closeAll();
+    return isAnyOpen;
+  }
+
+ private:
+  std::size_t plainLength(std::string_view text) noexcept;
+  std::string_view takeLine(std::string_view& text, std::size_t plain) noexcept;
+  std::size_t separatorLength(std::string_view text) const noexcept;
+  void takePiece();
+  void takeText(std::size_t length);
+  void takeSigns();
+  void takeSlashes() noexcept;
+  bool takePrefix() noexcept;
+  bool takeCode();
+  bool takeTag();
+  bool takeUnknownTag() noexcept;
+  void setStyle();
+
+  RareCharacters<'|', '<', '{'> marks_;
+  RareCharacters<'['> breaks_;
+  const BarMarkup& markup_;
+  CueText& out_;
+  TagStyle tags_;
+  bool hasTags_ = false;   // there were any in the cue
+  std::string_view rest_;  // of the line that is being written
+  Style cueStyle_;         // what codes set for all that follows
+  Style lineStyle_;
+  bool isBehindSlash_ = false;
+  std::optional<int> alignment_;
+};
 
 /// The style that codes such as "{Y:i}{C:$bbggrr}" leave.
 Style styleOfCodes(std::string_view codes) noexcept;
