@@ -23,8 +23,8 @@ constexpr std::optional<Digits> takeDigits(std::string_view& text) noexcept {
   const std::string_view rest = withoutLeadingBlanks(text);
   const std::size_t looked = std::min(rest.size(), kMostDigits + 1);
   Digits digits;
-  while (digits.count < looked && isDigit(rest[digits.count])) {
-    digits.value = digits.value * 10 + (rest[digits.count++] - '0');
+  for (; digits.count < looked && isDigit(rest[digits.count]); ++digits.count) {
+    digits.value = digits.value * 10 + static_cast<unsigned char>(rest[digits.count] - '0');
   }
   if (digits.count == 0 || digits.count > kMostDigits) return std::nullopt;
   text = rest.substr(digits.count);

@@ -17,10 +17,12 @@ bool takeBracketed(std::string_view& text, Brackets brackets,
 }  // namespace
 
 std::optional<SpanLine> spanLineOf(std::string_view line, Brackets brackets) noexcept {
-  SpanLine span;
-  if (!takeBracketed(line, brackets, span.start)) return std::nullopt;
-  if (!takeBracketed(line, brackets, span.end)) return std::nullopt;
-  span.text = withoutBlanks(line);
+  std::optional<SpanLine> span(std::in_place);
+  if (takeBracketed(line, brackets, span->start) && takeBracketed(line, brackets, span->end)) {
+    span->text = withoutBlanks(line);
+  } else {
+    span.reset();
+  }
   return span;
 }
 

@@ -10,11 +10,11 @@
 namespace kssubtitle::importing {
 namespace {
 
-/// Takes `separator` off if a number follows it, blanks or not.
-std::optional<Digits> takeFieldBehind(std::string_view& text,
-                                      std::string_view separators) noexcept {
+/// Takes a separator off if a number follows it, blanks or not.
+template <char... kSeparators>
+std::optional<Digits> takeFieldBehind(std::string_view& text) noexcept {
   std::string_view rest = withoutLeadingBlanks(text);
-  if (rest.empty() || separators.find(rest.front()) == separators.npos) return std::nullopt;
+  if (rest.empty() || ((rest.front() != kSeparators) && ...)) return std::nullopt;
   rest.remove_prefix(1);
   const auto field = takeDigits(rest);
   if (field) text = rest;
@@ -116,10 +116,11 @@ bool takeAnyTime(std::string_view& text, WrittenTime& time) noexcept {
   if (isNegative || rest.starts_with('+')) rest.remove_prefix(1);
   const auto first = takeDigits(rest);
   if (!first) return false;
-  const auto second = takeFieldBehind(rest, ":");
+  const auto second = takeFieldBehind<':'>(rest);
   if (!second) return false;
-  const auto third = takeFieldBehind(rest, ":");
-  const auto fraction = takeFieldBehind(rest, third ? ",.:" : ",.");
+  const auto third = takeFieldBehind<':'>(rest);
+  const auto fraction =
+      third ? takeFieldBehind<',', '.', ':'>(rest) : takeFieldBehind<',', '.'>(rest);
   if (!fraction) dropLoneSeparator(rest);
   time.fields = third ? 3 : 2;
   const long long seconds = third ? (first->value * 60 + second->value) * 60 + third->value
@@ -133,6 +134,15 @@ bool takeAnyTime(std::string_view& text, WrittenTime& time) noexcept {
 }
 
 }  // namespace
+
+std::optional<int> takeUsualClock(std::string_view& text) noexcept {
+  constexpr std::size_t kLength = 8;
+  if (text.size() < kLength || (text.size() > kLength && isDigit(text[kLength]))) return {};
+  const int seconds = secondsOf(charactersAt(text.data()));
+  if (seconds < 0) return {};
+  text.remove_prefix(kLength);
+  return seconds;
+}
 
 std::optional<WrittenTime> takeTime(std::string_view& text) noexcept {
   std::string_view rest = withoutLeadingBlanks(text);

@@ -28,4 +28,7 @@ struct WrittenTime {
 /// field of more than 12 digits is no time.
 std::optional<WrittenTime> takeTime(std::string_view& text) noexcept;
 
+/// Takes "00:00:00" off the very front of `text`, unless a further digit follows: in seconds.
+std::optional<int> takeUsualClock(std::string_view& text) noexcept;
+
 }  // namespace kssubtitle::importing

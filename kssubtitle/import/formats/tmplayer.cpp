@@ -4,6 +4,7 @@
 
 #include "kssubtitle/import/formats/numbers.h"
 #include "kssubtitle/import/formats/readers.h"
+#include "kssubtitle/import/formats/times.h"
 #include "kssubtitle/import/markup/bar_text.h"
 #include "kssubtitle/import/text/lines.h"
 
@@ -21,6 +22,7 @@ struct TimedLine {
 
 /// Takes "0:00:10" off, in milliseconds.
 std::optional<long long> takeClock(std::string_view& text) noexcept {
+  if (const auto seconds = takeUsualClock(text)) return *seconds * 1000LL;
   const bool isNegative = takeCharacter(text, '-');
   const auto hours = takeDigits(text);
   if (!hours || !takeCharacter(text, ':')) return std::nullopt;

@@ -59,31 +59,52 @@ std::size_t unknownTagLength(std::string_view text) noexcept {
 
 }  // namespace
 
+/// How many characters stand in front of the first one that may be more than itself.
+inline std::size_t BarWriter::plainLength(std::string_view text) noexcept {
+  const std::size_t length = marks_.countBefore(text);
+  return markup_.hasBreaks ? breaks_.countBefore(text.substr(0, length)) : length;
+}
+
+/// How long what ends a line at the front of `text` is; 0 if nothing does.
+inline std::size_t BarWriter::separatorLength(std::string_view text) const noexcept {
+  if (text.front() == '|') return 1;
+  if (text.front() != '[' || !markup_.hasBreaks) return 0;
+  return startsWithNoCase(text, kBreak) ? kBreak.size() : 0;
+}
+
+/// Whether no sign and no style belongs to a line without tags and codes.
+inline bool BarWriter::isTextAlone(std::string_view line) const noexcept {
+  if (out_.isHtml() || isBehindSlash_ || line.empty()) return false;
+  return line.front() != '/' && line.front() != '\\' && line.front() != '_';
+}
+
 std::optional<int> BarWriter::write(std::string_view text, const Style& base) {
   cueStyle_ = base;
   isBehindSlash_ = false;
   alignment_.reset();
   while (!text.empty()) {
     const std::size_t plain = plainLength(text);
-    const std::string_view line = takeLine(text, plain);
-    lineStyle_ = cueStyle_;
-    rest_ = withoutBlanks(line);
-    takeSigns();
-    setStyle();
-    if (line.size() > plain) {
-      while (!rest_.empty()) takePiece();
-    } else if (!rest_.empty()) {
-      takeText(rest_.size());
+    const std::size_t separator = plain < text.size() ? separatorLength(text.substr(plain)) : 0;
+    const bool isPlain = plain == text.size() || separator > 0;
+    const std::string_view line = withoutBlanks(text.substr(0, plain));
+    if (isPlain && isTextAlone(line)) {
+      out_.append(line);
+      out_.endLine();
+      text.remove_prefix(plain + separator);
+    } else {
+      writeLine(takeLine(text, plain));
     }
-    out_.endLine();
   }
   return alignment_;
 }
 
-/// How many characters stand in front of the first one that may be more than itself.
-std::size_t BarWriter::plainLength(std::string_view text) noexcept {
-  const std::size_t length = marks_.countBefore(text);
-  return markup_.hasBreaks ? breaks_.countBefore(text.substr(0, length)) : length;
+void BarWriter::writeLine(std::string_view line) {
+  lineStyle_ = cueStyle_;
+  rest_ = withoutBlanks(line);
+  takeSigns();
+  setStyle();
+  while (!rest_.empty()) takePiece();
+  out_.endLine();
 }
 
 /// Takes a line off, of which the first `plain` characters are known to go on with it.
@@ -97,13 +118,6 @@ std::string_view BarWriter::takeLine(std::string_view& text, std::size_t plain) 
   const std::string_view line = text.substr(0, end);
   text.remove_prefix(end + separator);
   return line;
-}
-
-/// How long what ends a line at the front of `text` is; 0 if nothing does.
-std::size_t BarWriter::separatorLength(std::string_view text) const noexcept {
-  if (text.front() == '|') return 1;
-  if (text.front() != '[' || !markup_.hasBreaks) return 0;
-  return startsWithNoCase(text, kBreak) ? kBreak.size() : 0;
 }
 
 /// The signs may stand behind codes.

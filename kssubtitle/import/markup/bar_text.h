@@ -43,9 +43,11 @@ class BarWriter {
   }
 
  private:
-  std::size_t plainLength(std::string_view text) noexcept;
+  inline std::size_t plainLength(std::string_view text) noexcept;
+  inline std::size_t separatorLength(std::string_view text) const noexcept;
+  inline bool isTextAlone(std::string_view line) const noexcept;
+  void writeLine(std::string_view line);
   std::string_view takeLine(std::string_view& text, std::size_t plain) noexcept;
-  std::size_t separatorLength(std::string_view text) const noexcept;
   void takePiece();
   void takeText(std::size_t length);
   void takeSigns();
