@@ -14,15 +14,14 @@ namespace {
 constexpr Brackets kBraces{'{', '}'};
 constexpr BarMarkup kMarkup{BarMarkup::Signs::kSlashes};
 
-/// The rate that a line at the first frame states: a number alone, one before "fps", or one with a
-/// fraction before anything, so that "2 men" stays text.
-std::optional<double> rateOf(const SpanLine& span) noexcept {
-  if (span.start != span.end || (span.start != 0 && span.start != 1)) return std::nullopt;
-  std::string_view rest = span.text;
+/// The rate that the text at the first frame states: a number alone, one before "fps", or one with
+/// a fraction before anything, so that "2 men" stays text.
+std::optional<double> rateOf(std::string_view text) noexcept {
+  std::string_view rest = text;
   if (rest.empty() || !isDigit(rest.front())) return std::nullopt;
   const auto rate = takeDecimal(rest);
   if (!rate) return std::nullopt;
-  const std::string_view written = span.text.substr(0, span.text.size() - rest.size());
+  const std::string_view written = text.substr(0, text.size() - rest.size());
   rest = withoutLeadingBlanks(rest);
   const bool hasFraction = written.find_first_of(".,") < written.size() - 1;
   if (!hasFraction && !rest.empty() && !startsWithNoCase(rest, "fps")) return std::nullopt;
@@ -56,8 +55,9 @@ class MicroDvdReader {
   }
 
   void readSpan(const SpanLine& span, int number) {
-    if (!rate_ && (rate_ = rateOf(span))) return;
-    ksImportCue* const cue = beginSpan(span, number, sink_);
+    const bool isAtFirstFrame = span.start == span.end && (span.start == 0 || span.start == 1);
+    if (isAtFirstFrame && !rate_ && (rate_ = rateOf(span.text))) return;
+    ksImportCue* const cue = beginSpan(span.start, span.end, number, sink_);
     if (cue == nullptr) return;
     cue->alignment = writer_.write(span.text, base_).value_or(cue->alignment);
     if (writer_.closeTags()) sink_.notes().add(ksImportProblem::kTagUnclosed, number);

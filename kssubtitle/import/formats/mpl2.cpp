@@ -10,15 +10,17 @@ namespace {
 
 constexpr Brackets kBrackets{'[', ']'};
 constexpr BarMarkup kMarkup{BarMarkup::Signs::kPrefixes};
-constexpr long long kTenth = 100;
+
+constexpr long long millisecondsOfTenths(long long tenths) noexcept {
+  return tenths == SpanLine::kMissing ? tenths : tenths * 100;
+}
 
 void readLine(const Line& line, BarWriter& writer, CueSink& sink) {
   if (withoutBlanks(line.text).empty()) return;
-  auto span = spanLineOf(line.text, kBrackets);
+  const auto span = spanLineOf(line.text, kBrackets);
   if (!span) return sink.notes().add(ksImportProblem::kLineIgnored, line.number);
-  if (span->start) *span->start *= kTenth;
-  if (span->end) *span->end *= kTenth;
-  ksImportCue* const cue = beginSpan(*span, line.number, sink);
+  ksImportCue* const cue = beginSpan(millisecondsOfTenths(span->start),
+                                     millisecondsOfTenths(span->end), line.number, sink);
   if (cue == nullptr) return;
   cue->alignment = writer.write(span->text).value_or(cue->alignment);
   if (writer.closeTags()) sink.notes().add(ksImportProblem::kTagUnclosed, line.number);

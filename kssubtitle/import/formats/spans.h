@@ -2,10 +2,12 @@
 // MPL2 are made of them.
 #pragma once
 
+#include <limits>
 #include <optional>
 #include <string_view>
 
 #include "kssubtitle/import/formats/formats.h"
+#include "kssubtitle/import/formats/numbers.h"
 #include "kssubtitle/import/text/lines.h"
 
 namespace kssubtitle::importing {
@@ -17,20 +19,36 @@ struct Brackets {
 
 /// A line such as "{1}{25}text"; either number may be missing.
 struct SpanLine {
-  std::optional<long long> start;
-  std::optional<long long> end;
+  static constexpr long long kMissing = std::numeric_limits<long long>::min();
+
+  long long start = kMissing;
+  long long end = kMissing;
   std::string_view text;
 };
 
+/// Takes "{25}" or "{}" off; false if there is neither.
+constexpr bool takeBracketed(std::string_view& text, Brackets brackets,
+                             long long& number) noexcept {
+  if (!takeCharacter(text, brackets.opening)) return false;
+  number = takeInteger(text).value_or(SpanLine::kMissing);
+  return takeCharacter(text, brackets.closing);
+}
+
 /// What `line` is; nothing if it does not begin with two pairs of brackets that hold integers of at
 /// most 12 digits, or nothing. Blanks may stand anywhere.
-std::optional<SpanLine> spanLineOf(std::string_view line, Brackets brackets) noexcept;
+constexpr std::optional<SpanLine> spanLineOf(std::string_view line, Brackets brackets) noexcept {
+  SpanLine span;
+  if (!takeBracketed(line, brackets, span.start)) return std::nullopt;
+  if (!takeBracketed(line, brackets, span.end)) return std::nullopt;
+  span.text = withoutBlanks(line);
+  return span;
+}
 
 /// How likely a text is made of such lines.
 Likelihood likelihoodOfSpans(std::string_view text, Brackets brackets);
 
-/// Begins the cue of such a line; null if it has neither number. A cue without the first one begins
-/// at 0, one without the second one is shown up to the next.
-ksImportCue* beginSpan(const SpanLine& span, int line, CueSink& sink);
+/// Begins the cue of a line with those numbers; null if it has neither. A cue without the first one
+/// begins at 0, one without the second one is shown up to the next.
+ksImportCue* beginSpan(long long start, long long end, int line, CueSink& sink);
 
 }  // namespace kssubtitle::importing
