@@ -17,9 +17,7 @@ class BarCue {
   /// The cue that is being read; null if none is.
   ksImportCue* cue() const noexcept { return cue_; }
   /// Requires: a cue is being read.
-  void readLine(std::string_view line) {
-    cue_->alignment = writer_.write(line).value_or(cue_->alignment);
-  }
+  void readLine(std::string_view line) { writer_.write(line, cue_->alignment); }
   void finish() {
     if (cue_ == nullptr) return;
     if (writer_.closeTags()) sink_.notes().add(ksImportProblem::kTagUnclosed, cue_->line);

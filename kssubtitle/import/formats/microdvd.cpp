@@ -59,7 +59,7 @@ class MicroDvdReader {
     if (isAtFirstFrame && !rate_ && (rate_ = rateOf(span.text))) return;
     ksImportCue* const cue = beginSpan(span.start, span.end, number, sink_);
     if (cue == nullptr) return;
-    cue->alignment = writer_.write(span.text, base_).value_or(cue->alignment);
+    writer_.write(span.text, cue->alignment, base_);
     if (writer_.closeTags()) sink_.notes().add(ksImportProblem::kTagUnclosed, number);
     sink_.finish();
   }

@@ -22,7 +22,7 @@ void readLine(const Line& line, BarWriter& writer, CueSink& sink) {
   ksImportCue* const cue = beginSpan(millisecondsOfTenths(span->start),
                                      millisecondsOfTenths(span->end), line.number, sink);
   if (cue == nullptr) return;
-  cue->alignment = writer.write(span->text).value_or(cue->alignment);
+  writer.write(span->text, cue->alignment);
   if (writer.closeTags()) sink.notes().add(ksImportProblem::kTagUnclosed, line.number);
   sink.finish();
 }

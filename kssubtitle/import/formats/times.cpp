@@ -10,17 +10,6 @@
 namespace kssubtitle::importing {
 namespace {
 
-/// Takes a separator off if a number follows it, blanks or not.
-template <char... kSeparators>
-std::optional<Digits> takeFieldBehind(std::string_view& text) noexcept {
-  std::string_view rest = withoutLeadingBlanks(text);
-  if (rest.empty() || ((rest.front() != kSeparators) && ...)) return std::nullopt;
-  rest.remove_prefix(1);
-  const auto field = takeDigits(rest);
-  if (field) text = rest;
-  return field;
-}
-
 /// The two digits at `p`; above 99 if they are none.
 unsigned twoDigits(const char* p) noexcept {
   const auto tens = static_cast<unsigned>(p[0] - '0');
@@ -41,64 +30,78 @@ std::uint64_t charactersAt(const char* p) noexcept {
 /// The seconds of the characters of "00:00:00"; -1 if they are others.
 int secondsOf(std::uint64_t characters) noexcept {
   constexpr std::uint64_t kZeros = 0x30303A30303A3030;
-  constexpr std::uint64_t kAboveGreatest =
-      0x76767F76767F7676;  // has bytes above 9, or 0, set kHigh
-  constexpr std::uint64_t kHigh = 0x8080808080808080;
+  // Lets a byte above 9, or above 0 where a colon belongs, have its highest bit set.
+  constexpr std::uint64_t kOverflow = 0x76767F76767F7676;
+  constexpr std::uint64_t kHighest = 0x8080808080808080;
   const std::uint64_t digits = characters ^ kZeros;
-  if ((((digits + kAboveGreatest) | digits) & kHigh) != 0) return -1;
+  if ((((digits + kOverflow) | digits) & kHighest) != 0) return -1;
   const std::uint64_t pairs = digits * 10 + (digits >> 8);
   const auto pairAt = [pairs](int byte) { return static_cast<int>(pairs >> (8 * byte) & 0xFF); };
   return (pairAt(0) * 60 + pairAt(3)) * 60 + pairAt(6);
 }
 
-/// Takes a comma or a point and two or three digits off, or nothing where nothing of a time can
-/// follow; -1 if neither is there.
-int takeUsualFraction(std::string_view& text) noexcept {
-  if (text.empty() || text[0] > ':') return 0;
-  if (text.size() < 3 || (text[0] != ',' && text[0] != '.')) return -1;
-  unsigned milliseconds = 10 * twoDigits(text.data() + 1);
-  if (milliseconds > 990) return -1;
-  std::size_t length = 3;
-  if (length < text.size() && isDigit(text[length])) {
-    milliseconds += static_cast<unsigned>(text[length++] - '0');
-  }
-  if (length < text.size() && isDigit(text[length])) return -1;
-  text.remove_prefix(length);
-  return static_cast<int>(milliseconds);
+/// The milliseconds of a comma or a point and two or three digits at the front of `text`, and how
+/// many characters they are.
+struct UsualFraction {
+  int milliseconds;  ///< -1: there is another thing with which a time may go on.
+  int length;
+};
+
+UsualFraction usualFractionOf(std::string_view text) noexcept {
+  constexpr UsualFraction kUnusual{-1, 0};
+  if (text.empty() || text[0] > ':') return {0, 0};
+  if (text.size() < 3 || (text[0] != ',' && text[0] != '.')) return kUnusual;
+  const unsigned hundredths = twoDigits(text.data() + 1);
+  if (hundredths > 99) return kUnusual;
+  const auto milliseconds = static_cast<int>(10 * hundredths);
+  if (text.size() == 3 || !isDigit(text[3])) return {milliseconds, 3};
+  if (text.size() > 4 && isDigit(text[4])) return kUnusual;
+  return {milliseconds + text[3] - '0', 4};
 }
 
-/// The form of a time as takeUsualTime() takes it, of which `clockLength` are not the fraction.
-TimeForm formOf(std::string_view time, std::size_t clockLength) noexcept {
-  if (clockLength < 7 || clockLength == time.size()) return TimeForm::kOther;
-  const bool isComma = time[clockLength] == ',';
-  if (isComma && time.size() == 12) return TimeForm::kSubRip;
-  return !isComma && time.size() == clockLength + 3 ? TimeForm::kAss : TimeForm::kUsual;
+/// The form of a time in which `clockLength` characters stand in front of the fraction.
+TimeForm formOf(std::string_view text, int clockLength, int fractionLength) noexcept {
+  if (clockLength < 7 || fractionLength == 0) return TimeForm::kOther;
+  if (text[static_cast<std::size_t>(clockLength)] == ',') {
+    return clockLength + fractionLength == 12 ? TimeForm::kSubRip : TimeForm::kUsual;
+  }
+  return fractionLength == 3 ? TimeForm::kAss : TimeForm::kUsual;
 }
 
 /// The usual forms "00:00:00,000", "0:00:00.00" and "00:00.00" with and without fractions, at once:
 /// nearly every time of a file is one, and opening it is mostly reading times and copying text.
-bool takeUsualTime(std::string_view& text, WrittenTime& time) noexcept {
-  if (text.size() < 8) return false;
+WrittenTime usualTimeOf(std::string_view text) noexcept {
+  if (text.size() < 8) return {};
   std::uint64_t clock = charactersAt(text.data());
-  std::size_t clockLength = 8;
-  time.fields = 3;
+  int clockLength = 8;
   if (text[1] == ':') {
     clock = clock << 8 | '0';
     clockLength = 7;
   } else if (text[5] != ':') {
     clock = clock << 24 | 0x3A3030;  // "00:" in front
     clockLength = 5;
-    time.fields = 2;
   }
   const int seconds = secondsOf(clock);
-  if (seconds < 0) return false;
-  std::string_view rest = text.substr(clockLength);
-  const int fraction = takeUsualFraction(rest);
-  if (fraction < 0) return false;
-  time.milliseconds = seconds * 1000LL + fraction;
-  time.form = formOf(text.substr(0, text.size() - rest.size()), clockLength);
-  text = rest;
-  return true;
+  if (seconds < 0) return {};
+  const UsualFraction fraction =
+      usualFractionOf(text.substr(static_cast<std::size_t>(clockLength)));
+  if (fraction.milliseconds < 0) return {};
+  return {seconds * 1000LL + fraction.milliseconds, clockLength + fraction.length,
+          static_cast<short>(clockLength == 5 ? 2 : 3), formOf(text, clockLength, fraction.length)};
+}
+
+/// Takes a separator off if a number follows it, blanks or not.
+std::optional<Digits> takeFraction(std::string_view& text, bool mayFollowColon) noexcept {
+  std::string_view rest = withoutLeadingBlanks(text);
+  if (rest.empty()) return std::nullopt;
+  const char separator = rest.front();
+  if (separator != ',' && separator != '.' && !(separator == ':' && mayFollowColon)) {
+    return std::nullopt;
+  }
+  rest.remove_prefix(1);
+  const auto digits = takeDigits(rest);
+  if (digits) text = rest;
+  return digits;
 }
 
 /// Drops a comma or a point that no fraction follows.
@@ -110,49 +113,39 @@ void dropLoneSeparator(std::string_view& text) noexcept {
   if (!goesOn) text = rest;
 }
 
-bool takeAnyTime(std::string_view& text, WrittenTime& time) noexcept {
-  std::string_view rest = text;
-  const bool isNegative = rest.starts_with('-');
-  if (isNegative || rest.starts_with('+')) rest.remove_prefix(1);
-  const auto first = takeDigits(rest);
-  if (!first) return false;
-  const auto second = takeFieldBehind<':'>(rest);
-  if (!second) return false;
-  const auto third = takeFieldBehind<':'>(rest);
-  const auto fraction =
-      third ? takeFieldBehind<',', '.', ':'>(rest) : takeFieldBehind<',', '.'>(rest);
+WrittenTime anyTimeOf(std::string_view text) noexcept {
+  const bool isNegative = text.starts_with('-');
+  std::string_view rest = text.substr(isNegative || text.starts_with('+') ? 1 : 0);
+  long long seconds = 0;
+  short fields = 0;
+  bool hasPairs = true;
+  for (std::string_view next = rest; fields < 3 && (fields == 0 || takeCharacter(next, ':'));) {
+    const auto field = takeDigits(next);
+    if (!field) break;
+    rest = next;
+    seconds = seconds * 60 + field->value;
+    if (fields++ > 0) hasPairs = hasPairs && field->count == 2;
+  }
+  if (fields < 2) return {};
+  const auto fraction = takeFraction(rest, fields == 3);
   if (!fraction) dropLoneSeparator(rest);
-  time.fields = third ? 3 : 2;
-  const long long seconds = third ? (first->value * 60 + second->value) * 60 + third->value
-                                  : first->value * 60 + second->value;
-  time.milliseconds = seconds * 1000 + (fraction ? millisecondsOfFraction(*fraction) : 0);
-  if (isNegative) time.milliseconds = -time.milliseconds;
-  const bool isUsual = third && fraction && second->count == 2 && third->count == 2 && !isNegative;
-  if (isUsual) time.form = TimeForm::kUsual;
-  text = rest;
-  return true;
+  const long long time = seconds * 1000 + (fraction ? millisecondsOfFraction(*fraction) : 0);
+  const bool isUsual = fields == 3 && fraction && hasPairs && !isNegative;
+  return {isNegative ? -time : time, static_cast<int>(text.size() - rest.size()), fields,
+          isUsual ? TimeForm::kUsual : TimeForm::kOther};
 }
 
 }  // namespace
 
-std::optional<int> takeUsualClock(std::string_view& text) noexcept {
+int clockAtFront(std::string_view text) noexcept {
   constexpr std::size_t kLength = 8;
-  if (text.size() < kLength || (text.size() > kLength && isDigit(text[kLength]))) return {};
-  const int seconds = secondsOf(charactersAt(text.data()));
-  if (seconds < 0) return {};
-  text.remove_prefix(kLength);
-  return seconds;
+  if (text.size() < kLength || (text.size() > kLength && isDigit(text[kLength]))) return -1;
+  return secondsOf(charactersAt(text.data()));
 }
 
-std::optional<WrittenTime> takeTime(std::string_view& text) noexcept {
-  std::string_view rest = withoutLeadingBlanks(text);
-  std::optional<WrittenTime> time(std::in_place);
-  if (takeUsualTime(rest, *time) || takeAnyTime(rest, *time)) {
-    text = rest;
-  } else {
-    time.reset();
-  }
-  return time;
+WrittenTime timeAtFront(std::string_view text) noexcept {
+  const WrittenTime time = usualTimeOf(text);
+  return time.fields > 0 ? time : anyTimeOf(text);
 }
 
 }  // namespace kssubtitle::importing

@@ -22,7 +22,10 @@ struct TimedLine {
 
 /// Takes "0:00:10" off, in milliseconds.
 std::optional<long long> takeClock(std::string_view& text) noexcept {
-  if (const auto seconds = takeUsualClock(text)) return *seconds * 1000LL;
+  if (const int seconds = clockAtFront(text); seconds >= 0) {
+    text.remove_prefix(8);
+    return seconds * 1000LL;
+  }
   const bool isNegative = takeCharacter(text, '-');
   const auto hours = takeDigits(text);
   if (!hours || !takeCharacter(text, ':')) return std::nullopt;
@@ -86,7 +89,7 @@ class TmPlayerReader {
       finishCue();
       cue_ = &sink_.beginWithoutEnd(timed->start, line.number);
     }
-    cue_->alignment = writer_.write(timed->text).value_or(cue_->alignment);
+    writer_.write(timed->text, cue_->alignment);
     if (writer_.closeTags()) sink_.notes().add(ksImportProblem::kTagUnclosed, line.number);
   }
 

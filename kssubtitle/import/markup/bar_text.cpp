@@ -78,7 +78,7 @@ inline bool BarWriter::isTextAlone(std::string_view line) const noexcept {
   return line.front() != '/' && line.front() != '\\' && line.front() != '_';
 }
 
-std::optional<int> BarWriter::write(std::string_view text, const Style& base) {
+void BarWriter::write(std::string_view text, int& alignment, const Style& base) {
   cueStyle_ = base;
   isBehindSlash_ = false;
   alignment_.reset();
@@ -95,7 +95,7 @@ std::optional<int> BarWriter::write(std::string_view text, const Style& base) {
       writeLine(takeLine(text, plain));
     }
   }
-  return alignment_;
+  if (alignment_) alignment = *alignment_;
 }
 
 void BarWriter::writeLine(std::string_view line) {

@@ -30,9 +30,9 @@ class BarWriter {
   BarWriter(std::string_view fileText, const BarMarkup& markup, CueText& out) noexcept
       : marks_(fileText), breaks_(fileText), markup_(markup), out_(out) {}
 
-  /// Writes lines of a cue that begin in the style `base`, but for the tags that are open. The
-  /// alignment that they ask for, if any.
-  std::optional<int> write(std::string_view text, const Style& base = Style());
+  /// Writes lines of a cue that begin in the style `base`, but for the tags that are open. Sets
+  /// `alignment` if they ask for one.
+  void write(std::string_view text, int& alignment, const Style& base = Style());
   /// Closes the tags of a cue; whether any was open.
   bool closeTags() noexcept {
     if (!hasTags_) return false;
@@ -68,7 +68,7 @@ class BarWriter {
   Style cueStyle_;         // what codes set for all that follows
   Style lineStyle_;
   bool isBehindSlash_ = false;
-  std::optional<int> alignment_;
+  std::optional<int> alignment_;  // the first one
 };
 
 /// The style that codes such as "{Y:i}{C:$bbggrr}" leave.
