@@ -12,20 +12,18 @@
 namespace kssubtitle::importing {
 namespace {
 
-/// Takes "[00:10.50]" or, between those brackets, its like off.
-std::optional<WrittenTime> takeStamp(std::string_view& text, char opening, char closing) noexcept {
-  std::string_view rest = text;
-  if (!rest.starts_with(opening)) return std::nullopt;
-  rest.remove_prefix(1);
+/// "[00:10.50]" or, between those brackets, its like at the front of `text`: of no fields if there
+/// is none.
+WrittenTime stampAtFront(std::string_view text, char opening, char closing) noexcept {
+  if (!text.starts_with(opening)) return {};
+  std::string_view rest = text.substr(1);
   const auto time = takeTime(rest);
-  if (!time || !takeCharacter(rest, closing)) return std::nullopt;
-  text = rest;
-  return time;
+  if (!time || !takeCharacter(rest, closing)) return {};
+  const auto length = static_cast<int>(text.size() - rest.size());
+  return {time->milliseconds, length, time->fields, time->form};
 }
 
-std::optional<WrittenTime> takeStamp(std::string_view& text) noexcept {
-  return takeStamp(text, '[', ']');
-}
+WrittenTime stampAtFront(std::string_view text) noexcept { return stampAtFront(text, '[', ']'); }
 
 /// What stands behind the colon of "[name:value]"; nothing if the line is no such tag.
 std::optional<std::string_view> tagValue(std::string_view line, std::string_view& name) noexcept {
@@ -43,11 +41,19 @@ std::optional<long long> offsetOf(std::string_view value) noexcept {
   return withoutBlanks(value).empty() ? offset : std::nullopt;
 }
 
+/// The length of the stamp of a word at the front of `text`; 0 if there is none.
+std::size_t wordStampLength(std::string_view text) noexcept {
+  const bool isAngular = text.starts_with('<');
+  const WrittenTime stamp = isAngular ? stampAtFront(text, '<', '>') : stampAtFront(text);
+  return stamp.fields > 0 ? static_cast<std::size_t>(stamp.length) : 0;
+}
+
 /// Writes a line without the stamps of its words. Between two blanks one stays.
 void writeLyrics(std::string_view text, CueText& out) {
   bool isBehindBlank = true;
   while (!text.empty()) {
-    if (takeStamp(text, '<', '>') || takeStamp(text)) {
+    if (const std::size_t stamp = wordStampLength(text); stamp > 0) {
+      text.remove_prefix(stamp);
       if (isBehindBlank) text = withoutLeadingBlanks(text);
       continue;
     }
@@ -92,12 +98,13 @@ class LrcReader {
     // More would let a short file grow into many long cues.
     constexpr std::size_t kMostStamps = 100;
     std::size_t count = 0;
-    while (const auto time = takeStamp(line)) {
+    for (WrittenTime stamp; (stamp = stampAtFront(line)).fields > 0;) {
+      line.remove_prefix(static_cast<std::size_t>(stamp.length));
       if (count == kMostStamps) {
         sink_.notes().add(ksImportProblem::kUnsupported, number);
         continue;
       }
-      sink_.beginWithoutEnd(time->milliseconds, number);
+      sink_.beginWithoutEnd(stamp.milliseconds, number);
       ++count;
     }
     return count;
@@ -117,9 +124,9 @@ Likelihood likelihoodOfLrc(std::string_view text) {
     std::string_view content = withoutBlanks(line.text);
     if (content.find("-->") != content.npos) break;
     std::string_view name;
-    if (const auto time = takeStamp(content)) {
+    if (const WrittenTime stamp = stampAtFront(content); stamp.fields > 0) {
       // Of three fields and nothing else are the times of another format as well.
-      if (time->fields == 2) return Likelihood::kLikely;
+      if (stamp.fields == 2) return Likelihood::kLikely;
       likelihood = Likelihood::kPossible;
     } else if (tagValue(content, name) && name.size() == 2) {
       likelihood = Likelihood::kPossible;

@@ -1,6 +1,7 @@
 // Times as people write them.
 #include "kssubtitle/import/formats/times.h"
 
+#include <algorithm>
 #include <bit>
 #include <cstdint>
 #include <cstring>
@@ -90,18 +91,18 @@ WrittenTime usualTimeOf(std::string_view text) noexcept {
           static_cast<short>(clockLength == 5 ? 2 : 3), formOf(text, clockLength, fraction.length)};
 }
 
-/// Takes a separator off if a number follows it, blanks or not.
-std::optional<Digits> takeFraction(std::string_view& text, bool mayFollowColon) noexcept {
+/// Takes a separator and the digits behind it off, with the blanks before them: in milliseconds; -1
+/// if they are not there.
+long long takeFraction(std::string_view& text, bool mayFollowColon) noexcept {
   std::string_view rest = withoutLeadingBlanks(text);
-  if (rest.empty()) return std::nullopt;
-  const char separator = rest.front();
-  if (separator != ',' && separator != '.' && !(separator == ':' && mayFollowColon)) {
-    return std::nullopt;
-  }
+  const char separator = rest.empty() ? ' ' : rest.front();
+  const bool isColon = separator == ':' && mayFollowColon;
+  if (separator != ',' && separator != '.' && !isColon) return -1;
   rest.remove_prefix(1);
   const auto digits = takeDigits(rest);
-  if (digits) text = rest;
-  return digits;
+  if (!digits) return -1;
+  text = rest;
+  return millisecondsOfFraction(*digits);
 }
 
 /// Drops a comma or a point that no fraction follows.
@@ -127,10 +128,10 @@ WrittenTime anyTimeOf(std::string_view text) noexcept {
     if (fields++ > 0) hasPairs = hasPairs && field->count == 2;
   }
   if (fields < 2) return {};
-  const auto fraction = takeFraction(rest, fields == 3);
-  if (!fraction) dropLoneSeparator(rest);
-  const long long time = seconds * 1000 + (fraction ? millisecondsOfFraction(*fraction) : 0);
-  const bool isUsual = fields == 3 && fraction && hasPairs && !isNegative;
+  const long long fraction = takeFraction(rest, fields == 3);
+  if (fraction < 0) dropLoneSeparator(rest);
+  const long long time = seconds * 1000 + std::max(fraction, 0LL);
+  const bool isUsual = fields == 3 && fraction >= 0 && hasPairs && !isNegative;
   return {isNegative ? -time : time, static_cast<int>(text.size() - rest.size()), fields,
           isUsual ? TimeForm::kUsual : TimeForm::kOther};
 }
