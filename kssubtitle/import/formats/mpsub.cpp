@@ -55,10 +55,10 @@ class MpsubReader {
   void readLine(std::string_view line, int number) {
     if (line.empty()) return cue_.finish();
     if (cue_.cue() != nullptr) return cue_.readLine(line);
-    if (const auto units = unitsOf(line)) {
-      perSecond_ = *units > 0 ? *units : frameRateWithout(input_.options, sink_.notes());
-    } else if (const auto times = waitLineOf(line)) {
+    if (const auto times = waitLineOf(line)) {
       beginCue(*times, number);
+    } else if (const auto units = unitsOf(line)) {
+      perSecond_ = *units > 0 ? *units : frameRateWithout(input_.options, sink_.notes());
     } else if (hasBegun_ || line.find('=') == line.npos) {
       sink_.notes().add(ksImportProblem::kLineIgnored, number);
     }

@@ -10,7 +10,7 @@ bool beginsFraction(std::string_view text) noexcept {
 
 }  // namespace
 
-std::optional<double> takeDecimal(std::string_view& text) noexcept {
+Decimal decimalAtFront(std::string_view text) noexcept {
   // One division of two exact numbers rounds as the number itself would.
   constexpr long long kMostExact = 1'000'000'000'000'000;
   std::string_view rest = text;
@@ -18,7 +18,7 @@ std::optional<double> takeDecimal(std::string_view& text) noexcept {
   const auto whole = takeDigits(rest);
   if (!whole) rest = withoutLeadingBlanks(rest);
   const bool hasFraction = beginsFraction(rest);
-  if (!whole && !hasFraction) return std::nullopt;
+  if (!whole && !hasFraction) return {};
   long long mantissa = whole ? whole->value : 0;
   long long scale = 1;
   if (hasFraction) {
@@ -27,11 +27,12 @@ std::optional<double> takeDecimal(std::string_view& text) noexcept {
       mantissa = mantissa * 10 + (rest[0] - '0');
       scale *= 10;
     }
+  } else if (rest.starts_with('.')) {
+    rest.remove_prefix(1);
   }
-  if (!hasFraction && rest.starts_with('.')) rest.remove_prefix(1);
-  text = rest;
   const auto numerator = static_cast<double>(mantissa);
-  return (isNegative ? -numerator : numerator) / static_cast<double>(scale);
+  return {(isNegative ? -numerator : numerator) / static_cast<double>(scale),
+          text.size() - rest.size()};
 }
 
 }  // namespace kssubtitle::importing

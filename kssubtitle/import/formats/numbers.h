@@ -65,9 +65,23 @@ constexpr std::optional<long long> takeInteger(std::string_view& text) noexcept 
   return isNegative ? -digits->value : digits->value;
 }
 
+/// A number as it stands in a text.
+struct Decimal {
+  double value = 0;
+  std::size_t length = 0;  ///< How many characters it has; 0: there is none.
+};
+
+/// The number at the front of `text`, behind blanks or not, which takeDecimal() takes.
+Decimal decimalAtFront(std::string_view text) noexcept;
+
 /// Takes a number with or without a sign, and with or without a fraction behind a point or a comma,
 /// off the front of `text`; nothing if there is none, or one of more than 12 digits before the
 /// fraction. Of a fraction three digits or more are exact. ".5" and "1." are numbers too.
-std::optional<double> takeDecimal(std::string_view& text) noexcept;
+inline std::optional<double> takeDecimal(std::string_view& text) noexcept {
+  const Decimal decimal = decimalAtFront(text);
+  if (decimal.length == 0) return std::nullopt;
+  text.remove_prefix(decimal.length);
+  return decimal.value;
+}
 
 }  // namespace kssubtitle::importing

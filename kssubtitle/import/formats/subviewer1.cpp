@@ -1,5 +1,4 @@
 // SubViewer 1: "[00:00:10]" on a line, the text below, and the time of its end below that.
-#include <optional>
 #include <string_view>
 #include <utility>
 
@@ -14,12 +13,12 @@ namespace {
 
 constexpr BarMarkup kMarkup{BarMarkup::Signs::kNone, true};
 
-/// The time that is all of a line.
-std::optional<long long> timeOf(std::string_view line) noexcept {
-  if (!takeCharacter(line, '[')) return std::nullopt;
+/// The time that is all of a line; one of no fields if none is.
+WrittenTime timeOf(std::string_view line) noexcept {
+  if (!takeCharacter(line, '[')) return {};
   const auto time = takeTime(line);
-  if (!time || time->fields != 3 || !takeCharacter(line, ']')) return std::nullopt;
-  return withoutBlanks(line).empty() ? std::optional(time->milliseconds) : std::nullopt;
+  if (!time || time->fields != 3 || !takeCharacter(line, ']')) return {};
+  return withoutBlanks(line).empty() ? *time : WrittenTime();
 }
 
 /// "[END]", or a line of asterisks with or without words.
@@ -44,11 +43,11 @@ class SubViewer1Reader {
   void readLine(std::string_view line, int number) {
     const bool isBelowKey = std::exchange(isKey_, line.starts_with('['));
     if (line.empty() || isFrame(line)) return;
-    if (const auto time = timeOf(line)) {
-      endCue(*time);
-      start_ = time;
+    if (const WrittenTime time = timeOf(line); time.fields > 0) {
+      endCue(time.milliseconds);
+      start_ = time.milliseconds;
       startLine_ = number;
-    } else if (start_) {
+    } else if (startLine_ > 0) {
       readText(line);
     } else if (!isKey_ && !isBelowKey) {
       sink_.notes().add(ksImportProblem::kLineIgnored, number);
@@ -64,15 +63,15 @@ class SubViewer1Reader {
   }
 
   void readText(std::string_view line) {
-    if (cue_.cue() == nullptr) cue_.begin(sink_.beginWithoutEnd(*start_, startLine_));
+    if (cue_.cue() == nullptr) cue_.begin(sink_.beginWithoutEnd(start_, startLine_));
     cue_.readLine(line);
   }
 
   const FormatInput& input_;
   CueSink& sink_;
-  std::optional<long long> start_;  // the last time
-  int startLine_ = 0;
-  bool isKey_ = false;  // the last line was in brackets: in a header its value stands below it
+  long long start_ = 0;  // the last time
+  int startLine_ = 0;    // 0: there was none
+  bool isKey_ = false;   // the last line was in brackets: in a header its value stands below it
   BarCue cue_;
 };
 
@@ -88,7 +87,7 @@ Likelihood likelihoodOfSubViewer1(std::string_view text) {
       return Likelihood::kCertain;
     }
     if (content.find("-->") != content.npos) return Likelihood::kNone;
-    const bool isTime = timeOf(content).has_value();
+    const bool isTime = timeOf(content).fields > 0;
     if (isBelowTime && !isTime && content.front() != '[') return Likelihood::kLikely;
     isBelowTime = isTime;
   }
