@@ -60,11 +60,30 @@ UsualFraction usualFractionOf(std::string_view text) noexcept {
   return {milliseconds + text[3] - '0', 4};
 }
 
-/// The form of a time in which `clockLength` characters stand in front of the fraction.
-TimeForm formOf(std::string_view text, int clockLength, int fractionLength) noexcept {
-  if (clockLength < 7 || fractionLength == 0) return TimeForm::kOther;
-  if (text[static_cast<std::size_t>(clockLength)] == ',') {
-    return clockLength + fractionLength == 12 ? TimeForm::kSubRip : TimeForm::kUsual;
+/// The fields of a time as most have them.
+struct UsualFields {
+  int seconds;  ///< -1: they are others.
+  int length;   ///< How many characters they have.
+  short count;
+};
+
+/// Requires: `text` has eight characters.
+UsualFields usualFieldsOf(std::string_view text) noexcept {
+  constexpr std::uint64_t kNoHours = 0x3A3030;  // "00:"
+  const std::uint64_t characters = charactersAt(text.data());
+  if (text[1] == ':') return {secondsOf(characters << 8 | '0'), 7, 3};
+  if (text[5] == ':') return {secondsOf(characters), 8, 3};
+  if (text[3] != ':') return {secondsOf(characters << 24 | kNoHours), 5, 2};
+  const int seconds = secondsOf(characters >> 8 << 24 | kNoHours);  // behind hundreds of minutes
+  if (seconds < 0 || !isDigit(text[0])) return {-1, 0, 0};
+  return {seconds + (text[0] - '0') * 6000, 6, 2};
+}
+
+/// The form of a time of those fields and a fraction of that length.
+TimeForm formOf(std::string_view text, const UsualFields& fields, int fractionLength) noexcept {
+  if (fields.count < 3 || fractionLength == 0) return TimeForm::kOther;
+  if (text[static_cast<std::size_t>(fields.length)] == ',') {
+    return fields.length + fractionLength == 12 ? TimeForm::kSubRip : TimeForm::kUsual;
   }
   return fractionLength == 3 ? TimeForm::kAss : TimeForm::kUsual;
 }
@@ -73,22 +92,13 @@ TimeForm formOf(std::string_view text, int clockLength, int fractionLength) noex
 /// nearly every time of a file is one, and opening it is mostly reading times and copying text.
 WrittenTime usualTimeOf(std::string_view text) noexcept {
   if (text.size() < 8) return {};
-  std::uint64_t clock = charactersAt(text.data());
-  int clockLength = 8;
-  if (text[1] == ':') {
-    clock = clock << 8 | '0';
-    clockLength = 7;
-  } else if (text[5] != ':') {
-    clock = clock << 24 | 0x3A3030;  // "00:" in front
-    clockLength = 5;
-  }
-  const int seconds = secondsOf(clock);
-  if (seconds < 0) return {};
+  const UsualFields fields = usualFieldsOf(text);
+  if (fields.seconds < 0) return {};
   const UsualFraction fraction =
-      usualFractionOf(text.substr(static_cast<std::size_t>(clockLength)));
+      usualFractionOf(text.substr(static_cast<std::size_t>(fields.length)));
   if (fraction.milliseconds < 0) return {};
-  return {seconds * 1000LL + fraction.milliseconds, clockLength + fraction.length,
-          static_cast<short>(clockLength == 5 ? 2 : 3), formOf(text, clockLength, fraction.length)};
+  return {fields.seconds * 1000LL + fraction.milliseconds, fields.length + fraction.length,
+          fields.count, formOf(text, fields, fraction.length)};
 }
 
 /// Takes a separator and the digits behind it off, with the blanks before them: in milliseconds; -1
