@@ -13,7 +13,7 @@ bool beginsFraction(std::string_view text) noexcept {
 Decimal decimalAtFront(std::string_view text) noexcept {
   // One division of two exact numbers rounds as the number itself would.
   constexpr long long kMostExact = 1'000'000'000'000'000;
-  std::string_view rest = text;
+  std::string_view rest = withoutLeadingBlanks(text);
   const bool isNegative = takeSign(rest);
   const auto whole = takeDigits(rest);
   if (!whole) rest = withoutLeadingBlanks(rest);
