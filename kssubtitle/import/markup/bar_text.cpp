@@ -72,9 +72,10 @@ inline std::size_t BarWriter::separatorLength(std::string_view text) const noexc
   return startsWithNoCase(text, kBreak) ? kBreak.size() : 0;
 }
 
-/// Whether no sign and no style belongs to a line without tags and codes.
+/// Whether no sign and no style belongs to a line without tags and codes. Blanks may stand behind
+/// it: they are dropped with other white space.
 inline bool BarWriter::isTextAlone(std::string_view line) const noexcept {
-  if (out_.isHtml() || isBehindSlash_ || line.empty()) return false;
+  if (out_.isHtml() || isBehindSlash_ || line.empty() || isBlank(line.front())) return false;
   return line.front() != '/' && line.front() != '\\' && line.front() != '_';
 }
 
@@ -86,38 +87,33 @@ void BarWriter::write(std::string_view text, int& alignment, const Style& base) 
     const std::size_t plain = plainLength(text);
     const std::size_t separator = plain < text.size() ? separatorLength(text.substr(plain)) : 0;
     const bool isPlain = plain == text.size() || separator > 0;
-    const std::string_view line = withoutBlanks(text.substr(0, plain));
-    if (isPlain && isTextAlone(line)) {
-      out_.append(line);
+    if (isPlain && isTextAlone(text.substr(0, plain))) {
+      out_.append(text.substr(0, plain));
       out_.endLine();
       text.remove_prefix(plain + separator);
     } else {
-      writeLine(takeLine(text, plain));
+      text = writeLine(text, plain);
     }
   }
   if (alignment_) alignment = *alignment_;
 }
 
-void BarWriter::writeLine(std::string_view line) {
-  lineStyle_ = cueStyle_;
-  rest_ = withoutBlanks(line);
-  takeSigns();
-  setStyle();
-  while (!rest_.empty()) takePiece();
-  out_.endLine();
-}
-
-/// Takes a line off, of which the first `plain` characters are known to go on with it.
-std::string_view BarWriter::takeLine(std::string_view& text, std::size_t plain) noexcept {
+/// Writes the first line of `text`, of which the first `plain` characters are known to go on with
+/// it. What follows it.
+std::string_view BarWriter::writeLine(std::string_view text, std::size_t plain) {
   std::size_t end = plain;
   std::size_t separator = 0;
   while (end < text.size() && (separator = separatorLength(text.substr(end))) == 0) {
     ++end;
     end += plainLength(text.substr(end));
   }
-  const std::string_view line = text.substr(0, end);
-  text.remove_prefix(end + separator);
-  return line;
+  lineStyle_ = cueStyle_;
+  rest_ = withoutBlanks(text.substr(0, end));
+  takeSigns();
+  setStyle();
+  while (!rest_.empty()) takePiece();
+  out_.endLine();
+  return text.substr(end + separator);
 }
 
 /// The signs may stand behind codes.

@@ -46,8 +46,7 @@ class BarWriter {
   inline std::size_t plainLength(std::string_view text) noexcept;
   inline std::size_t separatorLength(std::string_view text) const noexcept;
   inline bool isTextAlone(std::string_view line) const noexcept;
-  void writeLine(std::string_view line);
-  std::string_view takeLine(std::string_view& text, std::size_t plain) noexcept;
+  std::string_view writeLine(std::string_view text, std::size_t plain);
   void takePiece();
   void takeText(std::size_t length);
   void takeSigns();
@@ -60,7 +59,7 @@ class BarWriter {
 
   RareCharacters<'|', '<', '{'> marks_;
   RareCharacters<'['> breaks_;
-  const BarMarkup& markup_;
+  BarMarkup markup_;
   CueText& out_;
   TagStyle tags_;
   bool hasTags_ = false;   // there were any in the cue
