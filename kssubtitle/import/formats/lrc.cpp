@@ -44,6 +44,7 @@ std::optional<long long> offsetOf(std::string_view value) noexcept {
 /// The length of the stamp of a word at the front of `text`; 0 if there is none.
 std::size_t wordStampLength(std::string_view text) noexcept {
   const bool isAngular = text.starts_with('<');
+  if (!isAngular && !text.starts_with('[')) return 0;
   const WrittenTime stamp = isAngular ? stampAtFront(text, '<', '>') : stampAtFront(text);
   return stamp.fields > 0 ? static_cast<std::size_t>(stamp.length) : 0;
 }
@@ -98,7 +99,9 @@ class LrcReader {
     // More would let a short file grow into many long cues.
     constexpr std::size_t kMostStamps = 100;
     std::size_t count = 0;
-    for (WrittenTime stamp; (stamp = stampAtFront(line)).fields > 0;) {
+    while (line.starts_with('[')) {
+      const WrittenTime stamp = stampAtFront(line);
+      if (stamp.fields == 0) break;
       line.remove_prefix(static_cast<std::size_t>(stamp.length));
       if (count == kMostStamps) {
         sink_.notes().add(ksImportProblem::kUnsupported, number);
