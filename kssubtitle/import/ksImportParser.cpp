@@ -193,7 +193,7 @@ bool ksImportParser::openText(std::string text, std::string_view path,
 void ksImportParser::readCues(const Format& format, const FormatInput& input) {
   auto contents = std::make_unique<Contents>(input.text.size());
   CueText text(contents->texts, input.options.markup);
-  CueSink sink(text, report_.data_->notes);
+  CueSink sink(text, report_.data_->notes, input.text.size());
   format.read(input, sink);
   arrange(sink.cues(), format.longestAssumed, sink.notes());
   contents->cues = std::move(sink.cues());

@@ -114,8 +114,7 @@ void sortAndNote(std::vector<ksImportCue>& cues, long long longestAssumed, Notes
 
 }  // namespace
 
-void CueSink::finishOrMark(std::size_t count) {
-  finishOrMark();
+void CueSink::shareText(std::size_t count) noexcept {
   const std::string_view text = cues_.back().text;
   std::for_each(cues_.end() - static_cast<std::ptrdiff_t>(count), cues_.end(),
                 [text](ksImportCue& cue) { cue.text = text; });
@@ -123,7 +122,7 @@ void CueSink::finishOrMark(std::size_t count) {
 
 void arrange(std::vector<ksImportCue>& cues, long long longestAssumed, Notes& notes) {
   if (!endInOrder(cues, longestAssumed, notes)) sortAndNote(cues, longestAssumed, notes);
-  if (cues.capacity() - cues.size() > cues.size() / 16) cues.shrink_to_fit();
+  if (cues.capacity() - cues.size() > cues.size() / 4) cues.shrink_to_fit();
 }
 
 }  // namespace kssubtitle::importing

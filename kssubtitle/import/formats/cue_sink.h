@@ -13,7 +13,11 @@ namespace kssubtitle::importing {
 /// One cue after the other, in the order of the file: begin(), then its text, then finish().
 class CueSink {
  public:
-  CueSink(CueText& text, Notes& notes) noexcept : text_(text), notes_(notes) {}
+  /// `textSize` is that of the file.
+  CueSink(CueText& text, Notes& notes, std::size_t textSize) : text_(text), notes_(notes) {
+    constexpr std::size_t kShortCue = 48;
+    cues_.reserve(textSize / kShortCue);
+  }
 
   /// Begins a cue at `line`. Its end is set later if it is kImportEndAssumed.
   ksImportCue& begin(long long start, long long end, int line) {
@@ -35,12 +39,17 @@ class CueSink {
   /// Ends it: one without text only marks where the one before it ends.
   void finishOrMark() { cues_.back().text = text_.finish(); }
   /// Ends the last `count` cues, at least one, which share one text.
-  void finishOrMark(std::size_t count);
+  void finishOrMark(std::size_t count) {
+    finishOrMark();
+    if (count > 1) shareText(count);
+  }
 
   std::vector<ksImportCue>& cues() noexcept { return cues_; }
   Notes& notes() noexcept { return notes_; }
 
  private:
+  void shareText(std::size_t count) noexcept;
+
   CueText& text_;
   Notes& notes_;
   std::vector<ksImportCue> cues_;

@@ -88,8 +88,7 @@ void BarWriter::write(std::string_view text, int& alignment, const Style& base) 
     const std::size_t separator = plain < text.size() ? separatorLength(text.substr(plain)) : 0;
     const bool isPlain = plain == text.size() || separator > 0;
     if (isPlain && isTextAlone(text.substr(0, plain))) {
-      out_.append(text.substr(0, plain));
-      out_.endLine();
+      out_.appendLine(text.substr(0, plain));
       text.remove_prefix(plain + separator);
     } else {
       text = writeLine(text, plain);

@@ -74,10 +74,9 @@ class Writer {
   void takeLines(std::size_t length) {
     for (std::string_view plain = rest_.substr(0, length);;) {
       const std::size_t end = plain.find('\n');
-      takeText(std::min(end, plain.size()));
-      if (end == plain.npos) return;
-      out_.endLine();
-      rest_.remove_prefix(1);
+      if (end == plain.npos) return takeText(plain.size());
+      out_.appendLine(plain.substr(0, end));
+      rest_.remove_prefix(end + 1);
       plain.remove_prefix(end + 1);
     }
   }
