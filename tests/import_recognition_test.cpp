@@ -94,8 +94,6 @@ TEST(ImportRecognition, Of_texts_that_look_like_others_under_any_name) {
       {"00:00:01,000,00:00:02,000\nA\n", "sbv"},
       {"[INFORMATION]\n0:00:01.000,0:00:02.000\nA\n", "subviewer"},
       {"0:00:01.000,0:00:02.000\nA --> B\n", "sbv"},
-      {"00:01.000 --> 00:02.000\nA\n", "subrip"},
-      {"WEBVTTX\n\n00:01.000 --> 00:02.000\nA\n", "subrip"},
       // Tags.
       {"<html><tt>", ""},
       {"<html><SYNC Start=1><P>A", "sami"},
@@ -111,6 +109,16 @@ TEST(ImportRecognition, Of_texts_that_look_like_others_under_any_name) {
   for (const auto& [text, format] : rows) {
     EXPECT_EQ(formatOf(text, extensions), format) << text.substr(0, 60);
   }
+}
+
+TEST(ImportRecognition, Of_WebVTT_asks_for_its_signature) {
+  const std::string times = "\n\n00:01.000 --> 00:02.000\nA\n";
+  for (const char* head : {"", "WEBVTTX", "webvtt", "WEBVTT\f", "\uFEFF\uFEFFWEBVTT"}) {
+    EXPECT_EQ(formatOf(head + times, {".vtt"}), "") << head;
+    EXPECT_EQ(formatOf(head + times, {".srt"}), "subrip") << head;
+    EXPECT_EQ(formatOf(head + times + "00:02.000 --> 00:03,000\nB\n", {".vtt"}), "subrip");
+  }
+  EXPECT_EQ(formatOf("\uFEFFWEBVTT\tA" + times, {".vtt", ".srt"}), "webvtt");
 }
 
 }  // namespace

@@ -57,6 +57,26 @@ bool looksBinary(std::string_view text) noexcept {
   return static_cast<std::size_t>(controls) > text.size() / 32;
 }
 
+struct FormatOrRefusal {
+  const Format* format;
+  RefusalAtSight refusal;
+};
+
+/// The format to read a text in, that of the name `given` if there is one.
+FormatOrRefusal formatToRead(std::string_view text, std::string_view path, std::string_view given) {
+  if (!given.empty()) return {formatNamed(given), {ksImportRefusal::kUnknownOption, {}}};
+  const Format* const format = recogniseText(text, path);
+  const bool isWebVtt = format != nullptr && format->name == "webvtt";
+  if (!isWebVtt && isWebVttWithoutSignature(text, path)) {
+    return {nullptr,
+            {ksImportRefusal::kUnknownFormat,
+             "The file is named and written as WebVTT, but does not begin with WEBVTT."}};
+  }
+  if (format != nullptr) return {format, {}};
+  if (looksBinary(text)) return {nullptr, {ksImportRefusal::kBinary, {}}};
+  return {nullptr, {ksImportRefusal::kUnknownFormat, sentenceOnOtherText(text)}};
+}
+
 /// The texts of what `moment` shows, each cue behind a line feed.
 std::string joinedTexts(const Moments& moments, const Moment& moment,
                         std::span<const ksImportCue> cues) {
@@ -165,14 +185,11 @@ bool ksImportParser::openText(std::string text, std::string_view path,
   const bool hasEndMark = text.ends_with('\x1A');  // with which old systems filled text files up
   text.resize(text.find_last_not_of('\x1A') + 1);
   const std::size_t begin = httpHeaderLength(text);
-  const Format* const format = options.format.empty()
-                                   ? recogniseText(std::string_view(text).substr(begin), path)
-                                   : formatNamed(options.format);
-  if (format == nullptr && !options.format.empty()) return refuse(ksImportRefusal::kUnknownOption);
+  const auto [format, refusal] =
+      formatToRead(std::string_view(text).substr(begin), path, options.format);
   if (format == nullptr) {
-    if (looksBinary(text)) return refuse(ksImportRefusal::kBinary);
-    report.refusalSentence = sentenceOnOtherText(text);
-    return refuse(ksImportRefusal::kUnknownFormat);
+    report.refusalSentence = refusal.sentence;
+    return refuse(refusal.refusal);
   }
   report.format = format->name;
   if (hasEndMark || begin > 0) report.notes.fail(Condition::kCuesAlone);

@@ -12,6 +12,8 @@
 namespace kssubtitle::importing {
 namespace {
 
+constexpr std::string_view kWebVttExtensions = "vtt webvtt";
+
 constexpr Format kFormats[] = {
     {"ass", "ass ssa", likelihoodOfAss, readAss},
     {"microdvd", "sub txt", likelihoodOfMicroDvd, readMicroDvd, kUpToTheNext},
@@ -23,7 +25,7 @@ constexpr Format kFormats[] = {
     {"mpsub", "sub", likelihoodOfMpsub, readMpsub},
     {"subviewer1", "sub", likelihoodOfSubViewer1, readSubViewer1, kUpToTheNext},
     {"sami", "smi sami", likelihoodOfSami, readSami},
-    {"webvtt", "vtt webvtt", likelihoodOfWebVtt, readWebVtt, 0, true},
+    {"webvtt", kWebVttExtensions, likelihoodOfWebVtt, readWebVtt, 0, true},
     {"subrip", "srt", likelihoodOfSubRip, readSubRip},
     {"ttml", "ttml dfxp itt xml", likelihoodOfTtml, readTtml, kUpToTheNext},
 };
@@ -86,6 +88,10 @@ const Format* recognise(std::string_view text, std::string_view path) noexcept {
   const Match first = mostLikely(text.substr(0, kUsuallyEnough), path);
   const bool isClear = first.likelihood >= Likelihood::kLikely || text.size() <= kUsuallyEnough;
   return isClear ? first.format : mostLikely(text, path).format;
+}
+
+bool isWebVttWithoutSignature(std::string_view text, std::string_view path) noexcept {
+  return hasExtension(path, kWebVttExtensions) && hasWebVttTimesAlone(text);
 }
 
 }  // namespace kssubtitle::importing

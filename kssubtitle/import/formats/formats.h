@@ -52,5 +52,8 @@ std::span<const Format> formats() noexcept;
 const Format* formatNamed(std::string_view name) noexcept;
 /// The format of a text from a file of that name; null if it is of none.
 const Format* recognise(std::string_view text, std::string_view path) noexcept;
+/// Whether such a text, of another format or none, is WebVTT by its name and by its times: only the
+/// signature is missing, without which the standard lets no text be WebVTT.
+bool isWebVttWithoutSignature(std::string_view text, std::string_view path) noexcept;
 
 }  // namespace kssubtitle::importing

@@ -50,6 +50,8 @@ void readSami(const FormatInput& input, CueSink& sink);
 
 /// WebVTT.
 Likelihood likelihoodOfWebVtt(std::string_view text);
+/// Whether there is an arrow in `text`, and every one of them stands between two of its times.
+bool hasWebVttTimesAlone(std::string_view text) noexcept;
 void readWebVtt(const FormatInput& input, CueSink& sink);
 
 /// TTML.

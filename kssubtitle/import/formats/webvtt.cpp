@@ -77,10 +77,11 @@ std::optional<long long> takeTimestamp(std::string_view& text, Fractions fractio
   return ((hours * 60 + minutes) * 60 + *third) * 1000 + *fraction;
 }
 
-/// Whether a line begins with the signature, in any case.
+/// Whether a line begins with the signature.
 bool isSignature(std::string_view line) noexcept {
-  const std::string_view rest = line.substr(std::min(kSignature.size(), line.size()));
-  return startsWithNoCase(line, kSignature) && (rest.empty() || isBlank(rest.front()));
+  if (!line.starts_with(kSignature)) return false;
+  line.remove_prefix(kSignature.size());
+  return line.empty() || line.front() == ' ' || line.front() == '\t';
 }
 
 struct Times {
@@ -227,6 +228,17 @@ Likelihood likelihoodOfWebVtt(std::string_view text) {
     return text.starts_with(kSignature) ? Likelihood::kCertain : Likelihood::kLikely;
   }
   return Likelihood::kNone;
+}
+
+bool hasWebVttTimesAlone(std::string_view text) noexcept {
+  bool hasTimes = false;
+  Line line;
+  for (Lines lines(text); lines.next(line);) {
+    if (line.text.find(kArrow) == line.text.npos) continue;
+    if (!timesIn(line.text, Fractions::kStandard)) return false;
+    hasTimes = true;
+  }
+  return hasTimes;
 }
 
 void readWebVtt(const FormatInput& input, CueSink& sink) { WebVttReader(input, sink).read(); }

@@ -75,12 +75,14 @@ ksImportLineEnds settleLineEnds(std::string& text) {
 
 bool dropMarks(std::string& text) {
   constexpr std::string_view kMark = "\xEF\xBB\xBF";
+  // A second mark in front makes WebVTT none, by its standard.
+  const bool isUnsigned = text.starts_with("\xEF\xBB\xBFWEBVTT");
   std::string kept;
   std::size_t at = 0;
   for (std::size_t mark; (mark = text.find(kMark, at)) != text.npos; at = mark + kMark.size()) {
     kept.append(text, at, mark - at);
-    const bool isInFront = kept.empty() || kept.back() == '\n';
-    if (!isInFront) kept += kMark;
+    const bool isDropped = kept.empty() ? !isUnsigned : kept.back() == '\n';
+    if (!isDropped) kept += kMark;
   }
   if (at == 0) return false;
   kept.append(text, at);

@@ -15,7 +15,7 @@ namespace kssubtitle::importing {
 ksImportLineEnds settleLineEnds(std::string& text);
 
 /// Drops the marks of UTF-8 that stand at the fronts of lines, where files were put together, or
-/// that a second editor added; whether there were any.
+/// that a second editor added, but in front of WebVTT; whether there were any.
 bool dropMarks(std::string& text);
 
 /// A line of a text, without its line feed and the carriage returns in front of it.
