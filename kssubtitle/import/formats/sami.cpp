@@ -12,35 +12,71 @@
 #include "kssubtitle/import/markup/loose_tags.h"
 #include "kssubtitle/import/markup/sami_text.h"
 #include "kssubtitle/import/text/lines.h"
+#include "kssubtitle/import/text/scan.h"
 
 namespace kssubtitle::importing {
 namespace {
 
 /// A time of a SYNC, in milliseconds; some write it as a clock shows it.
-std::optional<long long> timeOf(const LooseTag& sync, std::string_view key) noexcept {
-  std::string_view value = sync.attribute(key);
+std::optional<long long> timeOf(std::string_view value) noexcept {
+  std::string_view rest = value;
+  const auto number = takeDigits(rest);
+  if (number && rest.empty()) return number->value;
   if (const auto time = takeTime(value)) return time->milliseconds;
   return takeInteger(value);
 }
 
+/// What a SYNC says.
+struct SyncTimes {
+  std::optional<std::string_view> start;
+  std::optional<std::string_view> end;  // as few do
+
+  explicit SyncTimes(const LooseTag& sync) noexcept {
+    LooseAttribute attribute;
+    for (std::string_view rest = sync.attributes; takeAttribute(rest, attribute);) {
+      if (!start && attribute.is("start")) start = attribute.value;
+      if (!end && attribute.is("end")) end = attribute.value;
+    }
+  }
+};
+
 struct Paragraph {
   long long start = 0;
-  long long end = kNever;        // at first what the SYNC says, as few do
+  long long end = kNever;        // at first what the SYNC says
   SamiClass* ofClass = nullptr;  // null: it belongs to all
   std::string_view text;
-  int sync = 0;  // behind which one it stands
-  int line = 0;  // of the SYNC
+  std::size_t sync = 0;  // where the SYNC stands
+};
+
+/// Tells in which lines places are, which are asked for from the front to the back.
+class LineNumbers {
+ public:
+  explicit LineNumbers(const FormatInput& input) noexcept
+      : text_(input.text), at_(input.begin), line_(input.firstLine) {}
+
+  int of(std::size_t place) noexcept {
+    line_ += countLines(text_.substr(at_, place - at_));
+    at_ = place;
+    return line_;
+  }
+
+ private:
+  std::string_view text_;
+  std::size_t at_;
+  int line_;
 };
 
 /// Finds the paragraphs of a file, and the classes that its style sheets declare.
 class Scanner {
  public:
   Scanner(const FormatInput& input, Notes& notes)
-      : text_(input.text), notes_(notes), countedTo_(input.begin), line_(input.firstLine) {}
+      : text_(input.text), begin_(input.begin), notes_(notes), lines_(input) {
+    paragraphs_.reserve(text_.size() / sizeof(Paragraph));
+  }
 
   void scan() {
-    std::size_t seen = countedTo_;
-    for (std::size_t at = seen; (at = text_.find('<', at)) != text_.npos;) {
+    std::size_t seen = begin_;
+    for (std::size_t at = seen; (at += findAny<'<'>(text_.substr(at))) < text_.size();) {
       const LooseTag tag = tagAt(at);
       if (tag.length == 0) {
         ++at;
@@ -82,29 +118,28 @@ class Scanner {
   void takeTag(const LooseTag& tag, std::size_t begin) {
     const std::size_t end = begin + tag.length;
     if (place_ == Place::kSheet && !tag.name.empty()) finish(begin);
-    if (tag.opens("style")) {
-      finish(begin);
-      place_ = Place::kSheet;
-      begin_ = end;
+    if (tag.opens("p")) {
+      beginParagraph(tag, begin, end);
     } else if (tag.opens("sync")) {
       finish(begin);
       beginSync(tag, begin, end);
-    } else if (tag.opens("p")) {
-      beginParagraph(tag, begin, end);
+    } else if (tag.opens("style")) {
+      finish(begin);
+      place_ = Place::kSheet;
+      begin_ = end;
     } else if (tag.closes("body") || tag.closes("sami")) {
       finish(begin);
     }
   }
 
   void beginSync(const LooseTag& tag, std::size_t begin, std::size_t end) {
-    line_ += countLines(text_.substr(countedTo_, begin - countedTo_));
-    countedTo_ = begin;
-    const auto start = timeOf(tag, "start");
-    if (!start) return notes_.add(ksImportProblem::kTimeUnreadable, line_);
+    const SyncTimes times(tag);
+    const auto start = times.start ? timeOf(*times.start) : std::nullopt;
+    if (!start) return notes_.add(ksImportProblem::kTimeUnreadable, lines_.of(begin));
     place_ = Place::kSync;
     begin_ = end;
-    const long long saidEnd = timeOf(tag, "end").value_or(kNever);
-    next_ = {*start, saidEnd, nullptr, {}, next_.sync + 1, line_};
+    const auto saidEnd = times.end ? timeOf(*times.end) : std::nullopt;
+    next_ = {*start, saidEnd.value_or(kNever), nullptr, {}, begin};
   }
 
   void beginParagraph(const LooseTag& tag, std::size_t begin, std::size_t end) {
@@ -127,15 +162,14 @@ class Scanner {
   }
 
   std::string_view text_;
+  std::size_t begin_;  // of the text of the place
   Notes& notes_;
+  LineNumbers lines_;
   LooseTags tags_;
   SamiClasses classes_;
   std::vector<Paragraph> paragraphs_;
   Paragraph next_;
   Place place_ = Place::kOutside;
-  std::size_t begin_ = 0;  // of the text of the place
-  std::size_t countedTo_;
-  int line_;  // there
 };
 
 /// Whether a paragraph of `ofClass` is none of `language`'s: undeclared classes are taken for
@@ -155,61 +189,90 @@ void select(const SamiClass& language, std::vector<Paragraph>& paragraphs) {
   for (Paragraph& paragraph : paragraphs) paragraph.ofClass = nullptr;
 }
 
+Paragraph& theOne(Paragraph& paragraph) noexcept { return paragraph; }
+Paragraph& theOne(Paragraph* paragraph) noexcept { return *paragraph; }
+
+/// Whether `a` begins earlier.
+bool isBefore(const Paragraph& a, const Paragraph& b) noexcept { return a.start < b.start; }
+
 /// A paragraph ends where its SYNC says or, if that is earlier, the next one of its class begins,
 /// or one that belongs to all; if there is none, where any begins.
 class Ends {
  public:
-  /// Sets those of the paragraphs, which begin at one time. Requires: the later ones are done.
-  void set(std::vector<Paragraph*>::iterator begin, std::vector<Paragraph*>::iterator end) {
-    std::for_each(begin, end, [this](Paragraph* paragraph) {
-      const SamiClass* const ofClass = paragraph->ofClass;
-      const long long next = ofClass != nullptr ? std::min(ofClass->next, nextOfAll_) : nextOfAny_;
-      paragraph->end = std::min(paragraph->end, next == kNever ? nextOfAny_ : next);
-    });
-    std::for_each(begin, end, [this](Paragraph* paragraph) {
-      (paragraph->ofClass != nullptr ? paragraph->ofClass->next : nextOfAll_) = paragraph->start;
-      nextOfAny_ = paragraph->start;
-    });
+  /// Sets those of paragraphs, or of what points to them. Requires: they are in the order of their
+  /// starts.
+  template <typename Iterator>
+  void set(Iterator begin, Iterator end) {
+    while (begin != end) {
+      auto first = end - 1;
+      while (first != begin && theOne(*(first - 1)).start == theOne(*first).start) --first;
+      for (auto at = first; at != end; ++at) setEnd(theOne(*at));
+      for (auto at = first; at != end; ++at) noteStart(theOne(*at));
+      end = first;
+    }
   }
 
  private:
+  void setEnd(Paragraph& paragraph) const noexcept {
+    const SamiClass* const ofClass = paragraph.ofClass;
+    const long long next = ofClass != nullptr ? std::min(ofClass->next, nextOfAll_) : nextOfAny_;
+    paragraph.end = std::min(paragraph.end, next == kNever ? nextOfAny_ : next);
+  }
+
+  void noteStart(const Paragraph& paragraph) noexcept {
+    (paragraph.ofClass != nullptr ? paragraph.ofClass->next : nextOfAll_) = paragraph.start;
+    nextOfAny_ = paragraph.start;
+  }
+
   long long nextOfAll_ = kNever;
   long long nextOfAny_ = kNever;
 };
 
 void setEnds(std::vector<Paragraph>& paragraphs) {
+  if (std::is_sorted(paragraphs.begin(), paragraphs.end(), isBefore)) {
+    return Ends().set(paragraphs.begin(), paragraphs.end());
+  }
   std::vector<Paragraph*> byTime;
   byTime.reserve(paragraphs.size());
   for (Paragraph& paragraph : paragraphs) byTime.push_back(&paragraph);
-  const auto isBefore = [](const Paragraph* a, const Paragraph* b) { return a->start < b->start; };
-  if (!std::is_sorted(byTime.begin(), byTime.end(), isBefore)) {
-    std::sort(byTime.begin(), byTime.end(), isBefore);
-  }
-  Ends ends;
-  for (auto end = byTime.end(); end != byTime.begin();) {
-    auto begin = end - 1;
-    while (begin != byTime.begin() && (*(begin - 1))->start == (*begin)->start) --begin;
-    ends.set(begin, end);
-    end = begin;
-  }
+  std::sort(byTime.begin(), byTime.end(),
+            [](const Paragraph* a, const Paragraph* b) { return isBefore(*a, *b); });
+  Ends().set(byTime.begin(), byTime.end());
 }
 
-void writeCues(const std::vector<Paragraph>& paragraphs, CueSink& sink) {
-  for (auto at = paragraphs.begin(); at != paragraphs.end();) {
-    const Paragraph& first = *at;
-    if (first.end == kNever) {
-      sink.beginWithoutEnd(first.start, first.line);
-    } else {
-      sink.begin(first.start, first.end, first.line);
+/// Makes a cue of the paragraphs of each SYNC that are shown for the same time; those without text
+/// only end what is shown, and no cue is missing where they are left out.
+class CueWriter {
+ public:
+  CueWriter(const FormatInput& input, CueSink& sink) : sink_(sink), lines_(input) {}
+
+  void write(const std::vector<Paragraph>& paragraphs) {
+    sink_.cues().reserve(paragraphs.size() / 2);  // every other one has text in most files
+    for (auto at = paragraphs.begin(); at != paragraphs.end(); ++index_) {
+      const Paragraph& first = *at;
+      bool isClosed = true;
+      for (; at != paragraphs.end() && at->sync == first.sync && at->end == first.end; ++at) {
+        isClosed = writeSamiText(at->text, sink_.text()) && isClosed;
+      }
+      if (!isClosed) sink_.notes().add(ksImportProblem::kTagUnclosed, lines_.of(first.sync));
+      const std::string_view text = sink_.text().finish();
+      if (!text.empty()) add(first, text);
     }
-    bool isClosed = true;
-    for (; at != paragraphs.end() && at->sync == first.sync && at->end == first.end; ++at) {
-      isClosed = writeSamiText(at->text, sink.text()) && isClosed;
-    }
-    if (!isClosed) sink.notes().add(ksImportProblem::kTagUnclosed, first.line);
-    sink.finishOrMark();
   }
-}
+
+ private:
+  void add(const Paragraph& paragraph, std::string_view text) {
+    const int line = lines_.of(paragraph.sync);
+    ksImportCue& cue = paragraph.end == kNever ? sink_.beginWithoutEnd(paragraph.start, line)
+                                               : sink_.begin(paragraph.start, paragraph.end, line);
+    cue.text = text;
+    cue.index = index_;
+  }
+
+  CueSink& sink_;
+  LineNumbers lines_;
+  int index_ = 0;
+};
 
 /// Whether a line is a time and an arrow, as other formats have them above texts of any kind.
 bool isTimeLine(std::string_view line) noexcept {
@@ -240,7 +303,7 @@ Likelihood likelihoodOfSami(std::string_view text) {
     const std::size_t sync = findNoCase(line.text, "<sync");
     if (sync == line.text.npos) continue;
     const LooseTag tag = LooseTags().at(text.substr(line.begin + sync));
-    if (tag.opens("sync") && timeOf(tag, "start")) return Likelihood::kLikely;
+    if (tag.opens("sync") && timeOf(tag.attribute("start"))) return Likelihood::kLikely;
   }
   return Likelihood::kNone;
 }
@@ -255,7 +318,7 @@ void readSami(const FormatInput& input, CueSink& sink) {
   const SamiClass* const language = scanner.classes().select(input.options.language);
   if (language != nullptr) select(*language, paragraphs);
   setEnds(paragraphs);
-  writeCues(paragraphs, sink);
+  CueWriter(input, sink).write(paragraphs);
 }
 
 }  // namespace kssubtitle::importing

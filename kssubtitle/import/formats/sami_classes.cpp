@@ -39,11 +39,13 @@ bool SamiClasses::LessNoCase::operator()(std::string_view a, std::string_view b)
 }
 
 SamiClass* SamiClasses::use(std::string_view name) {
-  if (name.empty()) return nullptr;
+  if (name == lastName_) return last_;
+  lastName_ = name;
+  if (name.empty()) return last_ = nullptr;
   SamiClass& used = classes_[name];
   if (!used.isUsed) used_.push_back(name);
   used.isUsed = true;
-  return &used;
+  return last_ = &used;
 }
 
 void SamiClasses::declare(std::string_view sheet) {

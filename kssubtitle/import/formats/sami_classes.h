@@ -51,6 +51,9 @@ class SamiClasses {
   std::map<std::string_view, SamiClass, LessNoCase> classes_;
   std::vector<std::string_view> declared_;  // the languages
   std::vector<std::string_view> used_;
+  // What was used last, which mostly comes again.
+  std::string_view lastName_;
+  SamiClass* last_ = nullptr;
 };
 
 }  // namespace kssubtitle::importing

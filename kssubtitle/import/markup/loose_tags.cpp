@@ -9,42 +9,27 @@
 namespace kssubtitle::importing {
 namespace {
 
-/// How many characters stand in front of the first one of which `isSought` is true.
-template <typename IsSought>
-std::size_t countUpTo(std::string_view text, IsSought isSought) noexcept {
-  return static_cast<std::size_t>(std::find_if(text.begin(), text.end(), isSought) - text.begin());
+/// The first place from `at` on that is no white space; the size of `text` if there is none.
+std::size_t passSpaces(std::string_view text, std::size_t at) noexcept {
+  while (at < text.size() && isHtmlSpace(text[at])) ++at;
+  return at;
 }
 
-std::string_view withoutLeadingSpaces(std::string_view text) noexcept {
-  return text.substr(countUpTo(text, [](char c) { return !isHtmlSpace(c); }));
+/// The first place from `at` on that is white space; the size of `text` if there is none.
+std::size_t wordEnd(std::string_view text, std::size_t at) noexcept {
+  while (at < text.size() && !isHtmlSpace(text[at])) ++at;
+  return at;
 }
-
-struct Attribute {
-  std::string_view key;
-  std::string_view value;
-};
 
 /// Takes a value off; one whose quote is not closed ends as one without quotes does.
 std::string_view takeValue(std::string_view& rest) noexcept {
   const bool isQuoted = rest.starts_with('"') || rest.starts_with('\'');
   const std::size_t closing = isQuoted ? rest.find(rest.front(), 1) : rest.npos;
   const std::size_t begin = isQuoted ? 1 : 0;
-  const std::size_t end =
-      closing == rest.npos ? begin + countUpTo(rest.substr(begin), isHtmlSpace) : closing;
+  const std::size_t end = closing == rest.npos ? wordEnd(rest, begin) : closing;
   const std::string_view value = rest.substr(begin, end - begin);
   rest.remove_prefix(std::min(end + 1, rest.size()));
   return value;
-}
-
-/// Takes `key = value`, or a key alone, off the front of `rest`, which is not empty.
-Attribute takeAttribute(std::string_view& rest) noexcept {
-  const std::size_t length = countUpTo(rest, [](char c) { return isHtmlSpace(c) || c == '='; });
-  Attribute attribute{rest.substr(0, length), {}};
-  rest = withoutLeadingSpaces(rest.substr(length));
-  if (!rest.starts_with('=')) return attribute;
-  rest = withoutLeadingSpaces(rest.substr(1));
-  attribute.value = takeValue(rest);
-  return attribute;
 }
 
 /// Where quotes that begin at `at` are closed, as a tag has them: before the next tag, and in front
@@ -62,7 +47,7 @@ std::size_t closingQuote(std::string_view text, std::size_t at) noexcept {
 /// of `text` if neither comes.
 std::size_t tagEnd(std::string_view text, std::size_t at) noexcept {
   while ((at += findAny<'<', '>', '='>(text.substr(at))) < text.size() && text[at] == '=') {
-    at = text.size() - withoutLeadingSpaces(text.substr(at + 1)).size();
+    at = passSpaces(text, at + 1);
     if (at == text.size()) break;
     const bool isQuote = text[at] == '"' || text[at] == '\'';
     const std::size_t closing = isQuote ? closingQuote(text, at) : text.npos;
@@ -75,34 +60,41 @@ constexpr bool isNameCharacter(char c) noexcept { return isLetter(c) || isDigit(
 
 }  // namespace
 
-bool LooseTag::opens(std::string_view element) const noexcept {
-  return !isClosing && equalNoCase(name, element);
-}
-
-bool LooseTag::closes(std::string_view element) const noexcept {
-  return isClosing && equalNoCase(name, element);
+bool takeAttribute(std::string_view& attributes, LooseAttribute& attribute) noexcept {
+  const std::size_t begin = passSpaces(attributes, 0);
+  if (begin == attributes.size()) return false;
+  std::size_t at = begin;
+  while (at < attributes.size() && attributes[at] != '=' && !isHtmlSpace(attributes[at])) ++at;
+  attribute.key = attributes.substr(begin, at - begin);
+  attribute.value = {};
+  at = passSpaces(attributes, at);
+  const bool hasValue = at < attributes.size() && attributes[at] == '=';
+  attributes.remove_prefix(hasValue ? passSpaces(attributes, at + 1) : at);
+  if (hasValue) attribute.value = takeValue(attributes);
+  return true;
 }
 
 std::string_view LooseTag::attribute(std::string_view key) const noexcept {
-  std::string_view rest = withoutLeadingSpaces(attributes);
-  while (!rest.empty()) {
-    const Attribute found = takeAttribute(rest);
-    if (equalNoCase(found.key, key)) return found.value;
-    rest = withoutLeadingSpaces(rest);
+  LooseAttribute found;
+  for (std::string_view rest = attributes; takeAttribute(rest, found);) {
+    if (found.is(key)) return found.value;
   }
   return {};
 }
 
 LooseTag LooseTags::at(std::string_view rest) noexcept {
   LooseTag tag;
-  tag.length = commentLength(rest);
-  if (tag.length > 0) return tag;
-  tag.isClosing = rest.substr(1).starts_with('/');
-  const std::size_t begin = tag.isClosing ? 2 : 1;
-  if (begin >= rest.size()) return {};
+  std::size_t at = 1;
+  if (rest.size() > 1 && !isLetter(rest[1])) {
+    tag.length = commentLength(rest);
+    if (tag.length > 0) return tag;
+    tag.isClosing = rest[1] == '/';
+    if (tag.isClosing) ++at;
+  }
+  if (at >= rest.size()) return {};
+  const std::size_t begin = at;
   const bool isDeclaration = rest[begin] == '!' || rest[begin] == '?';
   if (!isLetter(rest[begin]) && !isDeclaration) return {};
-  std::size_t at = begin;
   while (at < rest.size() && isNameCharacter(rest[at])) ++at;
   tag.name = rest.substr(begin, at - begin);
   const std::size_t end = tagEnd(rest, at);

@@ -8,6 +8,17 @@
 
 namespace kssubtitle::importing {
 
+struct LooseAttribute {
+  std::string_view key;
+  std::string_view value;  ///< Without its quotes; empty if there is none.
+
+  /// Whether it is the attribute of that name, in any case.
+  bool is(std::string_view name) const noexcept { return equalNoCase(key, name); }
+};
+
+/// Takes an attribute off the front of `attributes`; false if none is left.
+bool takeAttribute(std::string_view& attributes, LooseAttribute& attribute) noexcept;
+
 /// What stands between '<' and '>'.
 struct LooseTag {
   std::size_t length = 0;       ///< With both signs; 0: there is no tag.
@@ -17,9 +28,13 @@ struct LooseTag {
   bool isWhole = true;  ///< False: another tag, or the end, comes before its '>'.
 
   /// Whether it is the opening (or closing) tag of that name, in any case.
-  bool opens(std::string_view element) const noexcept;
-  bool closes(std::string_view element) const noexcept;
-  /// The value of an attribute in any case, without its quotes; empty if there is none.
+  bool opens(std::string_view element) const noexcept {
+    return !isClosing && equalNoCase(name, element);
+  }
+  bool closes(std::string_view element) const noexcept {
+    return isClosing && equalNoCase(name, element);
+  }
+  /// The value of the first attribute of that name, in any case; empty if there is none.
   std::string_view attribute(std::string_view key) const noexcept;
 };
 
