@@ -28,17 +28,42 @@ std::optional<long long> timeOf(std::string_view value) noexcept {
 
 /// What a SYNC says.
 struct SyncTimes {
-  std::optional<std::string_view> start;
-  std::optional<std::string_view> end;  // as few do
+  std::optional<long long> start;
+  std::optional<long long> end;  // which few say
 
-  explicit SyncTimes(const LooseTag& sync) noexcept {
-    LooseAttribute attribute;
-    for (std::string_view rest = sync.attributes; takeAttribute(rest, attribute);) {
-      if (!start && attribute.is("start")) start = attribute.value;
-      if (!end && attribute.is("end")) end = attribute.value;
-    }
-  }
+  explicit SyncTimes(const LooseTag& sync) noexcept
+      : start(timeOf(sync.attribute("start"))), end(timeOf(sync.attribute("end"))) {}
 };
+
+/// "<SYNC Start=1000>" or "<P Class=ENCC>".
+struct UsualTag {
+  std::size_t length = 0;  // 0: it is another
+  bool isSync = false;
+  std::string_view value;  // of its attribute
+};
+
+/// Whether `text` begins with `word` in any case. `word` is in lower case.
+inline bool beginsLike(std::string_view text, std::string_view word) noexcept {
+  if (text.size() < word.size()) return false;
+  int difference = 0;
+  for (std::size_t i = 0; i < word.size(); ++i) {
+    difference |= (isLetter(word[i]) ? text[i] | 0x20 : text[i]) ^ word[i];
+  }
+  return difference == 0;
+}
+
+/// Most of a file is made of these tags: to know what they say takes no look at what tags may be.
+UsualTag usualTagAt(std::string_view text) noexcept {
+  constexpr std::string_view kSync = "<sync start=";
+  constexpr std::string_view kParagraph = "<p class=";
+  const bool isSync = beginsLike(text, kSync);
+  if (!isSync && !beginsLike(text, kParagraph)) return {};
+  const std::size_t begin = isSync ? kSync.size() : kParagraph.size();
+  std::size_t end = begin;
+  while (end < text.size() && (isLetter(text[end]) || isDigit(text[end]))) ++end;
+  if (end == text.size() || text[end] != '>') return {};
+  return {end + 1, isSync, text.substr(begin, end - begin)};
+}
 
 struct Paragraph {
   long long start = 0;
@@ -77,14 +102,9 @@ class Scanner {
   void scan() {
     std::size_t seen = begin_;
     for (std::size_t at = seen; (at += findAny<'<'>(text_.substr(at))) < text_.size();) {
-      const LooseTag tag = tagAt(at);
-      if (tag.length == 0) {
-        ++at;
-        continue;
-      }
-      passText(seen, at);
-      takeTag(tag, at);
-      at = seen = at + tag.length;
+      const std::size_t length = takeTag(seen, at);
+      at += std::max<std::size_t>(length, 1);
+      if (length > 0) seen = at;
     }
     passText(seen, text_.size());
     finish(text_.size());
@@ -101,13 +121,6 @@ class Scanner {
     kParagraph,  ///< In a paragraph, or in text behind a SYNC that stands in none.
   };
 
-  /// In a style sheet the signs of comments mean nothing.
-  LooseTag tagAt(std::size_t at) noexcept {
-    const std::string_view rest = text_.substr(at);
-    const bool isComment = rest.starts_with("<!") || rest.starts_with("<-");
-    return place_ == Place::kSheet && isComment ? LooseTag() : tags_.at(rest);
-  }
-
   void passText(std::size_t begin, std::size_t end) noexcept {
     const bool isInFront = place_ == Place::kSync;
     if (isInFront && !std::all_of(text_.begin() + begin, text_.begin() + end, isHtmlSpace)) {
@@ -115,14 +128,31 @@ class Scanner {
     }
   }
 
-  void takeTag(const LooseTag& tag, std::size_t begin) {
+  /// Takes the tag at `begin`, and the text in front of it from `seen` on; the length of the tag, 0
+  /// if it is text.
+  std::size_t takeTag(std::size_t seen, std::size_t begin) {
+    const UsualTag usual = usualTagAt(text_.substr(begin));
+    if (usual.length == 0) return takeAnyTag(seen, begin);
+    passText(seen, begin);
+    if (usual.isSync) {
+      beginSync(timeOf(usual.value), kNever, begin, begin + usual.length);
+    } else {
+      beginParagraph(usual.value, begin, begin + usual.length);
+    }
+    return usual.length;
+  }
+
+  std::size_t takeAnyTag(std::size_t seen, std::size_t begin) {
+    const LooseTag tag = tagAt(begin);
+    if (tag.length == 0) return 0;
     const std::size_t end = begin + tag.length;
+    passText(seen, begin);
     if (place_ == Place::kSheet && !tag.name.empty()) finish(begin);
     if (tag.opens("p")) {
-      beginParagraph(tag, begin, end);
+      beginParagraph(tag.attribute("class"), begin, end);
     } else if (tag.opens("sync")) {
-      finish(begin);
-      beginSync(tag, begin, end);
+      const SyncTimes times(tag);
+      beginSync(times.start, times.end.value_or(kNever), begin, end);
     } else if (tag.opens("style")) {
       finish(begin);
       place_ = Place::kSheet;
@@ -130,22 +160,30 @@ class Scanner {
     } else if (tag.closes("body") || tag.closes("sami")) {
       finish(begin);
     }
+    return tag.length;
   }
 
-  void beginSync(const LooseTag& tag, std::size_t begin, std::size_t end) {
-    const SyncTimes times(tag);
-    const auto start = times.start ? timeOf(*times.start) : std::nullopt;
+  /// In a style sheet the signs of comments mean nothing.
+  LooseTag tagAt(std::size_t at) noexcept {
+    const std::string_view rest = text_.substr(at);
+    const bool isComment = rest.starts_with("<!") || rest.starts_with("<-");
+    return place_ == Place::kSheet && isComment ? LooseTag() : tags_.at(rest);
+  }
+
+  void beginSync(std::optional<long long> start, long long saidEnd, std::size_t begin,
+                 std::size_t end) {
+    finish(begin);
     if (!start) return notes_.add(ksImportProblem::kTimeUnreadable, lines_.of(begin));
     place_ = Place::kSync;
     begin_ = end;
-    const auto saidEnd = times.end ? timeOf(*times.end) : std::nullopt;
-    next_ = {*start, saidEnd.value_or(kNever), nullptr, {}, begin};
+    next_ = {*start, saidEnd, nullptr, {}, begin};
   }
 
-  void beginParagraph(const LooseTag& tag, std::size_t begin, std::size_t end) {
-    if (place_ == Place::kOutside) return;
-    if (place_ == Place::kParagraph) finish(begin);
-    next_.ofClass = classes_.use(tag.attribute("class"));
+  void beginParagraph(std::string_view className, std::size_t begin, std::size_t end) {
+    const bool isBehindSync = place_ == Place::kSync || place_ == Place::kParagraph;
+    if (place_ != Place::kSync) finish(begin);
+    if (!isBehindSync) return;
+    next_.ofClass = classes_.use(className);
     place_ = Place::kParagraph;
     begin_ = end;
   }

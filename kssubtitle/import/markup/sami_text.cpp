@@ -29,6 +29,19 @@ bool endsLine(std::string_view name) noexcept {
                      [name](std::string_view known) { return equalNoCase(known, name); });
 }
 
+/// `text` without what is left out at its ends: white space and, in front, the no-break spaces that
+/// most paragraphs without text are made of.
+std::string_view withoutBlankEnds(std::string_view text) noexcept {
+  constexpr std::string_view kSpace = "&nbsp;";
+  while (!text.empty() && isHtmlSpace(text.back())) text.remove_suffix(1);
+  while (!text.empty()) {
+    const std::size_t length = isHtmlSpace(text.front()) ? 1 : kSpace.size();
+    if (length > 1 && !text.starts_with(kSpace)) break;
+    text.remove_prefix(length);
+  }
+  return text;
+}
+
 /// Walks over a text and hands its pieces on.
 class Writer {
  public:
@@ -110,6 +123,9 @@ class Writer {
 
 }  // namespace
 
-bool writeSamiText(std::string_view text, CueText& out) { return Writer(text, out).write(); }
+bool writeSamiText(std::string_view text, CueText& out) {
+  text = withoutBlankEnds(text);
+  return text.empty() || Writer(text, out).write();
+}
 
 }  // namespace kssubtitle::importing
