@@ -1,6 +1,9 @@
 // SAMI: tags like those of HTML, of which SYNC says from when on the paragraphs behind it are
 // shown.
 #include <algorithm>
+#include <array>
+#include <bit>
+#include <cstdint>
 #include <optional>
 #include <string_view>
 #include <vector>
@@ -19,9 +22,6 @@ namespace {
 
 /// A time of a SYNC, in milliseconds; some write it as a clock shows it.
 std::optional<long long> timeOf(std::string_view value) noexcept {
-  std::string_view rest = value;
-  const auto number = takeDigits(rest);
-  if (number && rest.empty()) return number->value;
   if (const auto time = takeTime(value)) return time->milliseconds;
   return takeInteger(value);
 }
@@ -35,35 +35,44 @@ struct SyncTimes {
       : start(timeOf(sync.attribute("start"))), end(timeOf(sync.attribute("end"))) {}
 };
 
-/// "<SYNC Start=1000>" or "<P Class=ENCC>".
-struct UsualTag {
-  std::size_t length = 0;  // 0: it is another
-  bool isSync = false;
-  std::string_view value;  // of its attribute
+/// What tags begin with, in any case: eight to sixteen characters, compared as two words.
+class TagBegin {
+ public:
+  explicit constexpr TagBegin(std::string_view lower) noexcept
+      : size_(lower.size()), first_(lower), last_(lower.substr(size_ - sizeof(std::uint64_t))) {}
+
+  /// Takes it off the front of `text`; false if `text` begins otherwise.
+  bool takeOff(std::string_view& text) const noexcept {
+    if (text.size() < size_ || !first_.isAt(text.data())) return false;
+    if (!last_.isAt(text.data() + size_ - sizeof(std::uint64_t))) return false;
+    text.remove_prefix(size_);
+    return true;
+  }
+
+ private:
+  struct Word {
+    std::array<char, sizeof(std::uint64_t)> lower;
+    std::array<char, sizeof(std::uint64_t)> caseBits;
+
+    explicit constexpr Word(std::string_view text) noexcept {
+      for (std::size_t i = 0; i < lower.size(); ++i) {
+        lower[i] = text[i];
+        caseBits[i] = isLetter(text[i]) ? 'a' - 'A' : 0;
+      }
+    }
+    bool isAt(const char* p) const noexcept {
+      const auto caseBitsWord = std::bit_cast<std::uint64_t>(caseBits);
+      return (wordAt<std::uint64_t>(p) | caseBitsWord) == std::bit_cast<std::uint64_t>(lower);
+    }
+  };
+
+  std::size_t size_;
+  Word first_;
+  Word last_;
 };
 
-/// Whether `text` begins with `word` in any case. `word` is in lower case.
-inline bool beginsLike(std::string_view text, std::string_view word) noexcept {
-  if (text.size() < word.size()) return false;
-  int difference = 0;
-  for (std::size_t i = 0; i < word.size(); ++i) {
-    difference |= (isLetter(word[i]) ? text[i] | 0x20 : text[i]) ^ word[i];
-  }
-  return difference == 0;
-}
-
-/// Most of a file is made of these tags: to know what they say takes no look at what tags may be.
-UsualTag usualTagAt(std::string_view text) noexcept {
-  constexpr std::string_view kSync = "<sync start=";
-  constexpr std::string_view kParagraph = "<p class=";
-  const bool isSync = beginsLike(text, kSync);
-  if (!isSync && !beginsLike(text, kParagraph)) return {};
-  const std::size_t begin = isSync ? kSync.size() : kParagraph.size();
-  std::size_t end = begin;
-  while (end < text.size() && (isLetter(text[end]) || isDigit(text[end]))) ++end;
-  if (end == text.size() || text[end] != '>') return {};
-  return {end + 1, isSync, text.substr(begin, end - begin)};
-}
+constexpr TagBegin kSyncBegin("<sync start=");
+constexpr TagBegin kParagraphBegin("<p class=");
 
 struct Paragraph {
   long long start = 0;
@@ -129,17 +138,28 @@ class Scanner {
   }
 
   /// Takes the tag at `begin`, and the text in front of it from `seen` on; the length of the tag, 0
-  /// if it is text.
+  /// if it is text. "<SYNC Start=1000>" and "<P Class=ENCC>", of which most of a file is made, take
+  /// no look at what tags may be.
   std::size_t takeTag(std::size_t seen, std::size_t begin) {
-    const UsualTag usual = usualTagAt(text_.substr(begin));
-    if (usual.length == 0) return takeAnyTag(seen, begin);
-    passText(seen, begin);
-    if (usual.isSync) {
-      beginSync(timeOf(usual.value), kNever, begin, begin + usual.length);
-    } else {
-      beginParagraph(usual.value, begin, begin + usual.length);
+    const std::string_view tag = text_.substr(begin);
+    std::string_view rest = tag;
+    if (kSyncBegin.takeOff(rest)) {
+      const auto start = takeDigits(rest);
+      if (!start || !rest.starts_with('>')) return takeAnyTag(seen, begin);
+      const std::size_t length = tag.size() - rest.size() + 1;
+      passText(seen, begin);
+      beginSync(start->value, kNever, begin, begin + length);
+      return length;
     }
-    return usual.length;
+    if (kParagraphBegin.takeOff(rest)) {
+      const std::string_view name = rest.substr(0, nameLength(rest));
+      if (!rest.substr(name.size()).starts_with('>')) return takeAnyTag(seen, begin);
+      const std::size_t length = tag.size() - rest.size() + name.size() + 1;
+      passText(seen, begin);
+      beginParagraph(name, begin, begin + length);
+      return length;
+    }
+    return takeAnyTag(seen, begin);
   }
 
   std::size_t takeAnyTag(std::size_t seen, std::size_t begin) {

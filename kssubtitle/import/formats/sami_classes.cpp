@@ -38,8 +38,7 @@ bool SamiClasses::LessNoCase::operator()(std::string_view a, std::string_view b)
                                       [](char x, char y) { return lowerOf(x) < lowerOf(y); });
 }
 
-SamiClass* SamiClasses::use(std::string_view name) {
-  if (name == lastName_) return last_;
+SamiClass* SamiClasses::useAnother(std::string_view name) {
   lastName_ = name;
   if (name.empty()) return last_ = nullptr;
   SamiClass& used = classes_[name];

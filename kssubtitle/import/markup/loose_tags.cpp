@@ -56,8 +56,6 @@ std::size_t tagEnd(std::string_view text, std::size_t at) noexcept {
   return at;
 }
 
-constexpr bool isNameCharacter(char c) noexcept { return isLetter(c) || isDigit(c); }
-
 }  // namespace
 
 bool takeAttribute(std::string_view& attributes, LooseAttribute& attribute) noexcept {
@@ -95,8 +93,8 @@ LooseTag LooseTags::at(std::string_view rest) noexcept {
   const std::size_t begin = at;
   const bool isDeclaration = rest[begin] == '!' || rest[begin] == '?';
   if (!isLetter(rest[begin]) && !isDeclaration) return {};
-  while (at < rest.size() && isNameCharacter(rest[at])) ++at;
-  tag.name = rest.substr(begin, at - begin);
+  tag.name = rest.substr(begin, nameLength(rest.substr(begin)));
+  at += tag.name.size();
   const std::size_t end = tagEnd(rest, at);
   tag.isWhole = end < rest.size() && rest[end] == '>';
   tag.attributes = rest.substr(at, end - at);

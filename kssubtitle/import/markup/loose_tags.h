@@ -41,6 +41,13 @@ struct LooseTag {
 /// White space between words, line ends included.
 constexpr bool isHtmlSpace(char c) noexcept { return isBlank(c) || c == '\n'; }
 
+/// How many letters and digits `text` begins with, of which names are made.
+constexpr std::size_t nameLength(std::string_view text) noexcept {
+  std::size_t length = 0;
+  while (length < text.size() && (isLetter(text[length]) || isDigit(text[length]))) ++length;
+  return length;
+}
+
 /// Recognises the tags of one text from its front to its back, in linear time.
 class LooseTags {
  public:
