@@ -196,14 +196,18 @@ class Scanner {
     if (!start) return notes_.add(ksImportProblem::kTimeUnreadable, lines_.of(begin));
     place_ = Place::kSync;
     begin_ = end;
-    next_ = {*start, saidEnd, nullptr, {}, begin};
+    paragraphs_.push_back({*start, saidEnd, nullptr, {}, begin});
   }
 
   void beginParagraph(std::string_view className, std::size_t begin, std::size_t end) {
-    const bool isBehindSync = place_ == Place::kSync || place_ == Place::kParagraph;
+    const bool isNext = place_ == Place::kParagraph;
     if (place_ != Place::kSync) finish(begin);
-    if (!isBehindSync) return;
-    next_.ofClass = classes_.use(className);
+    if (isNext) {
+      paragraphs_.push_back(paragraphs_.back());
+    } else if (place_ != Place::kSync) {
+      return;
+    }
+    paragraphs_.back().ofClass = classes_.use(className);
     place_ = Place::kParagraph;
     begin_ = end;
   }
@@ -212,10 +216,7 @@ class Scanner {
   void finish(std::size_t end) {
     const std::string_view text = text_.substr(begin_, end - begin_);
     if (place_ == Place::kSheet) classes_.declare(text);
-    if (place_ == Place::kSync || place_ == Place::kParagraph) {
-      next_.text = place_ == Place::kParagraph ? text : std::string_view();
-      paragraphs_.push_back(next_);
-    }
+    if (place_ == Place::kParagraph) paragraphs_.back().text = text;
     place_ = Place::kOutside;
   }
 
@@ -226,7 +227,6 @@ class Scanner {
   LooseTags tags_;
   SamiClasses classes_;
   std::vector<Paragraph> paragraphs_;
-  Paragraph next_;
   Place place_ = Place::kOutside;
 };
 
@@ -241,10 +241,13 @@ bool isOther(const SamiClass& ofClass, const SamiClass& language) noexcept {
 /// Keeps the paragraphs of one language, and those of classes that are none, which then belong to
 /// all as those without a class do.
 void select(const SamiClass& language, std::vector<Paragraph>& paragraphs) {
-  std::erase_if(paragraphs, [&language](const Paragraph& paragraph) {
-    return paragraph.ofClass != nullptr && isOther(*paragraph.ofClass, language);
-  });
-  for (Paragraph& paragraph : paragraphs) paragraph.ofClass = nullptr;
+  std::size_t kept = 0;
+  for (Paragraph& paragraph : paragraphs) {
+    if (paragraph.ofClass != nullptr && isOther(*paragraph.ofClass, language)) continue;
+    paragraphs[kept] = paragraph;
+    paragraphs[kept++].ofClass = nullptr;
+  }
+  paragraphs.resize(kept);
 }
 
 Paragraph& theOne(Paragraph& paragraph) noexcept { return paragraph; }
