@@ -110,8 +110,9 @@ class Scanner {
 
   void scan() {
     std::size_t seen = begin_;
-    for (std::size_t at = seen; (at += findAny<'<'>(text_.substr(at))) < text_.size();) {
-      const std::size_t length = takeTag(seen, at);
+    for (std::size_t at = seen; at < text_.size();) {
+      if (text_[at] != '<') at += findAny<'<'>(text_.substr(at));  // many follow one another
+      const std::size_t length = at < text_.size() ? takeTag(seen, at) : 0;
       at += std::max<std::size_t>(length, 1);
       if (length > 0) seen = at;
     }
@@ -238,18 +239,6 @@ bool isOther(const SamiClass& ofClass, const SamiClass& language) noexcept {
   return ofClass.kind == Kind::kLanguage || language.kind == Kind::kUndeclared;
 }
 
-/// Keeps the paragraphs of one language, and those of classes that are none, which then belong to
-/// all as those without a class do.
-void select(const SamiClass& language, std::vector<Paragraph>& paragraphs) {
-  std::size_t kept = 0;
-  for (Paragraph& paragraph : paragraphs) {
-    if (paragraph.ofClass != nullptr && isOther(*paragraph.ofClass, language)) continue;
-    paragraphs[kept] = paragraph;
-    paragraphs[kept++].ofClass = nullptr;
-  }
-  paragraphs.resize(kept);
-}
-
 Paragraph& theOne(Paragraph& paragraph) noexcept { return paragraph; }
 Paragraph& theOne(Paragraph* paragraph) noexcept { return *paragraph; }
 
@@ -260,6 +249,9 @@ bool isBefore(const Paragraph& a, const Paragraph& b) noexcept { return a.start 
 /// or one that belongs to all; if there is none, where any begins.
 class Ends {
  public:
+  /// If `haveClasses` is false, all paragraphs belong to all.
+  explicit Ends(bool haveClasses) noexcept : haveClasses_(haveClasses) {}
+
   /// Sets those of paragraphs, or of what points to them. Requires: they are in the order of their
   /// starts.
   template <typename Iterator>
@@ -275,30 +267,40 @@ class Ends {
 
  private:
   void setEnd(Paragraph& paragraph) const noexcept {
-    const SamiClass* const ofClass = paragraph.ofClass;
+    const SamiClass* const ofClass = haveClasses_ ? paragraph.ofClass : nullptr;
     const long long next = ofClass != nullptr ? std::min(ofClass->next, nextOfAll_) : nextOfAny_;
     paragraph.end = std::min(paragraph.end, next == kNever ? nextOfAny_ : next);
   }
 
   void noteStart(const Paragraph& paragraph) noexcept {
-    (paragraph.ofClass != nullptr ? paragraph.ofClass->next : nextOfAll_) = paragraph.start;
+    SamiClass* const ofClass = haveClasses_ ? paragraph.ofClass : nullptr;
+    (ofClass != nullptr ? ofClass->next : nextOfAll_) = paragraph.start;
     nextOfAny_ = paragraph.start;
   }
 
+  bool haveClasses_;
   long long nextOfAll_ = kNever;
   long long nextOfAny_ = kNever;
 };
 
-void setEnds(std::vector<Paragraph>& paragraphs) {
+void setEnds(std::vector<Paragraph>& paragraphs, bool haveClasses) {
+  Ends ends(haveClasses);
   if (std::is_sorted(paragraphs.begin(), paragraphs.end(), isBefore)) {
-    return Ends().set(paragraphs.begin(), paragraphs.end());
+    return ends.set(paragraphs.begin(), paragraphs.end());
   }
   std::vector<Paragraph*> byTime;
   byTime.reserve(paragraphs.size());
   for (Paragraph& paragraph : paragraphs) byTime.push_back(&paragraph);
   std::sort(byTime.begin(), byTime.end(),
             [](const Paragraph* a, const Paragraph* b) { return isBefore(*a, *b); });
-  Ends().set(byTime.begin(), byTime.end());
+  ends.set(byTime.begin(), byTime.end());
+}
+
+/// Drops the paragraphs of other languages; those of classes that are none belong to all.
+void select(const SamiClass& language, std::vector<Paragraph>& paragraphs) {
+  std::erase_if(paragraphs, [&language](const Paragraph& paragraph) {
+    return paragraph.ofClass != nullptr && isOther(*paragraph.ofClass, language);
+  });
 }
 
 /// Makes a cue of the paragraphs of each SYNC that are shown for the same time; those without text
@@ -378,7 +380,7 @@ void readSami(const FormatInput& input, CueSink& sink) {
   std::vector<Paragraph>& paragraphs = scanner.paragraphs();
   const SamiClass* const language = scanner.classes().select(input.options.language);
   if (language != nullptr) select(*language, paragraphs);
-  setEnds(paragraphs);
+  setEnds(paragraphs, language == nullptr);
   CueWriter(input, sink).write(paragraphs);
 }
 
