@@ -2,7 +2,6 @@
 // shown.
 #include <algorithm>
 #include <array>
-#include <bit>
 #include <cstdint>
 #include <optional>
 #include <string_view>
@@ -35,44 +34,21 @@ struct SyncTimes {
       : start(timeOf(sync.attribute("start"))), end(timeOf(sync.attribute("end"))) {}
 };
 
-/// What tags begin with, in any case: eight to sixteen characters, compared as two words.
-class TagBegin {
- public:
-  explicit constexpr TagBegin(std::string_view lower) noexcept
-      : size_(lower.size()), first_(lower), last_(lower.substr(size_ - sizeof(std::uint64_t))) {}
-
-  /// Takes it off the front of `text`; false if `text` begins otherwise.
-  bool takeOff(std::string_view& text) const noexcept {
-    if (text.size() < size_ || !first_.isAt(text.data())) return false;
-    if (!last_.isAt(text.data() + size_ - sizeof(std::uint64_t))) return false;
-    text.remove_prefix(size_);
-    return true;
-  }
-
- private:
-  struct Word {
-    std::array<char, sizeof(std::uint64_t)> lower;
-    std::array<char, sizeof(std::uint64_t)> caseBits;
-
-    explicit constexpr Word(std::string_view text) noexcept {
-      for (std::size_t i = 0; i < lower.size(); ++i) {
-        lower[i] = text[i];
-        caseBits[i] = isLetter(text[i]) ? 'a' - 'A' : 0;
-      }
-    }
-    bool isAt(const char* p) const noexcept {
-      const auto caseBitsWord = std::bit_cast<std::uint64_t>(caseBits);
-      return (wordAt<std::uint64_t>(p) | caseBitsWord) == std::bit_cast<std::uint64_t>(lower);
-    }
+/// Takes "<sync start=" off, in any case; false if `text` begins otherwise. Compares two words that
+/// overlap.
+bool takeSyncBegin(std::string_view& text) noexcept {
+  using Word = std::uint64_t;
+  constexpr std::string_view kBegin = "<sync start=";
+  constexpr std::string_view kCaseBits{"\0    \0     \0", kBegin.size()};
+  constexpr std::size_t kLast = kBegin.size() - sizeof(Word);
+  const auto isAt = [&](std::size_t at) {
+    const Word word = wordAt<Word>(text.data() + at) | wordAt<Word>(kCaseBits.data() + at);
+    return word == wordAt<Word>(kBegin.data() + at);
   };
-
-  std::size_t size_;
-  Word first_;
-  Word last_;
-};
-
-constexpr TagBegin kSyncBegin("<sync start=");
-constexpr TagBegin kParagraphBegin("<p class=");
+  if (text.size() < kBegin.size() || !isAt(0) || !isAt(kLast)) return false;
+  text.remove_prefix(kBegin.size());
+  return true;
+}
 
 struct Paragraph {
   long long start = 0;
@@ -138,13 +114,19 @@ class Scanner {
     }
   }
 
+  /// A tag of a paragraph, as it is written.
+  struct ParagraphTag {
+    std::string_view text;
+    SamiClass* ofClass = nullptr;
+  };
+
   /// Takes the tag at `begin`, and the text in front of it from `seen` on; the length of the tag, 0
-  /// if it is text. "<SYNC Start=1000>" and "<P Class=ENCC>", of which most of a file is made, take
-  /// no look at what tags may be.
+  /// if it is text. "<SYNC Start=1000>" and what begins paragraphs, of which most of a file is
+  /// made, take no look at what tags may be.
   std::size_t takeTag(std::size_t seen, std::size_t begin) {
     const std::string_view tag = text_.substr(begin);
     std::string_view rest = tag;
-    if (kSyncBegin.takeOff(rest)) {
+    if (takeSyncBegin(rest)) {
       const auto start = takeDigits(rest);
       if (!start || !rest.starts_with('>')) return takeAnyTag(seen, begin);
       const std::size_t length = tag.size() - rest.size() + 1;
@@ -152,13 +134,13 @@ class Scanner {
       beginSync(start->value, kNever, begin, begin + length);
       return length;
     }
-    if (kParagraphBegin.takeOff(rest)) {
-      const std::string_view name = rest.substr(0, nameLength(rest));
-      if (!rest.substr(name.size()).starts_with('>')) return takeAnyTag(seen, begin);
-      const std::size_t length = tag.size() - rest.size() + name.size() + 1;
+    for (const ParagraphTag& known : paragraphTags_) {
+      if (known.text.empty() || !tag.starts_with(known.text)) continue;
       passText(seen, begin);
-      beginParagraph(name, begin, begin + length);
-      return length;
+      if (beginParagraph(begin, begin + known.text.size())) {
+        paragraphs_.back().ofClass = known.ofClass;
+      }
+      return known.text.size();
     }
     return takeAnyTag(seen, begin);
   }
@@ -170,7 +152,8 @@ class Scanner {
     passText(seen, begin);
     if (place_ == Place::kSheet && !tag.name.empty()) finish(begin);
     if (tag.opens("p")) {
-      beginParagraph(tag.attribute("class"), begin, end);
+      const std::string_view text = text_.substr(begin, tag.length);
+      if (beginParagraph(begin, end)) paragraphs_.back().ofClass = ofClass(tag, text);
     } else if (tag.opens("sync")) {
       const SyncTimes times(tag);
       beginSync(times.start, times.end.value_or(kNever), begin, end);
@@ -182,6 +165,16 @@ class Scanner {
       finish(begin);
     }
     return tag.length;
+  }
+
+  /// The class of a paragraph. The tag is kept in mind: it comes again, or in turns with another.
+  /// Of one with quotes what follows it may tell where it ends.
+  SamiClass* ofClass(const LooseTag& tag, std::string_view text) {
+    SamiClass* const used = classes_.use(tag.attribute("class"));
+    if (tag.isWhole && text.find_first_of("\"'") == text.npos) {
+      paragraphTags_ = {ParagraphTag{text, used}, paragraphTags_[0]};
+    }
+    return used;
   }
 
   /// In a style sheet the signs of comments mean nothing.
@@ -200,17 +193,15 @@ class Scanner {
     paragraphs_.push_back({*start, saidEnd, nullptr, {}, begin});
   }
 
-  void beginParagraph(std::string_view className, std::size_t begin, std::size_t end) {
+  /// False if there is no SYNC in front of it.
+  bool beginParagraph(std::size_t begin, std::size_t end) {
     const bool isNext = place_ == Place::kParagraph;
     if (place_ != Place::kSync) finish(begin);
-    if (isNext) {
-      paragraphs_.push_back(paragraphs_.back());
-    } else if (place_ != Place::kSync) {
-      return;
-    }
-    paragraphs_.back().ofClass = classes_.use(className);
+    if (place_ != Place::kSync && !isNext) return false;
+    if (isNext) paragraphs_.push_back(paragraphs_.back());
     place_ = Place::kParagraph;
     begin_ = end;
+    return true;
   }
 
   /// Ends what is open. A SYNC that nothing follows ends what is shown.
@@ -228,6 +219,7 @@ class Scanner {
   LooseTags tags_;
   SamiClasses classes_;
   std::vector<Paragraph> paragraphs_;
+  std::array<ParagraphTag, 2> paragraphTags_;  // that came last
   Place place_ = Place::kOutside;
 };
 

@@ -38,13 +38,12 @@ bool SamiClasses::LessNoCase::operator()(std::string_view a, std::string_view b)
                                       [](char x, char y) { return lowerOf(x) < lowerOf(y); });
 }
 
-SamiClass* SamiClasses::useAnother(std::string_view name) {
-  lastName_ = name;
-  if (name.empty()) return last_ = nullptr;
+SamiClass* SamiClasses::use(std::string_view name) {
+  if (name.empty()) return nullptr;
   SamiClass& used = classes_[name];
   if (!used.isUsed) used_.push_back(name);
   used.isUsed = true;
-  return last_ = &used;
+  return &used;
 }
 
 void SamiClasses::declare(std::string_view sheet) {

@@ -31,7 +31,7 @@ struct SamiClass {
 class SamiClasses {
  public:
   /// The class of a paragraph; null if `name` is empty.
-  SamiClass* use(std::string_view name) { return name == lastName_ ? last_ : useAnother(name); }
+  SamiClass* use(std::string_view name);
   /// Takes the rules of a style sheet, such as ".KRCC { name: Korean; lang: ko-KR; }".
   void declare(std::string_view sheet);
   /// The names of the languages that have paragraphs, in the order of their declarations; behind
@@ -46,15 +46,11 @@ class SamiClasses {
     bool operator()(std::string_view a, std::string_view b) const noexcept;
   };
 
-  SamiClass* useAnother(std::string_view name);
   void declare(std::string_view selectors, std::string_view rule);
 
   std::map<std::string_view, SamiClass, LessNoCase> classes_;
   std::vector<std::string_view> declared_;  // the languages
   std::vector<std::string_view> used_;
-  // What was used last, which mostly comes again.
-  std::string_view lastName_;
-  SamiClass* last_ = nullptr;
 };
 
 }  // namespace kssubtitle::importing
