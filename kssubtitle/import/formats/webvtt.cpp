@@ -61,6 +61,26 @@ std::optional<long long> takeFraction(std::string_view& text, Fractions fraction
   return digits->value;
 }
 
+/// The number of the two digits at `p`; above 99 if they are none.
+constexpr unsigned pairAt(const char* p) noexcept {
+  const auto tens = static_cast<unsigned>(p[0] - '0');
+  const auto ones = static_cast<unsigned>(p[1] - '0');
+  return tens > 9 || ones > 9 ? 100 : tens * 10 + ones;
+}
+
+/// The milliseconds of "00:00:00.000" at `p`; negative if another form stands there.
+constexpr long long usualTimestampAt(const char* p) noexcept {
+  const unsigned hours = pairAt(p);
+  const unsigned minutes = pairAt(p + 3);
+  const unsigned seconds = pairAt(p + 6);
+  const unsigned hundredths = pairAt(p + 9);
+  const auto thousandths = static_cast<unsigned>(p[11] - '0');
+  const bool isSeparated = p[2] == ':' && p[5] == ':' && p[8] == '.';
+  const bool isNumber = hours < 100 && hundredths < 100 && thousandths < 10;
+  if (!isSeparated || !isNumber || minutes > 59 || seconds > 59) return -1;
+  return ((hours * 60LL + minutes) * 60 + seconds) * 1000 + hundredths * 10 + thousandths;
+}
+
 /// Takes a time off, in milliseconds.
 std::optional<long long> takeTimestamp(std::string_view& text, Fractions fractions) noexcept {
   const auto first = takeDigits(text);
@@ -85,21 +105,37 @@ bool isSignature(std::string_view line) noexcept {
 }
 
 struct Times {
-  long long start;
-  long long end;
+  long long start = 0;
+  long long end = 0;
   std::string_view settings;
 };
 
-/// The times of a cue, with what follows them.
-std::optional<Times> timesIn(std::string_view line, Fractions fractions) noexcept {
+/// Reads "00:00:00.000 --> 00:00:00.000" with what follows, as nearly all lines with times begin.
+bool readUsualTimes(std::string_view line, Times& times) noexcept {
+  constexpr std::string_view kBetween = " --> ";
+  constexpr std::size_t kTime = 12;
+  constexpr std::size_t kEnd = kTime + kBetween.size();
+  constexpr std::size_t kLength = kEnd + kTime;
+  if (line.size() < kLength || line.substr(kTime, kBetween.size()) != kBetween) return false;
+  if (line.size() > kLength && isDigit(line[kLength])) return false;
+  times.start = usualTimestampAt(line.data());
+  times.end = usualTimestampAt(line.data() + kEnd);
+  times.settings = line.substr(kLength);
+  return times.start >= 0 && times.end >= 0;
+}
+
+/// Reads the times of a cue, with what follows them; false if `line` has none.
+bool readTimes(std::string_view line, Fractions fractions, Times& times) noexcept {
+  if (readUsualTimes(line, times)) return true;
   line = withoutLeadingBlanks(line);
   const auto start = takeTimestamp(line, fractions);
   line = withoutLeadingBlanks(line);
-  if (!start || !line.starts_with(kArrow)) return std::nullopt;
+  if (!start || !line.starts_with(kArrow)) return false;
   line = withoutLeadingBlanks(line.substr(kArrow.size()));
   const auto end = takeTimestamp(line, fractions);
-  if (!end) return std::nullopt;
-  return Times{*start, *end, line};
+  if (!end) return false;
+  times = {*start, *end, line};
+  return true;
 }
 
 /// The row that a line setting means, from the bottom: a percentage, or a line number, of which a
@@ -176,24 +212,24 @@ class WebVttReader {
     }
     const bool mayFollowIdentifier = !isHeader_ && !hasSeenArrow_ && linesInBlock_ <= 1;
     if (!hasArrow || !mayFollowIdentifier) finishBlock(line.begin);
-    if (hasArrow) readTimes(line);
+    if (hasArrow) beginCue(line);
   }
 
-  void readTimes(const Line& line) {
+  void beginCue(const Line& line) {
     hasSeenArrow_ = true;
     ++linesInBlock_;
-    times_ = timesIn(line.text, fractions_);
+    isInCue_ = readTimes(line.text, fractions_, times_);
     line_ = line.number;
     textBegin_ = std::min(line.next, input_.text.size());
-    if (!times_) sink_.notes().add(ksImportProblem::kTimeUnreadable, line.number);
+    if (!isInCue_) sink_.notes().add(ksImportProblem::kTimeUnreadable, line.number);
   }
 
   void finishBlock(std::size_t end) {
-    if (times_) {
+    if (isInCue_) {
       if (fractions_ == Fractions::kTolerant) {
         sink_.notes().add(ksImportProblem::kTimeRepaired, line_);
       }
-      sink_.begin(times_->start, times_->end, line_).alignment = alignmentOf(times_->settings);
+      sink_.begin(times_.start, times_.end, line_).alignment = alignmentOf(times_.settings);
       const std::string_view text = input_.text.substr(textBegin_, end - textBegin_);
       if (!writeWebVttText(text, sink_.text())) {
         sink_.notes().add(ksImportProblem::kTagUnclosed, line_);
@@ -203,7 +239,7 @@ class WebVttReader {
     isHeader_ = false;
     hasSeenArrow_ = false;
     linesInBlock_ = 0;
-    times_.reset();
+    isInCue_ = false;
   }
 
   const FormatInput& input_;
@@ -213,7 +249,8 @@ class WebVttReader {
   bool isHeader_ = true;
   bool hasSeenArrow_ = false;
   int linesInBlock_ = 0;
-  std::optional<Times> times_;
+  bool isInCue_ = false;
+  Times times_;  // of the cue
   int line_ = 0;
   std::size_t textBegin_ = 0;
 };
@@ -235,7 +272,8 @@ bool hasWebVttTimesAlone(std::string_view text) noexcept {
   Line line;
   for (Lines lines(text); lines.next(line);) {
     if (line.text.find(kArrow) == line.text.npos) continue;
-    if (!timesIn(line.text, Fractions::kStandard)) return false;
+    Times times;
+    if (!readTimes(line.text, Fractions::kStandard, times)) return false;
     hasTimes = true;
   }
   return hasTimes;
