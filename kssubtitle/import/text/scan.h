@@ -19,15 +19,15 @@ inline Block equalBytes(const Block& block, char c) noexcept {
   return block == Block{} + static_cast<unsigned char>(c);
 }
 
-/// The first byte that is marked; their number if none is.
+/// The first byte that is marked; their number if none is. Half a byte is kept of each mark, so that
+/// one word has them all.
 inline std::size_t firstMarked(const Block& marks) noexcept {
-  std::size_t at = 0;
-  for (std::uint64_t word : std::bit_cast<std::array<std::uint64_t, 2>>(marks)) {
-    if constexpr (std::endian::native == std::endian::big) word = __builtin_bswap64(word);
-    if (word != 0) return at + static_cast<std::size_t>(std::countr_zero(word)) / 8;
-    at += sizeof word;
-  }
-  return at;
+  using Pairs = std::uint16_t __attribute__((vector_size(16)));
+  using Halves = std::uint8_t __attribute__((vector_size(8)));
+  const auto halves = __builtin_convertvector(std::bit_cast<Pairs>(marks) >> 4, Halves);
+  const auto word = std::bit_cast<std::uint64_t>(halves);
+  constexpr bool kIsBig = std::endian::native == std::endian::big;
+  return static_cast<std::size_t>(kIsBig ? std::countl_zero(word) : std::countr_zero(word)) / 4;
 }
 
 template <typename Word>

@@ -62,7 +62,8 @@ std::size_t asciiPrefix(std::string_view text) noexcept {
     if (((words[0] | words[1] | words[2] | words[3]) & kHighBits) != 0) break;
   }
   constexpr unsigned char kHighBit = 0x80;
-  return i + findMarked(text.substr(i), [](auto load) { return load(0) & (Block{} + kHighBit); });
+  return i + findMarked(text.substr(i),
+                        [](auto load) -> Block { return load(0) >= Block{} + kHighBit; });
 }
 
 bool isContinuation(char c) noexcept { return (static_cast<unsigned char>(c) & 0xC0) == 0x80; }
