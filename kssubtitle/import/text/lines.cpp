@@ -3,6 +3,8 @@
 
 #include <algorithm>
 
+#include "kssubtitle/import/text/scan.h"
+
 namespace kssubtitle::importing {
 namespace {
 
@@ -38,6 +40,32 @@ EndCounts countEnds(const std::string& text) noexcept {
   for (; at + kBlock <= text.size(); at += kBlock) countInBlock(text.data() + at, kBlock, counts);
   countInBlock(text.data() + at, text.size() - at, counts);
   return counts;
+}
+
+/// How many characters countInPiece() looks at, so that each of its counts fits a byte.
+constexpr std::size_t kMostCounted = 255 * sizeof(Block);
+
+int sumOf(const Block& counts) noexcept {
+  int sum = 0;
+  for (std::size_t i = 0; i < sizeof counts; ++i) sum += counts[i];
+  return sum;
+}
+
+/// Counts line feeds. The last block overlaps the one before it.
+int countInPiece(std::string_view piece) noexcept {
+  constexpr Block kPlaces{0, 1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12, 13, 14, 15};
+  if (piece.size() < sizeof(Block)) {
+    return static_cast<int>(std::count(piece.begin(), piece.end(), '\n'));
+  }
+  const auto lineFeedsAt = [piece](std::size_t at) {
+    return equalBytes(wordAt<Block>(piece.data() + at), '\n');
+  };
+  const std::size_t last = piece.size() - sizeof(Block);
+  Block counts{};
+  std::size_t at = 0;
+  for (; at < last; at += sizeof(Block)) counts -= lineFeedsAt(at);
+  const Block isNew = kPlaces >= Block{} + static_cast<unsigned char>(at - last);
+  return sumOf(counts - (lineFeedsAt(last) & isNew));
 }
 
 /// Whether every line feed has two carriage returns in front of it.
@@ -92,16 +120,11 @@ bool dropMarks(std::string& text) {
 }
 
 int countLines(std::string_view text) noexcept {
-  constexpr std::size_t kBlock = 128;  // whose count fits a byte: compilers make vectors of it
   int lines = 0;
-  for (; !text.empty(); text.remove_prefix(std::min(kBlock, text.size()))) {
-    unsigned char count = 0;
-    for (const char c : text.substr(0, kBlock)) {
-      count = static_cast<unsigned char>(count + (c == '\n' ? 1 : 0));
-    }
-    lines += count;
+  for (; text.size() > kMostCounted; text.remove_prefix(kMostCounted)) {
+    lines += countInPiece(text.substr(0, kMostCounted));
   }
-  return lines;
+  return lines + countInPiece(text);
 }
 
 std::size_t httpHeaderLength(std::string_view text) noexcept {
