@@ -25,13 +25,18 @@ std::optional<long long> timeOf(std::string_view value) noexcept {
   return takeInteger(value);
 }
 
-/// What a SYNC says.
+/// What a SYNC says: the first attribute of a name counts.
 struct SyncTimes {
-  std::optional<long long> start;
-  std::optional<long long> end;  // which few say
+  std::optional<std::string_view> start;
+  std::optional<std::string_view> end;  // few have one
 
-  explicit SyncTimes(const LooseTag& sync) noexcept
-      : start(timeOf(sync.attribute("start"))), end(timeOf(sync.attribute("end"))) {}
+  explicit SyncTimes(const LooseTag& sync) noexcept {
+    LooseAttribute attribute;
+    for (std::string_view rest = sync.attributes; takeAttribute(rest, attribute);) {
+      if (!start && attribute.is("start")) start = attribute.value;
+      if (!end && attribute.is("end")) end = attribute.value;
+    }
+  }
 };
 
 /// Takes "<sync start=" off, in any case; false if `text` begins otherwise. Compares two words that
@@ -81,13 +86,14 @@ class Scanner {
  public:
   Scanner(const FormatInput& input, Notes& notes)
       : text_(input.text), begin_(input.begin), notes_(notes), lines_(input) {
-    paragraphs_.reserve(text_.size() / sizeof(Paragraph));
+    paragraphs_.reserve(text_.size() / sizeof(Paragraph));  // few are shorter in a file
   }
 
   void scan() {
     std::size_t seen = begin_;
     for (std::size_t at = seen; at < text_.size();) {
-      if (text_[at] != '<') at += findAny<'<'>(text_.substr(at));  // many follow one another
+      // Many tags follow one another.
+      if (text_[at] != '<') at += findAny<'<'>(text_.substr(at));
       const std::size_t length = at < text_.size() ? takeTag(seen, at) : 0;
       at += std::max<std::size_t>(length, 1);
       if (length > 0) seen = at;
@@ -121,28 +127,34 @@ class Scanner {
   };
 
   /// Takes the tag at `begin`, and the text in front of it from `seen` on; the length of the tag, 0
-  /// if it is text. "<SYNC Start=1000>" and what begins paragraphs, of which most of a file is
-  /// made, take no look at what tags may be.
+  /// if it is text. Most of a file is made of tags that take no look at what tags may be.
   std::size_t takeTag(std::size_t seen, std::size_t begin) {
-    const std::string_view tag = text_.substr(begin);
-    std::string_view rest = tag;
-    if (takeSyncBegin(rest)) {
-      const auto start = takeDigits(rest);
-      if (!start || !rest.starts_with('>')) return takeAnyTag(seen, begin);
-      const std::size_t length = tag.size() - rest.size() + 1;
-      passText(seen, begin);
-      beginSync(start->value, kNever, begin, begin + length);
-      return length;
-    }
-    for (const ParagraphTag& known : paragraphTags_) {
-      if (known.text.empty() || !tag.starts_with(known.text)) continue;
-      passText(seen, begin);
-      if (beginParagraph(begin, begin + known.text.size())) {
-        paragraphs_.back().ofClass = known.ofClass;
-      }
-      return known.text.size();
-    }
+    if (const std::size_t length = takeUsualSync(seen, begin); length > 0) return length;
+    if (const std::size_t length = takeKnownParagraph(seen, begin); length > 0) return length;
     return takeAnyTag(seen, begin);
+  }
+
+  /// As takeTag(); 0 if it is not of the form "<SYNC Start=1000>".
+  std::size_t takeUsualSync(std::size_t seen, std::size_t begin) {
+    std::string_view rest = text_.substr(begin);
+    if (!takeSyncBegin(rest)) return 0;
+    const auto start = takeDigits(rest);
+    if (!start || !rest.starts_with('>')) return 0;
+    const std::size_t end = text_.size() - rest.size() + 1;
+    passText(seen, begin);
+    beginSync(start->value, kNever, begin, end);
+    return end - begin;
+  }
+
+  /// As takeTag(); 0 if it is not written as one of the paragraphs before it.
+  std::size_t takeKnownParagraph(std::size_t seen, std::size_t begin) {
+    for (const auto& [tag, ofClass] : paragraphTags_) {
+      if (tag.empty() || !text_.substr(begin).starts_with(tag)) continue;
+      passText(seen, begin);
+      if (beginParagraph(begin, begin + tag.size())) paragraphs_.back().ofClass = ofClass;
+      return tag.size();
+    }
+    return 0;
   }
 
   std::size_t takeAnyTag(std::size_t seen, std::size_t begin) {
@@ -156,7 +168,8 @@ class Scanner {
       if (beginParagraph(begin, end)) paragraphs_.back().ofClass = ofClass(tag, text);
     } else if (tag.opens("sync")) {
       const SyncTimes times(tag);
-      beginSync(times.start, times.end.value_or(kNever), begin, end);
+      const auto saidEnd = times.end ? timeOf(*times.end) : std::nullopt;
+      beginSync(timeOf(times.start.value_or("")), saidEnd.value_or(kNever), begin, end);
     } else if (tag.opens("style")) {
       finish(begin);
       place_ = Place::kSheet;
@@ -168,10 +181,9 @@ class Scanner {
   }
 
   /// The class of a paragraph. The tag is kept in mind: it comes again, or in turns with another.
-  /// Of one with quotes what follows it may tell where it ends.
   SamiClass* ofClass(const LooseTag& tag, std::string_view text) {
     SamiClass* const used = classes_.use(tag.attribute("class"));
-    if (tag.isWhole && text.find_first_of("\"'") == text.npos) {
+    if (tag.isWhole && tag.areQuotesClosed) {
       paragraphTags_ = {ParagraphTag{text, used}, paragraphTags_[0]};
     }
     return used;

@@ -35,25 +35,33 @@ std::string_view takeValue(std::string_view& rest) noexcept {
 /// Where quotes that begin at `at` are closed, as a tag has them: before the next tag, and in front
 /// of what may follow a value; npos if they are not.
 std::size_t closingQuote(std::string_view text, std::size_t at) noexcept {
-  constexpr std::string_view kFollowers = " \t\r\n\v\f/>";
-  const char ends[] = {text[at], '<', '\0'};
-  const std::size_t closing = text.find_first_of(ends, at + 1);
-  const bool isClosed = closing != text.npos && text[closing] != '<' && closing + 1 < text.size() &&
-                        kFollowers.find(text[closing + 1]) != kFollowers.npos;
-  return isClosed ? closing : text.npos;
+  const std::string_view rest = text.substr(at + 1);
+  const std::size_t length = text[at] == '"' ? findAny<'"', '<'>(rest) : findAny<'\'', '<'>(rest);
+  if (length + 1 >= rest.size() || rest[length] == '<') return text.npos;
+  const char next = rest[length + 1];
+  const bool isFollower = isHtmlSpace(next) || next == '/' || next == '>';
+  return isFollower ? at + 1 + length : text.npos;
 }
 
-/// The place of the '>' from `at` on that ends a tag, or of the '<' that comes before it; the size
-/// of `text` if neither comes.
-std::size_t tagEnd(std::string_view text, std::size_t at) noexcept {
+struct TagEnd {
+  std::size_t place =
+      0;  // of the '>' that ends it or the '<' before that; the size if neither comes
+  bool areQuotesClosed = true;
+};
+
+/// Where a tag ends whose name ends at `at`.
+TagEnd tagEnd(std::string_view text, std::size_t at) noexcept {
+  TagEnd end;
   while ((at += findAny<'<', '>', '='>(text.substr(at))) < text.size() && text[at] == '=') {
     at = passSpaces(text, at + 1);
     if (at == text.size()) break;
-    const bool isQuote = text[at] == '"' || text[at] == '\'';
-    const std::size_t closing = isQuote ? closingQuote(text, at) : text.npos;
+    if (text[at] != '"' && text[at] != '\'') continue;
+    const std::size_t closing = closingQuote(text, at);
     if (closing != text.npos) at = closing + 1;
+    if (closing == text.npos) end.areQuotesClosed = false;
   }
-  return at;
+  end.place = at;
+  return end;
 }
 
 }  // namespace
@@ -95,8 +103,9 @@ LooseTag LooseTags::at(std::string_view rest) noexcept {
   if (!isLetter(rest[begin]) && !isDeclaration) return {};
   tag.name = rest.substr(begin, nameLength(rest.substr(begin)));
   at += tag.name.size();
-  const std::size_t end = tagEnd(rest, at);
+  const auto [end, areQuotesClosed] = tagEnd(rest, at);
   tag.isWhole = end < rest.size() && rest[end] == '>';
+  tag.areQuotesClosed = areQuotesClosed;
   tag.attributes = rest.substr(at, end - at);
   if (tag.attributes.ends_with('/')) tag.attributes.remove_suffix(1);
   tag.length = tag.isWhole ? end + 1 : end;

@@ -25,7 +25,8 @@ struct LooseTag {
   std::string_view name;        ///< Empty: a comment or a declaration.
   std::string_view attributes;  ///< What stands behind the name.
   bool isClosing = false;
-  bool isWhole = true;  ///< False: another tag, or the end, comes before its '>'.
+  bool isWhole = true;          ///< False: another tag, or the end, comes before its '>'.
+  bool areQuotesClosed = true;  ///< False: what follows it may have told where it ends.
 
   /// Whether it is the opening (or closing) tag of that name, in any case.
   bool opens(std::string_view element) const noexcept {
