@@ -19,8 +19,8 @@ inline Block equalBytes(const Block& block, char c) noexcept {
   return block == Block{} + static_cast<unsigned char>(c);
 }
 
-/// The first byte that is marked; their number if none is. Half a byte is kept of each mark, so that
-/// one word has them all.
+/// The first byte that is marked; their number if none is. Half a byte is kept of each mark, so
+/// that one word has them all.
 inline std::size_t firstMarked(const Block& marks) noexcept {
   using Pairs = std::uint16_t __attribute__((vector_size(16)));
   using Halves = std::uint8_t __attribute__((vector_size(8)));
