@@ -49,8 +49,9 @@ std::vector<Case> webVttCases() {
        "\n \nWEBVTT - a\n\n1\n00:00:01.000 --> 00:00:02.000 line:0\n<v B>a", "1000-2000 a"},
       {"No_signature", "WEBVTTX\n\n00:01.000 -> x", "refused"},
       {"References",
-       head + "00:01.000 --> 00:02.000\n&notit; &notin; &nsubE; &amp &#x41 &#0; &#150; &x; &",
-       "1000-2000 \u00ACit; \u2209 \u2AC5\u0338 & A \uFFFD \u2013 &x; &"},
+       head + "00:01.000 --> 00:02.000\n&notit; &notin; &nsubE; &amp &#x41 &#0; &#150; "
+              "&x;&#13;&NewLine;&",
+       "1000-2000 \u00ACit; \u2209 \u2AC5\u0338 & A \uFFFD \u2013 &x;\n&"},
       {"Unclosed_tag", head + "00:01.000 --> 00:02.000\na<00:01.500>b <q>c</q> <b",
        "1000-2000 ab c"},
   };

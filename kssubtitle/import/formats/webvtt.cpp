@@ -138,14 +138,15 @@ bool readTimes(std::string_view line, Fractions fractions, Times& times) noexcep
   return true;
 }
 
-/// The row that a line setting means, from the bottom: a percentage, or a line number, of which a
-/// picture has about eighteen and which is counted from the bottom if it is negative.
+/// The row that a line setting means, from the bottom: a percentage, or the number of a line, of
+/// which a picture has about eighteen; the last one is -1.
 int rowOf(std::string_view value) noexcept {
   constexpr int kLines = 18;
   int number = 0;
   const auto read = std::from_chars(value.data(), value.data() + value.size(), number);
-  if (read.ec != std::errc() || number < 0) return 0;
+  if (read.ec != std::errc()) return 0;
   const bool isPercentage = value.find('%') != value.npos;
+  if (number < 0) number = isPercentage ? 100 : std::max(0, kLines + number);
   return 2 - std::min(2, number / ((isPercentage ? 100 : kLines) / 3));
 }
 

@@ -87,14 +87,14 @@ HtmlEntity htmlEntityOf(std::string_view text) noexcept {
   return {};
 }
 
-void takeHtmlEntity(std::string_view& text, CueText& out) {
+void takeHtmlEntity(std::string_view& text, CueText& out, LineReference lineReference) {
   const HtmlEntity entity = htmlEntityOf(text);
   if (entity.length == 0) {
     out.append(text.substr(0, 1));
     return text.remove_prefix(1);
   }
   const bool isLineEnd = entity.first == '\n' || entity.first == '\r';
-  out.append(isLineEnd ? U' ' : entity.first);
+  out.append(isLineEnd && lineReference == LineReference::kSpace ? U' ' : entity.first);
   if (entity.second != 0) out.append(entity.second);
   text.remove_prefix(entity.length);
 }

@@ -23,8 +23,12 @@ char32_t characterOfNumber(char32_t number) noexcept;
 /// has. The semicolon may be missing where HTML lets it.
 HtmlEntity htmlEntityOf(std::string_view text) noexcept;
 
+/// What a reference to a line feed or a carriage return is.
+enum class LineReference { kSpace, kLineEnd };
+
 /// Takes the reference, or else the ampersand alone, off the front of `text` and appends what it
-/// stands for; white space as a space, as no reference ends a line.
-void takeHtmlEntity(std::string_view& text, CueText& out);
+/// stands for.
+void takeHtmlEntity(std::string_view& text, CueText& out,
+                    LineReference lineReference = LineReference::kSpace);
 
 }  // namespace kssubtitle::importing

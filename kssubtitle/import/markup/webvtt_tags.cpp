@@ -41,7 +41,7 @@ class Writer {
 
  private:
   void takeSpecial() {
-    if (rest_.front() == '&') return takeHtmlEntity(rest_, out_);
+    if (rest_.front() == '&') return takeHtmlEntity(rest_, out_, LineReference::kLineEnd);
     if (rest_.front() == '<') return takeTag();
     out_.endLine();
     rest_.remove_prefix(1);
