@@ -155,8 +155,8 @@ double TtmlReader::readChildren(pugi::xml_node parent, const TtmlContext& contex
   double last = reference;
   for (pugi::xml_node child = parent.first_child(); child; child = child.next_sibling()) {
     const std::string_view name = localName(child.name());
-    if (name == "head") document_.styles.readHead(child);
-    if (name != "body" && name != "div" && name != "p") continue;
+    if (is(name, "head")) document_.styles.readHead(child);
+    if (!is(name, "p") && !is(name, "div") && !is(name, "body")) continue;
     if (depth == kMostTtmlDepth) {
       sink_.notes().add(ksImportProblem::kUnsupported, lineAt(xml_.placeOf(child)));
       continue;
@@ -174,7 +174,7 @@ double TtmlReader::readTimed(pugi::xml_node node, const TtmlContext& outer, doub
   const TtmlElement element = readTtmlElement(node, document_.rates);
   TtmlContext context = document_.enter(element, outer, reference);
   if (!element.language.empty()) context.language = languageOf(element.language);
-  const bool isParagraph = name == "p";
+  const bool isParagraph = is(name, "p");
   if (element.hasBadTime) {
     sink_.notes().add(
         isParagraph ? ksImportProblem::kTimeUnreadable : ksImportProblem::kUnsupported,
@@ -185,7 +185,7 @@ double TtmlReader::readTimed(pugi::xml_node node, const TtmlContext& outer, doub
   if (isParagraph) {
     end = readParagraph(node, context, outer.time.end);
   } else {
-    (name == "body" ? body_ : division_) = context;
+    (is(name, "body") ? body_ : division_) = context;
     end = readChildren(node, context, depth + 1);
   }
   return element.hasEnd() ? context.time.end : std::min(end, context.time.end);

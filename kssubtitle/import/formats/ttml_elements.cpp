@@ -34,21 +34,21 @@ TtmlElement readTtmlElement(pugi::xml_node node, const TtmlRates& rates) noexcep
        attribute = attribute.next_attribute()) {
     const std::string_view name = localName(attribute.name());
     const std::string_view value = attribute.value();
-    if (name == "begin") {
+    if (is(name, "begin")) {
       setTime(element.begin, value, rates, element);
-    } else if (name == "end") {
+    } else if (is(name, "end")) {
       setTime(element.end, value, rates, element);
-    } else if (name == "dur") {
+    } else if (is(name, "dur")) {
       setTime(element.duration, value, rates, element);
-    } else if (name == "timeContainer") {
+    } else if (is(name, "timeContainer")) {
       element.isSequential = value == "seq";
-    } else if (name == "space") {
+    } else if (is(name, "space")) {
       element.keepsSpace = value == "preserve";
-    } else if (name == "lang") {
+    } else if (is(name, "lang")) {
       element.language = value;
-    } else if (name == "region") {
+    } else if (is(name, "region")) {
       element.region = value;
-    } else if (name == "style") {
+    } else if (is(name, "style")) {
       element.styleNames = value;
     } else {
       element.style.set(name, value);

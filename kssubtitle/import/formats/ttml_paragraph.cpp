@@ -2,7 +2,6 @@
 #include "kssubtitle/import/formats/ttml_paragraph.h"
 
 #include <algorithm>
-#include <cmath>
 
 #include "kssubtitle/import/formats/ttml_names.h"
 #include "kssubtitle/import/markup/html_entities.h"
@@ -28,24 +27,27 @@ bool isBlank(const char* text) noexcept {
   return *text == '\0';
 }
 
+/// Rounds to the nearest one. Requires: `time` is not negative.
 long long toMilliseconds(double time) noexcept {
   constexpr double kFarthest = 1e18;
-  return std::llround(std::min(time, kFarthest));
+  const double bounded = std::min(time, kFarthest);
+  const auto whole = static_cast<long long>(bounded);
+  return bounded - static_cast<double>(whole) < 0.5 ? whole : whole + 1;
 }
 
 /// Whether the text in it is text of the paragraph. Files made from HTML have its tags too, with
 /// the text behind a `<br>` that they do not close inside of it.
 bool isInline(pugi::xml_node node) noexcept {
-  constexpr std::string_view kNames[] = {"span", "br", "i", "b", "u"};
-  return node.type() == pugi::node_element && std::find(std::begin(kNames), std::end(kNames),
-                                                        localName(node.name())) != std::end(kNames);
+  if (node.type() != pugi::node_element) return false;
+  const std::string_view name = localName(node.name());
+  return is(name, "span") || is(name, "br") || is(name, "i") || is(name, "b") || is(name, "u");
 }
 
 /// What the name of an element says of style.
 void setStyleOfName(std::string_view name, TtmlStyle& style) noexcept {
-  if (name == "i") style.italic = true;
-  if (name == "b") style.bold = true;
-  if (name == "u") style.underline = true;
+  if (is(name, "i")) style.italic = style.saysAnything = true;
+  if (is(name, "b")) style.bold = style.saysAnything = true;
+  if (is(name, "u")) style.underline = style.saysAnything = true;
 }
 
 }  // namespace
@@ -214,7 +216,7 @@ void TtmlParagraphs::writeSpan(pugi::xml_node node) {
     return;
   }
   ++span_;
-  if (localName(node.name()) == "br") {
+  if (is(localName(node.name()), "br")) {
     sink_.text().endLine();
     isBehindSpace_ = true;
   }

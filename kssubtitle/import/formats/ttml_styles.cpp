@@ -87,17 +87,19 @@ std::string_view valueOf(pugi::xml_node node, std::string_view name) noexcept {
 }  // namespace
 
 void TtmlStyle::set(std::string_view name, std::string_view value) noexcept {
-  if (name == "color") takeIfSaid(colour, ttmlColour(value));
-  if (name == "fontStyle") italic = value == "italic" || value == "oblique";
-  if (name == "fontWeight") bold = value == "bold";
-  if (name == "textDecoration") setDecoration(value, *this);
-  if (name == "textAlign") takeIfSaid(column, columnOf(value));
-  if (name == "displayAlign") takeIfSaid(anchor, anchorOf(value));
-  if (name == "origin") takeIfSaid(top, verticalIn(value));
-  if (name == "extent") takeIfSaid(height, verticalIn(value));
+  saysAnything = true;
+  if (is(name, "color")) takeIfSaid(colour, ttmlColour(value));
+  if (is(name, "fontStyle")) italic = value == "italic" || value == "oblique";
+  if (is(name, "fontWeight")) bold = value == "bold";
+  if (is(name, "textDecoration")) setDecoration(value, *this);
+  if (is(name, "textAlign")) takeIfSaid(column, columnOf(value));
+  if (is(name, "displayAlign")) takeIfSaid(anchor, anchorOf(value));
+  if (is(name, "origin")) takeIfSaid(top, verticalIn(value));
+  if (is(name, "extent")) takeIfSaid(height, verticalIn(value));
 }
 
-void TtmlStyle::take(const TtmlStyle& other) noexcept {
+void TtmlStyle::takeWhatIsSaid(const TtmlStyle& other) noexcept {
+  saysAnything = true;
   takeIfSaid(italic, other.italic);
   takeIfSaid(bold, other.bold);
   takeIfSaid(underline, other.underline);
@@ -140,11 +142,26 @@ void TtmlStyles::readHead(pugi::xml_node head) {
   }
   for (const auto& [name, definition] : styles_) find(styles_, name, 0);
   for (const auto& [name, definition] : regions_) find(regions_, name, 0);
+  lastNames_ = lastRegionName_ = {};
+  lastNamed_ = {};
+  lastRegion_ = nullptr;
 }
 
-TtmlStyle TtmlStyles::named(std::string_view names) { return named(names, 0); }
+const TtmlStyle& TtmlStyles::named(std::string_view names) {
+  if (names != lastNames_) {
+    lastNamed_ = named(names, 0);
+    lastNames_ = names;
+  }
+  return lastNamed_;
+}
 
-const TtmlStyle* TtmlStyles::region(std::string_view name) { return find(regions_, name, 0); }
+const TtmlStyle* TtmlStyles::region(std::string_view name) {
+  if (name != lastRegionName_) {
+    lastRegion_ = find(regions_, name, 0);
+    lastRegionName_ = name;
+  }
+  return lastRegion_;
+}
 
 void TtmlStyles::add(Definitions& definitions, pugi::xml_node node) {
   if (const std::string_view name = valueOf(node, "id"); !name.empty()) {

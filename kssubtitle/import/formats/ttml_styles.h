@@ -12,6 +12,7 @@ namespace kssubtitle::importing {
 
 /// What an element says of style; what it does not say is as round it.
 struct TtmlStyle {
+  bool saysAnything = false;
   std::optional<bool> italic;
   std::optional<bool> bold;
   std::optional<bool> underline;
@@ -26,10 +27,15 @@ struct TtmlStyle {
   /// Takes note of an attribute, if it is one of style.
   void set(std::string_view name, std::string_view value) noexcept;
   /// Takes over all that `other` says.
-  void take(const TtmlStyle& other) noexcept;
+  void take(const TtmlStyle& other) noexcept {
+    if (other.saysAnything) takeWhatIsSaid(other);
+  }
   Style toStyle() const noexcept;
   /// 1 to 9 as on a number pad.
   int alignment() const noexcept;
+
+ private:
+  void takeWhatIsSaid(const TtmlStyle& other) noexcept;
 };
 
 /// The styles and regions that the head of a document defines. Their names are those in the
@@ -39,7 +45,7 @@ class TtmlStyles {
   /// Reads the first head that holds anything; a document has one.
   void readHead(pugi::xml_node head);
   /// What the styles of these names say together; what a later one says counts.
-  TtmlStyle named(std::string_view names);
+  const TtmlStyle& named(std::string_view names);
   /// What a region hands on to what stands in it; null if there is none of that name.
   const TtmlStyle* region(std::string_view name);
   /// What holds where nobody says anything.
@@ -63,6 +69,11 @@ class TtmlStyles {
   Definitions regions_;
   TtmlStyle initial_;
   bool hasHead_ = false;
+  // What was asked for last: one paragraph after the other asks for the same.
+  std::string_view lastNames_;
+  TtmlStyle lastNamed_;
+  std::string_view lastRegionName_;
+  const TtmlStyle* lastRegion_ = nullptr;
 };
 
 }  // namespace kssubtitle::importing
