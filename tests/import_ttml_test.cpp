@@ -57,6 +57,12 @@ std::vector<Case> timeCases() {
       {"Frames",
        body("<p begin='24f' end='00:00:02:12'>a</p><p begin='00:00:03:500' dur='1s'>b</p>", frames),
        "1001-2501 a; 3500-4500 b"},
+      {"Rates_of_the_root_in_every_form",
+       document("t:frameRate='25' t:subFrameRate='2' t:tickRate='100'",
+                "<head t:tickRate='1'/><body begin='25f' t:frameRate='50'><div begin='100t'>"
+                "<p begin='50f' dur='50t' t:frameRate='10'>a</p><p begin='3s' end='0:0:4:5.1'>b</p>"
+                "<p begin='0:0:5'><span begin='5f' dur='25t'>c</span></p></div></body>"),
+       "4000-4500 a; 5000-6220 b; 7200-7450 c"},
       {"Frames_without_a_rate",
        body("<p begin='00:00:01:15.1' end='60f'>a</p>", "t:subFrameRate='2'"), "1517-2000 a"},
       {"Ticks", body("<p begin='1374000000t' end='1404000000t'>a</p>", "t:tickRate='10000000'"),

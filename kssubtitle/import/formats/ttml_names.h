@@ -15,6 +15,15 @@ constexpr std::string_view localName(std::string_view name) noexcept {
   return name.substr(begin);
 }
 
+/// The same of a name that ends with a zero; in one look at it.
+inline std::string_view localName(const char* name) noexcept {
+  const char* end = name;
+  for (; *end != '\0'; ++end) {
+    if (*end == ':') name = end + 1;
+  }
+  return {name, static_cast<std::size_t>(end - name)};
+}
+
 /// Whether `name` is `literal`: in a few instructions, since both sizes are known before the
 /// characters are looked at.
 template <std::size_t kSize>

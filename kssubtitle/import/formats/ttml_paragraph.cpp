@@ -18,8 +18,8 @@ constexpr bool isXmlSpace(char c) noexcept {
 
 constexpr bool isLineEnd(char c) noexcept { return c == '\n' || c == '\r'; }
 
-bool isText(pugi::xml_node node) noexcept {
-  return node.type() == pugi::node_pcdata || node.type() == pugi::node_cdata;
+bool isText(pugi::xml_node_type type) noexcept {
+  return type == pugi::node_pcdata || type == pugi::node_cdata;
 }
 
 bool isBlank(const char* text) noexcept {
@@ -37,8 +37,8 @@ long long toMilliseconds(double time) noexcept {
 
 /// Whether the text in it is text of the paragraph. Files made from HTML have its tags too, with
 /// the text behind a `<br>` that they do not close inside of it.
-bool isInline(pugi::xml_node node) noexcept {
-  if (node.type() != pugi::node_element) return false;
+bool isInline(pugi::xml_node node, pugi::xml_node_type type) noexcept {
+  if (type != pugi::node_element) return false;
   const std::string_view name = localName(node.name());
   return is(name, "span") || is(name, "br") || is(name, "i") || is(name, "b") || is(name, "u");
 }
@@ -78,10 +78,12 @@ double TtmlParagraphs::collectSpans(pugi::xml_node node, const TtmlContext& cont
   double reference = context.time.begin;
   double last = reference;
   for (pugi::xml_node child = node.first_child(); child; child = child.next_sibling()) {
-    if (isText(child) && !isBlank(child.value())) {
+    const pugi::xml_node_type type = child.type();
+    if (isText(type)) {
+      if (isBlank(child.value())) continue;
       last = TtmlInterval::kNever;
       hasOwnText_ = hasOwnText_ || depth == 0;
-    } else if (isInline(child)) {
+    } else if (isInline(child, type)) {
       const double end = collectSpan(child, context, reference, depth);
       if (context.isSequential) reference = end;
       last = std::max(last, end);
@@ -195,15 +197,16 @@ void TtmlParagraphs::writeCue(const TtmlInterval& time) {
 
 void TtmlParagraphs::writeChildren(pugi::xml_node node, const Style& style, bool keepsSpace) {
   for (pugi::xml_node child = node.first_child(); child; child = child.next_sibling()) {
-    if (isText(child)) {
+    const pugi::xml_node_type type = child.type();
+    if (isText(type)) {
       sink_.text().setStyle(style);
-      const bool hasReferences = child.type() == pugi::node_pcdata;
+      const bool hasReferences = type == pugi::node_pcdata;
       if (keepsSpace) {
         writeTextAsItIs(child.value(), hasReferences);
       } else {
         writeText(child.value(), hasReferences);
       }
-    } else if (isInline(child)) {
+    } else if (isInline(child, type)) {
       writeSpan(child);
     }
   }

@@ -99,7 +99,10 @@ void TtmlStyle::set(std::string_view name, std::string_view value) noexcept {
 }
 
 void TtmlStyle::takeWhatIsSaid(const TtmlStyle& other) noexcept {
-  saysAnything = true;
+  if (!saysAnything) {
+    *this = other;
+    return;
+  }
   takeIfSaid(italic, other.italic);
   takeIfSaid(bold, other.bold);
   takeIfSaid(underline, other.underline);
