@@ -18,8 +18,10 @@
 namespace kssubtitle::importing {
 namespace {
 
-/// White space between elements counts; references are read where texts are written.
-constexpr unsigned kParseOptions = pugi::parse_ws_pcdata | pugi::parse_cdata;
+/// White space between elements counts; references are read where texts are written. A text in
+/// front of all children is no node of its own but the value of its parent: most have just that.
+constexpr unsigned kParseOptions =
+    pugi::parse_ws_pcdata | pugi::parse_cdata | pugi::parse_embed_pcdata;
 
 /// The name of the element that begins where `text` begins with '<'; empty if none does.
 std::string_view elementAt(std::string_view text) noexcept {
@@ -91,7 +93,8 @@ class TtmlReader {
   std::size_t readOn(std::size_t from);
   void readRoot(pugi::xml_node root);
   double readChildren(pugi::xml_node parent, const TtmlContext& context, int depth);
-  double readTimed(pugi::xml_node node, const TtmlContext& outer, double reference, int depth);
+  double readTimed(pugi::xml_node node, const char* name, const TtmlContext& outer,
+                   double reference, int depth);
   double readParagraph(pugi::xml_node node, const TtmlContext& context, double outerEnd);
   void listLanguages();
   void leaveOtherLanguages();
@@ -154,26 +157,25 @@ double TtmlReader::readChildren(pugi::xml_node parent, const TtmlContext& contex
   double reference = context.time.begin;
   double last = reference;
   for (pugi::xml_node child = parent.first_child(); child; child = child.next_sibling()) {
-    const std::string_view name = localName(child.name());
+    const char* const name = localName(child.name());
     if (is(name, "head")) document_.styles.readHead(child);
     if (!is(name, "p") && !is(name, "div") && !is(name, "body")) continue;
     if (depth == kMostTtmlDepth) {
       sink_.notes().add(ksImportProblem::kUnsupported, lineAt(xml_.placeOf(child)));
       continue;
     }
-    const double end = readTimed(child, context, reference, depth);
+    const double end = readTimed(child, name, context, reference, depth);
     if (context.isSequential) reference = end;
     last = std::max(last, end);
   }
   return last;
 }
 
-double TtmlReader::readTimed(pugi::xml_node node, const TtmlContext& outer, double reference,
-                             int depth) {
-  const std::string_view name = localName(node.name());
+double TtmlReader::readTimed(pugi::xml_node node, const char* name, const TtmlContext& outer,
+                             double reference, int depth) {
   const TtmlElement element = readTtmlElement(node, document_.rates);
   TtmlContext context = document_.enter(element, outer, reference);
-  if (!element.language.empty()) context.language = languageOf(element.language);
+  if (*element.language != '\0') context.language = languageOf(element.language);
   const bool isParagraph = is(name, "p");
   if (element.hasBadTime) {
     sink_.notes().add(

@@ -8,9 +8,9 @@
 namespace kssubtitle::importing {
 namespace {
 
-void setTime(std::optional<double>& time, std::string_view value, const TtmlRates& rates,
+void setTime(std::optional<double>& time, const char* value, const TtmlRates& rates,
              TtmlElement& element) noexcept {
-  if (value.empty() || value == "indefinite") return;
+  if (*value == '\0' || is(value, "indefinite")) return;
   time = ttmlTime(value, rates);
   if (!time) element.hasBadTime = true;
 }
@@ -26,32 +26,44 @@ TtmlInterval timeFrom(double origin, double reference, const TtmlElement& elemen
   return time;
 }
 
+/// Takes note of an attribute; whether it is one that is no style.
+bool takeAttribute(TtmlElement& element, const char* name, const char* value,
+                   const TtmlRates& rates) noexcept {
+  if (is(name, "begin")) {
+    setTime(element.begin, value, rates, element);
+  } else if (is(name, "end")) {
+    setTime(element.end, value, rates, element);
+  } else if (is(name, "dur")) {
+    setTime(element.duration, value, rates, element);
+  } else if (is(name, "region")) {
+    element.region = value;
+  } else if (is(name, "style")) {
+    element.styleNames = value;
+  } else if (is(name, "space")) {
+    element.keepsSpace = is(value, "preserve");
+  } else if (is(name, "lang")) {
+    element.language = value;
+  } else if (is(name, "timeContainer")) {
+    element.isSequential = is(value, "seq");
+  } else {
+    return false;
+  }
+  return true;
+}
+
 }  // namespace
 
+/// Most names have no prefix: they are looked at as they stand first.
 TtmlElement readTtmlElement(pugi::xml_node node, const TtmlRates& rates) noexcept {
   TtmlElement element;
-  for (pugi::xml_attribute attribute = node.first_attribute(); attribute;
+  pugi::xml_attribute attribute = node.first_attribute();
+  for (const char* name; *(name = attribute.name()) != '\0';
        attribute = attribute.next_attribute()) {
-    const std::string_view name = localName(attribute.name());
-    const std::string_view value = attribute.value();
-    if (is(name, "begin")) {
-      setTime(element.begin, value, rates, element);
-    } else if (is(name, "end")) {
-      setTime(element.end, value, rates, element);
-    } else if (is(name, "dur")) {
-      setTime(element.duration, value, rates, element);
-    } else if (is(name, "timeContainer")) {
-      element.isSequential = value == "seq";
-    } else if (is(name, "space")) {
-      element.keepsSpace = value == "preserve";
-    } else if (is(name, "lang")) {
-      element.language = value;
-    } else if (is(name, "region")) {
-      element.region = value;
-    } else if (is(name, "style")) {
-      element.styleNames = value;
-    } else {
-      element.style.set(name, value);
+    const char* const value = attribute.value();
+    if (takeAttribute(element, name, value, rates)) continue;
+    const char* const local = localName(name);
+    if (local == name || !takeAttribute(element, local, value, rates)) {
+      element.style.set(local, value);
     }
   }
   return element;
@@ -79,8 +91,9 @@ TtmlContext TtmlDocument::enter(const TtmlElement& element, const TtmlContext& o
   context.writtenTime = timeFrom(0, outer.writtenTime.begin, element, outer.writtenTime);
   context.isSequential = element.isSequential;
   context.keepsSpace = element.keepsSpace.value_or(outer.keepsSpace);
-  if (!element.styleNames.empty()) context.style.take(styles.named(element.styleNames));
+  if (*element.styleNames != '\0') context.style.take(styles.named(element.styleNames));
   context.style.take(element.style);
+  if (*element.region == '\0') return context;
   if (const TtmlStyle* const region = styles.region(element.region)) context.region = region;
   return context;
 }

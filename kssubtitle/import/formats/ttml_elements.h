@@ -4,7 +4,6 @@
 #include <limits>
 #include <optional>
 #include <pugixml.hpp>
-#include <string_view>
 
 #include "kssubtitle/import/formats/ttml_styles.h"
 #include "kssubtitle/import/formats/ttml_times.h"
@@ -22,9 +21,9 @@ struct TtmlElement {
   bool hasBadTime = false;  ///< One cannot be read.
   bool isSequential = false;
   std::optional<bool> keepsSpace;
-  std::string_view language;
-  std::string_view region;
-  std::string_view styleNames;
+  const char* language = "";
+  const char* region = "";
+  const char* styleNames = "";
   TtmlStyle style;
 
   bool hasTimes() const noexcept { return begin || end || duration; }

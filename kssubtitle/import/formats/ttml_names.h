@@ -3,8 +3,8 @@
 #pragma once
 
 #include <cstddef>
-#include <cstring>
 #include <string_view>
+#include <utility>
 
 namespace kssubtitle::importing {
 
@@ -15,20 +15,21 @@ constexpr std::string_view localName(std::string_view name) noexcept {
   return name.substr(begin);
 }
 
-/// The same of a name that ends with a zero; in one look at it.
-inline std::string_view localName(const char* name) noexcept {
-  const char* end = name;
-  for (; *end != '\0'; ++end) {
-    if (*end == ':') name = end + 1;
+/// The same of a name that ends with a zero.
+constexpr const char* localName(const char* name) noexcept {
+  for (const char* at = name; *at != '\0'; ++at) {
+    if (*at == ':') name = at + 1;
   }
-  return {name, static_cast<std::size_t>(end - name)};
+  return name;
 }
 
-/// Whether `name` is `literal`: in a few instructions, since both sizes are known before the
-/// characters are looked at.
+/// Whether a name that ends with a zero is `literal`; nobody needs to know its size.
 template <std::size_t kSize>
-bool is(std::string_view name, const char (&literal)[kSize]) noexcept {
-  return name.size() == kSize - 1 && std::memcmp(name.data(), literal, kSize - 1) == 0;
+constexpr bool is(const char* name, const char (&literal)[kSize]) noexcept {
+  return [&]<std::size_t... kAt>(std::index_sequence<kAt...>) {
+    return ((name[kAt] == literal[kAt]) && ...);
+  }
+  (std::make_index_sequence<kSize>());
 }
 
 }  // namespace kssubtitle::importing

@@ -18,10 +18,6 @@ constexpr bool isXmlSpace(char c) noexcept {
 
 constexpr bool isLineEnd(char c) noexcept { return c == '\n' || c == '\r'; }
 
-bool isText(pugi::xml_node_type type) noexcept {
-  return type == pugi::node_pcdata || type == pugi::node_cdata;
-}
-
 bool isBlank(const char* text) noexcept {
   while (isXmlSpace(*text)) ++text;
   return *text == '\0';
@@ -35,35 +31,31 @@ long long toMilliseconds(double time) noexcept {
   return bounded - static_cast<double>(whole) < 0.5 ? whole : whole + 1;
 }
 
-/// Whether the text in it is text of the paragraph. Files made from HTML have its tags too, with
-/// the text behind a `<br>` that they do not close inside of it.
-bool isInline(pugi::xml_node node, pugi::xml_node_type type) noexcept {
-  if (type != pugi::node_element) return false;
-  const std::string_view name = localName(node.name());
+/// Whether the text in an element of that name is text of the paragraph. Files made from HTML have
+/// its tags too, with the text behind a `<br>` that they do not close inside of it.
+bool isInline(const char* name) noexcept {
   return is(name, "span") || is(name, "br") || is(name, "i") || is(name, "b") || is(name, "u");
 }
 
 /// What the name of an element says of style.
-void setStyleOfName(std::string_view name, TtmlStyle& style) noexcept {
-  if (is(name, "i")) style.italic = style.saysAnything = true;
-  if (is(name, "b")) style.bold = style.saysAnything = true;
-  if (is(name, "u")) style.underline = style.saysAnything = true;
+void setStyleOfName(const char* name, TtmlStyle& style) noexcept {
+  if (is(name, "i")) style.set(TtmlStyle::kItalic, true);
+  if (is(name, "b")) style.set(TtmlStyle::kBold, true);
+  if (is(name, "u")) style.set(TtmlStyle::kUnderline, true);
 }
 
 }  // namespace
 
-double TtmlParagraphs::write(pugi::xml_node node, const TtmlContext& context, int line) {
-  node_ = node;
+double TtmlParagraphs::write(pugi::xml_node node, TtmlContext context, int line) {
   line_ = line;
-  keepsSpace_ = context.keepsSpace;
-  spans_.clear();
+  parts_.clear();
   hasTimes_ = hasOwnText_ = false;
-  TtmlContext inner = context;
-  inner.style = document_.styles.initial();
-  if (context.region != nullptr) inner.style.take(*context.region);
-  inner.style.take(context.style);
-  style_ = inner.style;
-  const double end = collectSpans(node, inner, 0);
+  const TtmlStyle own = context.style;
+  context.style = document_.styles.initial();
+  if (context.region != nullptr) context.style.take(*context.region);
+  context.style.take(own);
+  alignment_ = context.style.alignment();
+  const double end = collect(node, context, 0);
   if (hasTimes_ && context.time.begin < context.time.end) {
     writeTimed(context.time);
   } else {
@@ -74,17 +66,21 @@ double TtmlParagraphs::write(pugi::xml_node node, const TtmlContext& context, in
 }
 
 /// Returns when the last of them is over.
-double TtmlParagraphs::collectSpans(pugi::xml_node node, const TtmlContext& context, int depth) {
+double TtmlParagraphs::collect(pugi::xml_node node, const TtmlContext& context, int depth) {
   double reference = context.time.begin;
   double last = reference;
-  for (pugi::xml_node child = node.first_child(); child; child = child.next_sibling()) {
-    const pugi::xml_node_type type = child.type();
-    if (isText(type)) {
-      if (isBlank(child.value())) continue;
-      last = TtmlInterval::kNever;
-      hasOwnText_ = hasOwnText_ || depth == 0;
-    } else if (isInline(child, type)) {
-      const double end = collectSpan(child, context, reference, depth);
+  const auto takeText = [&](const char* text, bool hasReferences) {
+    if (collectText(text, hasReferences, context, depth)) last = TtmlInterval::kNever;
+  };
+  // The parser keeps a text in front of all children with their parent.
+  if (const char* const text = node.value(); *text != '\0') takeText(text, true);
+  pugi::xml_node child = node.first_child();
+  for (pugi::xml_node_type type; (type = child.type()) != pugi::node_null;
+       child = child.next_sibling()) {
+    if (type != pugi::node_element) {
+      takeText(child.value(), type == pugi::node_pcdata);
+    } else if (const char* const name = localName(child.name()); isInline(name)) {
+      const double end = collectElement(child, name, context, reference, depth);
       if (context.isSequential) reference = end;
       last = std::max(last, end);
     }
@@ -92,26 +88,42 @@ double TtmlParagraphs::collectSpans(pugi::xml_node node, const TtmlContext& cont
   return last;
 }
 
-double TtmlParagraphs::collectSpan(pugi::xml_node node, const TtmlContext& outer, double reference,
-                                   int depth) {
+/// Whether it is more than white space.
+bool TtmlParagraphs::collectText(const char* text, bool hasReferences, const TtmlContext& context,
+                                 int depth) {
+  Part& part = parts_.emplace_back();
+  part.text = text;
+  part.style = context.style.toStyle();
+  part.keepsSpace = context.keepsSpace;
+  part.hasReferences = hasReferences;
+  if (isBlank(text)) return false;
+  hasOwnText_ = hasOwnText_ || depth == 0;
+  return true;
+}
+
+double TtmlParagraphs::collectElement(pugi::xml_node node, const char* name,
+                                      const TtmlContext& outer, double reference, int depth) {
   const TtmlElement element = readTtmlElement(node, document_.rates);
   TtmlContext context = document_.enter(element, outer, reference);
-  setStyleOfName(localName(node.name()), context.style);
+  setStyleOfName(name, context.style);
   hasTimes_ = hasTimes_ || element.hasTimes() || outer.isSequential;
   const bool isFollowed = depth < kMostTtmlDepth;
   if (element.hasBadTime || !isFollowed) sink_.notes().add(ksImportProblem::kUnsupported, line_);
-  const std::size_t place = spans_.size();
-  spans_.push_back({context.time, context.style.toStyle(), context.keepsSpace, isFollowed});
-  const double end = isFollowed ? collectSpans(node, context, depth + 1) : TtmlInterval::kNever;
-  spans_[place].next = spans_.size();
+  const std::size_t place = parts_.size();
+  Part& part = parts_.emplace_back();
+  part.endsLine = is(name, "br");
+  part.time = context.time;
+  const double end = isFollowed ? collect(node, context, depth + 1) : TtmlInterval::kNever;
+  parts_[place].next = parts_.size();
   return element.hasEnd() ? context.time.end : std::min(end, context.time.end);
 }
 
 /// Where something begins or ends within the paragraph, its own begin and end included.
 void TtmlParagraphs::findBoundaries(const TtmlInterval& time) {
   boundaries_ = {time.begin, time.end};
-  for (const Span& span : spans_) {
-    for (const double boundary : {span.time.begin, span.time.end}) {
+  for (const Part& part : parts_) {
+    if (part.text != nullptr) continue;
+    for (const double boundary : {part.time.begin, part.time.end}) {
       if (boundary > time.begin && boundary < time.end) boundaries_.push_back(boundary);
     }
   }
@@ -120,19 +132,19 @@ void TtmlParagraphs::findBoundaries(const TtmlInterval& time) {
 }
 
 /// From the first one to the last one, unless there is text that is in none.
-TtmlInterval TtmlParagraphs::timeOfSpans(const TtmlInterval& time) const noexcept {
+TtmlInterval TtmlParagraphs::timeOfElements(const TtmlInterval& time) const noexcept {
   if (hasOwnText_) return time;
   TtmlInterval all{TtmlInterval::kNever, time.begin};
-  for (const Span& span : spans_) {
-    if (span.time.begin >= std::min(span.time.end, time.end)) continue;
-    all.begin = std::min(all.begin, std::max(span.time.begin, time.begin));
-    all.end = std::max(all.end, std::min(span.time.end, time.end));
+  for (const Part& part : parts_) {
+    if (part.text != nullptr || part.time.begin >= std::min(part.time.end, time.end)) continue;
+    all.begin = std::min(all.begin, std::max(part.time.begin, time.begin));
+    all.end = std::max(all.end, std::min(part.time.end, time.end));
   }
   return all.begin < all.end ? all : time;
 }
 
-void TtmlParagraphs::showSpans(double time) noexcept {
-  for (Span& span : spans_) span.isShown = span.time.begin <= time && time < span.time.end;
+void TtmlParagraphs::showParts(double time) noexcept {
+  for (Part& part : parts_) part.isShown = part.text != nullptr || part.time.holds(time);
 }
 
 /// Where all times of a file count from its begin, those inside of paragraphs are of songs: they
@@ -144,7 +156,7 @@ void TtmlParagraphs::writeTimed(const TtmlInterval& time) {
     return writePieces();
   }
   if (!isSong) sink_.notes().add(ksImportProblem::kUnsupported, line_);
-  writeCue(timeOfSpans(time));
+  writeCue(timeOfElements(time));
   sink_.finish();
 }
 
@@ -155,8 +167,8 @@ void TtmlParagraphs::writePieces() {
   for (std::size_t i = 0; !isLast; ++i) {
     const bool isRest = pieceBytesLeft_ == 0;
     isLast = isRest || i + 2 == boundaries_.size();
-    showSpans(boundaries_[i]);
-    if (isRest) std::for_each(spans_.begin(), spans_.end(), [](Span& s) { s.isShown = true; });
+    showParts(boundaries_[i]);
+    if (isRest) std::for_each(parts_.begin(), parts_.end(), [](Part& p) { p.isShown = true; });
     writeCue({boundaries_[i], isRest ? boundaries_.back() : boundaries_[i + 1]});
     finishPiece(firstPiece);
   }
@@ -189,45 +201,39 @@ void TtmlParagraphs::writeCue(const TtmlInterval& time) {
   ksImportCue& cue = time.end == TtmlInterval::kNever
                          ? sink_.beginWithoutEnd(start, line_)
                          : sink_.begin(start, toMilliseconds(time.end), line_);
-  cue.alignment = style_.alignment();
-  span_ = 0;
+  cue.alignment = alignment_;
   isBehindSpace_ = true;
-  writeChildren(node_, style_.toStyle(), keepsSpace_);
+  writeShownParts();
 }
 
-void TtmlParagraphs::writeChildren(pugi::xml_node node, const Style& style, bool keepsSpace) {
-  for (pugi::xml_node child = node.first_child(); child; child = child.next_sibling()) {
-    const pugi::xml_node_type type = child.type();
-    if (isText(type)) {
-      sink_.text().setStyle(style);
-      const bool hasReferences = type == pugi::node_pcdata;
-      if (keepsSpace) {
-        writeTextAsItIs(child.value(), hasReferences);
-      } else {
-        writeText(child.value(), hasReferences);
-      }
-    } else if (isInline(child, type)) {
-      writeSpan(child);
+void TtmlParagraphs::writeShownParts() {
+  for (std::size_t i = 0; i < parts_.size();) {
+    const Part& part = parts_[i];
+    if (!part.isShown) {
+      i = part.next;
+      continue;
+    }
+    ++i;
+    if (part.text != nullptr) {
+      writeText(part);
+    } else if (part.endsLine) {
+      sink_.text().endLine();
+      isBehindSpace_ = true;
     }
   }
 }
 
-void TtmlParagraphs::writeSpan(pugi::xml_node node) {
-  const Span& span = spans_[span_];
-  if (!span.isShown) {
-    span_ = span.next;
-    return;
+void TtmlParagraphs::writeText(const Part& part) {
+  sink_.text().setStyle(part.style);
+  if (part.keepsSpace) {
+    writeTextAsItIs(part.text, part.hasReferences);
+  } else {
+    writeTextWithSpaces(part.text, part.hasReferences);
   }
-  ++span_;
-  if (is(localName(node.name()), "br")) {
-    sink_.text().endLine();
-    isBehindSpace_ = true;
-  }
-  if (span.isFollowed) writeChildren(node, span.style, span.keepsSpace);
 }
 
 /// White space becomes one space each.
-void TtmlParagraphs::writeText(std::string_view text, bool hasReferences) {
+void TtmlParagraphs::writeTextWithSpaces(std::string_view text, bool hasReferences) {
   while (!text.empty()) {
     if (isXmlSpace(text.front())) {
       writeSpace();

@@ -21,31 +21,37 @@ class TtmlParagraphs {
 
   /// Writes the paragraph that `node` is and which begins at `line`. `context` holds within it.
   /// Returns when what it holds is over; TtmlInterval::kNever if nothing says so.
-  double write(pugi::xml_node node, const TtmlContext& context, int line);
+  double write(pugi::xml_node node, TtmlContext context, int line);
 
  private:
-  /// An element within the paragraph.
-  struct Span {
-    TtmlInterval time;
+  /// A text or an element within the paragraph.
+  struct Part {
+    const char* text;  // null of an element
+    // Of a text.
     Style style;
     bool keepsSpace;
-    bool isFollowed;  // it does not stand too deep
+    bool hasReferences;
+    // Of an element.
+    bool endsLine;
     bool isShown = true;
-    std::size_t next = 0;  // the first one that is not inside of it
+    TtmlInterval time;
+    std::size_t next;  // the first one that is not inside of it
   };
 
-  double collectSpans(pugi::xml_node node, const TtmlContext& context, int depth);
-  double collectSpan(pugi::xml_node node, const TtmlContext& outer, double reference, int depth);
+  double collect(pugi::xml_node node, const TtmlContext& context, int depth);
+  double collectElement(pugi::xml_node node, const char* name, const TtmlContext& outer,
+                        double reference, int depth);
+  bool collectText(const char* text, bool hasReferences, const TtmlContext& context, int depth);
   void findBoundaries(const TtmlInterval& time);
-  TtmlInterval timeOfSpans(const TtmlInterval& time) const noexcept;
-  void showSpans(double time) noexcept;
+  TtmlInterval timeOfElements(const TtmlInterval& time) const noexcept;
+  void showParts(double time) noexcept;
   void writeTimed(const TtmlInterval& time);
   void writePieces();
   void finishPiece(std::size_t firstPiece);
   void writeCue(const TtmlInterval& time);
-  void writeChildren(pugi::xml_node node, const Style& style, bool keepsSpace);
-  void writeSpan(pugi::xml_node node);
-  void writeText(std::string_view text, bool hasReferences);
+  void writeShownParts();
+  void writeText(const Part& part);
+  void writeTextWithSpaces(std::string_view text, bool hasReferences);
   void writeSpace();
   void writeTextAsItIs(std::string_view text, bool hasReferences);
 
@@ -53,17 +59,13 @@ class TtmlParagraphs {
   CueSink& sink_;
   std::size_t pieceBytesLeft_;
   // The paragraph that is being written.
-  pugi::xml_node node_;
-  TtmlStyle style_;
-  bool keepsSpace_ = false;
+  int alignment_ = 0;
   int line_ = 0;
-  std::vector<Span> spans_;  // in the order of the file
+  std::vector<Part> parts_;  // in the order of the file
   bool hasTimes_ = false;    // elements in it have
   bool hasOwnText_ = false;  // there is text in none of them
   std::vector<double> boundaries_;
-  // The cue that is being written.
-  std::size_t span_ = 0;  // the next one
-  bool isBehindSpace_ = true;
+  bool isBehindSpace_ = true;  // in the cue that is being written
 };
 
 }  // namespace kssubtitle::importing

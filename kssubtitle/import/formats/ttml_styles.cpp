@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <cstddef>
+#include <cstring>
 
 #include "kssubtitle/import/formats/numbers.h"
 #include "kssubtitle/import/formats/ttml_names.h"
@@ -63,20 +64,6 @@ std::optional<int> columnOf(std::string_view align) noexcept {
   return align == "end" || align == "right" ? std::optional(3) : std::nullopt;
 }
 
-void setDecoration(std::string_view value, TtmlStyle& style) noexcept {
-  for (std::string_view word; !(word = takeWord(value)).empty();) {
-    if (word == "underline") style.underline = true;
-    if (word == "lineThrough") style.strikeOut = true;
-    if (word == "noUnderline" || word == "none") style.underline = false;
-    if (word == "noLineThrough" || word == "none") style.strikeOut = false;
-  }
-}
-
-template <typename T>
-void takeIfSaid(std::optional<T>& to, const std::optional<T>& from) noexcept {
-  if (from) to = from;
-}
-
 std::string_view valueOf(pugi::xml_node node, std::string_view name) noexcept {
   for (const pugi::xml_attribute attribute : node.attributes()) {
     if (localName(attribute.name()) == name) return attribute.value();
@@ -86,58 +73,44 @@ std::string_view valueOf(pugi::xml_node node, std::string_view name) noexcept {
 
 }  // namespace
 
-void TtmlStyle::set(std::string_view name, std::string_view value) noexcept {
-  saysAnything = true;
-  if (is(name, "color")) takeIfSaid(colour, ttmlColour(value));
-  if (is(name, "fontStyle")) italic = value == "italic" || value == "oblique";
-  if (is(name, "fontWeight")) bold = value == "bold";
-  if (is(name, "textDecoration")) setDecoration(value, *this);
-  if (is(name, "textAlign")) takeIfSaid(column, columnOf(value));
-  if (is(name, "displayAlign")) takeIfSaid(anchor, anchorOf(value));
-  if (is(name, "origin")) takeIfSaid(top, verticalIn(value));
-  if (is(name, "extent")) takeIfSaid(height, verticalIn(value));
+void TtmlStyle::set(const char* name, const char* value) noexcept {
+  if (is(name, "color")) setIfSaid(kColour, colour_, ttmlColour(value));
+  if (is(name, "fontStyle")) set(kItalic, is(value, "italic") || is(value, "oblique"));
+  if (is(name, "fontWeight")) set(kBold, is(value, "bold"));
+  if (is(name, "textDecoration")) setDecoration(value);
+  if (is(name, "textAlign")) setIfSaid(kColumn, column_, columnOf(value));
+  if (is(name, "displayAlign")) setIfSaid(kAnchor, anchor_, anchorOf(value));
+  if (is(name, "origin")) setIfSaid(kTop, top_, verticalIn(value));
+  if (is(name, "extent")) setIfSaid(kHeight, height_, verticalIn(value));
 }
 
-void TtmlStyle::takeWhatIsSaid(const TtmlStyle& other) noexcept {
-  if (!saysAnything) {
-    *this = other;
-    return;
+void TtmlStyle::setDecoration(std::string_view value) noexcept {
+  for (std::string_view word; !(word = takeWord(value)).empty();) {
+    if (word == "underline") set(kUnderline, true);
+    if (word == "lineThrough") set(kStrikeOut, true);
+    if (word == "noUnderline" || word == "none") set(kUnderline, false);
+    if (word == "noLineThrough" || word == "none") set(kStrikeOut, false);
   }
-  takeIfSaid(italic, other.italic);
-  takeIfSaid(bold, other.bold);
-  takeIfSaid(underline, other.underline);
-  takeIfSaid(strikeOut, other.strikeOut);
-  takeIfSaid(colour, other.colour);
-  takeIfSaid(column, other.column);
-  takeIfSaid(top, other.top);
-  takeIfSaid(height, other.height);
-  takeIfSaid(anchor, other.anchor);
-}
-
-Style TtmlStyle::toStyle() const noexcept {
-  return {italic.value_or(false), bold.value_or(false), underline.value_or(false),
-          strikeOut.value_or(false), colour.value_or(Style::kNoColour)};
 }
 
 int TtmlStyle::alignment() const noexcept {
   int row = 0;
-  if (top || anchor) {
-    const double begin = top.value_or(0);
-    const double text = begin + height.value_or(1 - begin) * anchor.value_or(0);
+  if (says(kTop | kAnchor)) {
+    const double text = top_ + (says(kHeight) ? height_ : 1 - top_) * anchor_;
     row = text < 1.0 / 3 ? 2 : (text < 2.0 / 3 ? 1 : 0);
   }
-  return 3 * row + column.value_or(2);
+  return 3 * row + column_;
 }
 
 void TtmlStyles::readHead(pugi::xml_node head) {
   if (hasHead_) return;
-  hasHead_ = !head.first_child().empty();
+  hasHead_ = !head.first_child().empty() || *head.value() != '\0';
   for (const pugi::xml_node part : head) {
     for (const pugi::xml_node node : part) {
-      const std::string_view name = localName(node.name());
-      if (name == "style") add(styles_, node);
-      if (name == "region") add(regions_, node);
-      if (name != "initial") continue;
+      const char* const name = localName(node.name());
+      if (is(name, "style")) add(styles_, node);
+      if (is(name, "region")) add(regions_, node);
+      if (!is(name, "initial")) continue;
       for (const pugi::xml_attribute attribute : node.attributes()) {
         initial_.set(localName(attribute.name()), attribute.value());
       }
@@ -145,21 +118,21 @@ void TtmlStyles::readHead(pugi::xml_node head) {
   }
   for (const auto& [name, definition] : styles_) find(styles_, name, 0);
   for (const auto& [name, definition] : regions_) find(regions_, name, 0);
-  lastNames_ = lastRegionName_ = {};
+  lastNames_ = lastRegionName_ = "";
   lastNamed_ = {};
   lastRegion_ = nullptr;
 }
 
-const TtmlStyle& TtmlStyles::named(std::string_view names) {
-  if (names != lastNames_) {
+const TtmlStyle& TtmlStyles::named(const char* names) {
+  if (std::strcmp(names, lastNames_) != 0) {
     lastNamed_ = named(names, 0);
     lastNames_ = names;
   }
   return lastNamed_;
 }
 
-const TtmlStyle* TtmlStyles::region(std::string_view name) {
-  if (name != lastRegionName_) {
+const TtmlStyle* TtmlStyles::region(const char* name) {
+  if (std::strcmp(name, lastRegionName_) != 0) {
     lastRegion_ = find(regions_, name, 0);
     lastRegionName_ = name;
   }
@@ -188,7 +161,7 @@ const TtmlStyle* TtmlStyles::find(Definitions& definitions, std::string_view nam
 TtmlStyle TtmlStyles::resolve(pugi::xml_node node, int depth) {
   TtmlStyle style = named(valueOf(node, "style"), depth + 1);
   for (const pugi::xml_node inner : node) {
-    if (localName(inner.name()) == "style" && depth < kMostReferences) {
+    if (is(localName(inner.name()), "style") && depth < kMostReferences) {
       style.take(resolve(inner, depth + 1));
     }
   }

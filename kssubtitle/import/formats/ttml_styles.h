@@ -11,31 +11,56 @@
 namespace kssubtitle::importing {
 
 /// What an element says of style; what it does not say is as round it.
-struct TtmlStyle {
-  bool saysAnything = false;
-  std::optional<bool> italic;
-  std::optional<bool> bold;
-  std::optional<bool> underline;
-  std::optional<bool> strikeOut;
-  std::optional<int> colour;
-  std::optional<int> column;  ///< 1 to 3 from the left.
-  // Of a region, in parts of the picture's height.
-  std::optional<double> top;
-  std::optional<double> height;
-  std::optional<double> anchor;  ///< Where in the region its text stands: 0 at its top, 1 below.
+class TtmlStyle {
+ public:
+  /// What is either on or off.
+  enum Switch : unsigned { kItalic = 1, kBold = 2, kUnderline = 4, kStrikeOut = 8 };
 
   /// Takes note of an attribute, if it is one of style.
-  void set(std::string_view name, std::string_view value) noexcept;
+  void set(const char* name, const char* value) noexcept;
+  void set(Switch property, bool isOn) noexcept {
+    said_ |= property;
+    switches_ = isOn ? switches_ | property : switches_ & ~property;
+  }
   /// Takes over all that `other` says.
   void take(const TtmlStyle& other) noexcept {
-    if (other.saysAnything) takeWhatIsSaid(other);
+    if (other.said_ == 0) return;
+    switches_ = (switches_ & ~other.said_) | other.switches_;
+    if (other.says(kColour)) colour_ = other.colour_;
+    if (other.says(kColumn)) column_ = other.column_;
+    if (other.says(kTop)) top_ = other.top_;
+    if (other.says(kHeight)) height_ = other.height_;
+    if (other.says(kAnchor)) anchor_ = other.anchor_;
+    said_ |= other.said_;
   }
-  Style toStyle() const noexcept;
+  Style toStyle() const noexcept {
+    return {isOn(kItalic), isOn(kBold), isOn(kUnderline), isOn(kStrikeOut), colour_};
+  }
   /// 1 to 9 as on a number pad.
   int alignment() const noexcept;
 
  private:
-  void takeWhatIsSaid(const TtmlStyle& other) noexcept;
+  enum Value : unsigned { kColour = 16, kColumn = 32, kTop = 64, kHeight = 128, kAnchor = 256 };
+
+  bool says(unsigned properties) const noexcept { return (said_ & properties) != 0; }
+  bool isOn(Switch property) const noexcept { return (switches_ & property) != 0; }
+  template <typename T>
+  void setIfSaid(Value property, T& to, const std::optional<T>& value) noexcept {
+    if (!value) return;
+    said_ |= property;
+    to = *value;
+  }
+  void setDecoration(std::string_view value) noexcept;
+
+  // What is not said is as where nobody says anything.
+  unsigned said_ = 0;
+  unsigned switches_ = 0;
+  int colour_ = Style::kNoColour;
+  int column_ = 2;  // 1 to 3 from the left
+  // Of a region, in parts of the picture's height.
+  double top_ = 0;
+  double height_ = 1;
+  double anchor_ = 0;  // where in the region its text stands: 0 at its top, 1 below
 };
 
 /// The styles and regions that the head of a document defines. Their names are those in the
@@ -45,9 +70,9 @@ class TtmlStyles {
   /// Reads the first head that holds anything; a document has one.
   void readHead(pugi::xml_node head);
   /// What the styles of these names say together; what a later one says counts.
-  const TtmlStyle& named(std::string_view names);
+  const TtmlStyle& named(const char* names);
   /// What a region hands on to what stands in it; null if there is none of that name.
-  const TtmlStyle* region(std::string_view name);
+  const TtmlStyle* region(const char* name);
   /// What holds where nobody says anything.
   const TtmlStyle& initial() const noexcept { return initial_; }
 
@@ -70,9 +95,9 @@ class TtmlStyles {
   TtmlStyle initial_;
   bool hasHead_ = false;
   // What was asked for last: one paragraph after the other asks for the same.
-  std::string_view lastNames_;
+  const char* lastNames_ = "";
   TtmlStyle lastNamed_;
-  std::string_view lastRegionName_;
+  const char* lastRegionName_ = "";
   const TtmlStyle* lastRegion_ = nullptr;
 };
 

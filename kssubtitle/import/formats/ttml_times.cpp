@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <cstddef>
+#include <string_view>
 
 #include "kssubtitle/import/formats/frames.h"
 #include "kssubtitle/import/formats/numbers.h"
@@ -85,38 +86,23 @@ double lengthOfFrames(const Digits& frames, const Fraction& subFrames,
 }
 
 /// The time that `text` is if it is of the usual form, "hh:mm:ss.fff".
-std::optional<double> usualTime(std::string_view text) noexcept {
-  constexpr std::string_view kForm = "00:00:00.000";
-  if (text.size() != kForm.size()) return std::nullopt;
-  for (std::size_t i = 0; i < kForm.size(); ++i) {
-    if (kForm[i] == '0' ? !isDigit(text[i]) : text[i] != kForm[i]) return std::nullopt;
+std::optional<double> usualTime(const char* text) noexcept {
+  int time = 0;
+  const auto takePair = [&](char behind, int unit) {
+    if (!isDigit(text[0]) || !isDigit(text[1]) || text[2] != behind) return false;
+    time += ((text[0] - '0') * 10 + (text[1] - '0')) * unit;
+    text += 3;
+    return true;
+  };
+  if (!takePair(':', 3600000) || !takePair(':', 60000) || !takePair('.', 1000)) return std::nullopt;
+  if (!isDigit(text[0]) || !isDigit(text[1]) || !isDigit(text[2]) || text[3] != '\0') {
+    return std::nullopt;
   }
-  const auto number = [text](std::size_t at) { return (text[at] - '0') * 10 + text[at + 1] - '0'; };
-  const int seconds = (number(0) * 60 + number(3)) * 60 + number(6);
-  return seconds * 1000.0 + number(9) * 10 + (text[11] - '0');
+  return time + (text[0] - '0') * 100 + (text[1] - '0') * 10 + (text[2] - '0');
 }
 
-}  // namespace
-
-TtmlRates ttmlRatesOf(pugi::xml_node root, double frameRate) noexcept {
-  TtmlRates rates;
-  double multiplier = 1;
-  std::optional<double> frames;
-  std::optional<double> ticks;
-  for (const pugi::xml_attribute attribute : root.attributes()) {
-    const std::string_view name = localName(attribute.name());
-    if (name == "frameRate") frames = rateIn(attribute.value());
-    if (name == "frameRateMultiplier") multiplier = multiplierIn(attribute.value());
-    if (name == "subFrameRate") rates.subFrames = rateIn(attribute.value()).value_or(1);
-    if (name == "tickRate") ticks = tickRateIn(attribute.value());
-  }
-  rates.frames = frames.value_or(usableFrameRate(frameRate).value_or(rates.frames)) * multiplier;
-  rates.ticks = ticks.value_or(frames ? rates.frames * rates.subFrames : 1);
-  return rates;
-}
-
-std::optional<double> ttmlTime(std::string_view text, const TtmlRates& rates) noexcept {
-  if (const auto usual = usualTime(text)) return usual;
+/// The time that `text` is in any form.
+std::optional<double> anyTime(std::string_view text, const TtmlRates& rates) noexcept {
   constexpr std::size_t kMostFields = 4;
   Digits fields[kMostFields];
   std::size_t count = 0;
@@ -135,6 +121,30 @@ std::optional<double> ttmlTime(std::string_view text, const TtmlRates& rates) no
   }
   if (count < kMostFields) return lengthOf(seconds, *fraction, *unit);
   return seconds * 1000 + lengthOfFrames(fields[3], *fraction, rates);
+}
+
+}  // namespace
+
+TtmlRates ttmlRatesOf(pugi::xml_node root, double frameRate) noexcept {
+  TtmlRates rates;
+  double multiplier = 1;
+  std::optional<double> frames;
+  std::optional<double> ticks;
+  for (const pugi::xml_attribute attribute : root.attributes()) {
+    const char* const name = localName(attribute.name());
+    if (is(name, "frameRate")) frames = rateIn(attribute.value());
+    if (is(name, "frameRateMultiplier")) multiplier = multiplierIn(attribute.value());
+    if (is(name, "subFrameRate")) rates.subFrames = rateIn(attribute.value()).value_or(1);
+    if (is(name, "tickRate")) ticks = tickRateIn(attribute.value());
+  }
+  rates.frames = frames.value_or(usableFrameRate(frameRate).value_or(rates.frames)) * multiplier;
+  rates.ticks = ticks.value_or(frames ? rates.frames * rates.subFrames : 1);
+  return rates;
+}
+
+std::optional<double> ttmlTime(const char* text, const TtmlRates& rates) noexcept {
+  const auto usual = usualTime(text);
+  return usual ? usual : anyTime(text, rates);
 }
 
 }  // namespace kssubtitle::importing

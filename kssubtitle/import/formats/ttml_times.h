@@ -3,7 +3,6 @@
 
 #include <optional>
 #include <pugixml.hpp>
-#include <string_view>
 
 namespace kssubtitle::importing {
 
@@ -20,6 +19,6 @@ TtmlRates ttmlRatesOf(pugi::xml_node root, double frameRate) noexcept;
 
 /// The milliseconds, not rounded, of "h:m:s", with a fraction or frames behind it, "m:s", "s", or a
 /// number and one of the units h, m, s, ms, f and t; nothing if `text` is none of these.
-std::optional<double> ttmlTime(std::string_view text, const TtmlRates& rates) noexcept;
+std::optional<double> ttmlTime(const char* text, const TtmlRates& rates) noexcept;
 
 }  // namespace kssubtitle::importing
