@@ -95,7 +95,7 @@ class TtmlReader {
   double readChildren(pugi::xml_node parent, const TtmlContext& context, int depth);
   double readTimed(pugi::xml_node node, const char* name, const TtmlContext& outer,
                    double reference, int depth);
-  double readParagraph(pugi::xml_node node, const TtmlContext& context, double outerEnd);
+  double readParagraph(pugi::xml_node node, TtmlContext& context, double outerEnd);
   void listLanguages();
   void leaveOtherLanguages();
   int languageOf(std::string_view name);
@@ -193,7 +193,7 @@ double TtmlReader::readTimed(pugi::xml_node node, const char* name, const TtmlCo
   return element.hasEnd() ? context.time.end : std::min(end, context.time.end);
 }
 
-double TtmlReader::readParagraph(pugi::xml_node node, const TtmlContext& context, double outerEnd) {
+double TtmlReader::readParagraph(pugi::xml_node node, TtmlContext& context, double outerEnd) {
   const int line = lineAt(xml_.placeOf(node));
   if (context.time.begin >= outerEnd) {
     sink_.notes().add(ksImportProblem::kOutsideParent, line);

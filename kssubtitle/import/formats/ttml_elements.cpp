@@ -11,8 +11,13 @@ namespace {
 void setTime(std::optional<double>& time, const char* value, const TtmlRates& rates,
              TtmlElement& element) noexcept {
   if (*value == '\0' || is(value, "indefinite")) return;
-  time = ttmlTime(value, rates);
-  if (!time) element.hasBadTime = true;
+  double read = 0;
+  if (readTtmlTime(value, rates, read)) {
+    time = read;
+  } else {
+    time.reset();
+    element.hasBadTime = true;
+  }
 }
 
 /// When an element is shown that counts from `origin`, or begins at `reference` if it does not say.

@@ -37,6 +37,12 @@ bool isInline(const char* name) noexcept {
   return is(name, "span") || is(name, "br") || is(name, "i") || is(name, "b") || is(name, "u");
 }
 
+/// Returns what stands behind it.
+std::string_view writeReference(std::string_view text, CueText& out) {
+  takeHtmlEntity(text, out);
+  return text;
+}
+
 /// What the name of an element says of style.
 void setStyleOfName(const char* name, TtmlStyle& style) noexcept {
   if (is(name, "i")) style.set(TtmlStyle::kItalic, true);
@@ -46,14 +52,12 @@ void setStyleOfName(const char* name, TtmlStyle& style) noexcept {
 
 }  // namespace
 
-double TtmlParagraphs::write(pugi::xml_node node, TtmlContext context, int line) {
+double TtmlParagraphs::write(pugi::xml_node node, TtmlContext& context, int line) {
   line_ = line;
   parts_.clear();
   hasTimes_ = hasOwnText_ = false;
-  const TtmlStyle own = context.style;
-  context.style = document_.styles.initial();
-  if (context.region != nullptr) context.style.take(*context.region);
-  context.style.take(own);
+  if (context.region != nullptr) context.style.fillIn(*context.region);
+  context.style.fillIn(document_.styles.initial());
   alignment_ = context.style.alignment();
   const double end = collect(node, context, 0);
   if (hasTimes_ && context.time.begin < context.time.end) {
@@ -93,7 +97,7 @@ bool TtmlParagraphs::collectText(const char* text, bool hasReferences, const Ttm
                                  int depth) {
   Part& part = parts_.emplace_back();
   part.text = text;
-  part.style = context.style.toStyle();
+  if (sink_.text().isHtml()) part.style = context.style.toStyle();
   part.keepsSpace = context.keepsSpace;
   part.hasReferences = hasReferences;
   if (isBlank(text)) return false;
@@ -239,7 +243,7 @@ void TtmlParagraphs::writeTextWithSpaces(std::string_view text, bool hasReferenc
       writeSpace();
       text.remove_prefix(1);
     } else if (hasReferences && text.front() == '&') {
-      takeHtmlEntity(text, sink_.text());
+      text = writeReference(text, sink_.text());
       isBehindSpace_ = false;
     } else {
       const std::size_t length = 1 + findAnyOrBlanks<'\n', '\t', '\r', '&'>(text.substr(1));
@@ -263,7 +267,7 @@ void TtmlParagraphs::writeTextAsItIs(std::string_view text, bool hasReferences) 
       sink_.text().endLine();
       text.remove_prefix(1);
     } else if (hasReferences && text.front() == '&') {
-      takeHtmlEntity(text, sink_.text());
+      text = writeReference(text, sink_.text());
     } else {
       const std::size_t length = 1 + findAny<'\n', '\r', '&'>(text.substr(1));
       sink_.text().append(text.substr(0, length));

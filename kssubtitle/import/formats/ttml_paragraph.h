@@ -19,9 +19,10 @@ class TtmlParagraphs {
   TtmlParagraphs(TtmlDocument& document, CueSink& sink, std::size_t mostPieceBytes) noexcept
       : document_(document), sink_(sink), pieceBytesLeft_(mostPieceBytes) {}
 
-  /// Writes the paragraph that `node` is and which begins at `line`. `context` holds within it.
+  /// Writes the paragraph that `node` is and which begins at `line`. `context` holds within it, and
+  /// takes over the style of its region.
   /// Returns when what it holds is over; TtmlInterval::kNever if nothing says so.
-  double write(pugi::xml_node node, TtmlContext context, int line);
+  double write(pugi::xml_node node, TtmlContext& context, int line);
 
  private:
   /// A text or an element within the paragraph.

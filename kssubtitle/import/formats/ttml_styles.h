@@ -23,16 +23,9 @@ class TtmlStyle {
     switches_ = isOn ? switches_ | property : switches_ & ~property;
   }
   /// Takes over all that `other` says.
-  void take(const TtmlStyle& other) noexcept {
-    if (other.said_ == 0) return;
-    switches_ = (switches_ & ~other.said_) | other.switches_;
-    if (other.says(kColour)) colour_ = other.colour_;
-    if (other.says(kColumn)) column_ = other.column_;
-    if (other.says(kTop)) top_ = other.top_;
-    if (other.says(kHeight)) height_ = other.height_;
-    if (other.says(kAnchor)) anchor_ = other.anchor_;
-    said_ |= other.said_;
-  }
+  void take(const TtmlStyle& other) noexcept { take(other, other.said_); }
+  /// Takes over what `other` says and this does not.
+  void fillIn(const TtmlStyle& other) noexcept { take(other, other.said_ & ~said_); }
   Style toStyle() const noexcept {
     return {isOn(kItalic), isOn(kBold), isOn(kUnderline), isOn(kStrikeOut), colour_};
   }
@@ -42,6 +35,16 @@ class TtmlStyle {
  private:
   enum Value : unsigned { kColour = 16, kColumn = 32, kTop = 64, kHeight = 128, kAnchor = 256 };
 
+  void take(const TtmlStyle& other, unsigned properties) noexcept {
+    if (properties == 0) return;
+    said_ |= properties;
+    switches_ = (switches_ & ~properties) | (other.switches_ & properties);
+    if ((properties & kColour) != 0) colour_ = other.colour_;
+    if ((properties & kColumn) != 0) column_ = other.column_;
+    if ((properties & kTop) != 0) top_ = other.top_;
+    if ((properties & kHeight) != 0) height_ = other.height_;
+    if ((properties & kAnchor) != 0) anchor_ = other.anchor_;
+  }
   bool says(unsigned properties) const noexcept { return (said_ & properties) != 0; }
   bool isOn(Switch property) const noexcept { return (switches_ & property) != 0; }
   template <typename T>

@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <cstddef>
+#include <optional>
 #include <string_view>
 
 #include "kssubtitle/import/formats/frames.h"
@@ -85,20 +86,19 @@ double lengthOfFrames(const Digits& frames, const Fraction& subFrames,
   return count * 1000 / rates.frames;
 }
 
-/// The time that `text` is if it is of the usual form, "hh:mm:ss.fff".
-std::optional<double> usualTime(const char* text) noexcept {
-  int time = 0;
+/// Reads the usual form, "hh:mm:ss.fff", at once.
+bool readUsualTime(const char* text, double& time) noexcept {
+  int milliseconds = 0;
   const auto takePair = [&](char behind, int unit) {
     if (!isDigit(text[0]) || !isDigit(text[1]) || text[2] != behind) return false;
-    time += ((text[0] - '0') * 10 + (text[1] - '0')) * unit;
+    milliseconds += ((text[0] - '0') * 10 + (text[1] - '0')) * unit;
     text += 3;
     return true;
   };
-  if (!takePair(':', 3600000) || !takePair(':', 60000) || !takePair('.', 1000)) return std::nullopt;
-  if (!isDigit(text[0]) || !isDigit(text[1]) || !isDigit(text[2]) || text[3] != '\0') {
-    return std::nullopt;
-  }
-  return time + (text[0] - '0') * 100 + (text[1] - '0') * 10 + (text[2] - '0');
+  if (!takePair(':', 3600000) || !takePair(':', 60000) || !takePair('.', 1000)) return false;
+  if (!isDigit(text[0]) || !isDigit(text[1]) || !isDigit(text[2]) || text[3] != '\0') return false;
+  time = milliseconds + (text[0] - '0') * 100 + (text[1] - '0') * 10 + (text[2] - '0');
+  return true;
 }
 
 /// The time that `text` is in any form.
@@ -142,9 +142,11 @@ TtmlRates ttmlRatesOf(pugi::xml_node root, double frameRate) noexcept {
   return rates;
 }
 
-std::optional<double> ttmlTime(const char* text, const TtmlRates& rates) noexcept {
-  const auto usual = usualTime(text);
-  return usual ? usual : anyTime(text, rates);
+bool readTtmlTime(const char* text, const TtmlRates& rates, double& time) noexcept {
+  if (readUsualTime(text, time)) return true;
+  const auto read = anyTime(text, rates);
+  if (read) time = *read;
+  return read.has_value();
 }
 
 }  // namespace kssubtitle::importing
