@@ -146,7 +146,7 @@ void TtmlReader::readRoot(pugi::xml_node root) {
   document_.rates = ttmlRatesOf(root, input_.options.frameRate);
   const TtmlElement element = readTtmlElement(root, document_.rates);
   TtmlContext context;
-  context.keepsSpace = element.keepsSpace.value_or(false);
+  context.keepsSpace = element.keepsSpace;
   context.language = languageOf(element.language);
   body_ = division_ = context;
   readChildren(root, context, 0);

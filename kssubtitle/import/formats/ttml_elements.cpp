@@ -8,25 +8,24 @@
 namespace kssubtitle::importing {
 namespace {
 
-void setTime(std::optional<double>& time, const char* value, const TtmlRates& rates,
+void setTime(double& time, const char* value, const TtmlRates& rates,
              TtmlElement& element) noexcept {
-  if (*value == '\0' || is(value, "indefinite")) return;
-  double read = 0;
-  if (readTtmlTime(value, rates, read)) {
-    time = read;
-  } else {
-    time.reset();
+  const double read = ttmlTime(value, rates);
+  if (read < 0) {
+    if (*value == '\0' || is(value, "indefinite")) return;
     element.hasBadTime = true;
   }
+  time = read;
 }
 
 /// When an element is shown that counts from `origin`, or begins at `reference` if it does not say.
 TtmlInterval timeFrom(double origin, double reference, const TtmlElement& element,
                       const TtmlInterval& outer) noexcept {
   TtmlInterval time;
-  time.begin = element.begin ? origin + *element.begin : reference;
-  if (element.end) time.end = origin + *element.end;
-  if (element.duration) time.end = std::min(time.end, time.begin + *element.duration);
+  time.begin = TtmlElement::isSaid(element.begin) ? origin + element.begin : reference;
+  if (TtmlElement::isSaid(element.end)) time.end = origin + element.end;
+  if (TtmlElement::isSaid(element.duration))
+    time.end = std::min(time.end, time.begin + element.duration);
   time.end = std::min(time.end, outer.end);
   return time;
 }
@@ -45,6 +44,7 @@ bool takeAttribute(TtmlElement& element, const char* name, const char* value,
   } else if (is(name, "style")) {
     element.styleNames = value;
   } else if (is(name, "space")) {
+    element.saysSpace = true;
     element.keepsSpace = is(value, "preserve");
   } else if (is(name, "lang")) {
     element.language = value;
@@ -76,7 +76,8 @@ TtmlElement readTtmlElement(pugi::xml_node node, const TtmlRates& rates) noexcep
 
 TtmlInterval TtmlTimeline::place(const TtmlElement& element, const TtmlContext& outer,
                                  double reference) noexcept {
-  const bool isAbsolute = isAbsolute_ || (element.begin && isBetterAbsolute(*element.begin, outer));
+  const bool isAbsolute =
+      isAbsolute_ || (TtmlElement::isSaid(element.begin) && isBetterAbsolute(element.begin, outer));
   return timeFrom(isAbsolute ? 0 : reference, reference, element, outer.time);
 }
 
@@ -95,7 +96,7 @@ TtmlContext TtmlDocument::enter(const TtmlElement& element, const TtmlContext& o
   context.time = timeline.place(element, outer, reference);
   context.writtenTime = timeFrom(0, outer.writtenTime.begin, element, outer.writtenTime);
   context.isSequential = element.isSequential;
-  context.keepsSpace = element.keepsSpace.value_or(outer.keepsSpace);
+  if (element.saysSpace) context.keepsSpace = element.keepsSpace;
   if (*element.styleNames != '\0') context.style.take(styles.named(element.styleNames));
   context.style.take(element.style);
   if (*element.region == '\0') return context;

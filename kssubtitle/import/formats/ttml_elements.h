@@ -2,7 +2,6 @@
 #pragma once
 
 #include <limits>
-#include <optional>
 #include <pugixml.hpp>
 
 #include "kssubtitle/import/formats/ttml_styles.h"
@@ -13,21 +12,24 @@ namespace kssubtitle::importing {
 /// Elements are followed no deeper than this into each other.
 inline constexpr int kMostTtmlDepth = 100;
 
-/// The attributes of an element. Times are in milliseconds, from wherever they count.
+/// The attributes of an element. Times are in milliseconds, from wherever they count, and negative
+/// where it says none.
 struct TtmlElement {
-  std::optional<double> begin;
-  std::optional<double> end;
-  std::optional<double> duration;
+  double begin = -1;
+  double end = -1;
+  double duration = -1;
   bool hasBadTime = false;  ///< One cannot be read.
   bool isSequential = false;
-  std::optional<bool> keepsSpace;
+  bool saysSpace = false;
+  bool keepsSpace = false;
   const char* language = "";
   const char* region = "";
   const char* styleNames = "";
   TtmlStyle style;
 
-  bool hasTimes() const noexcept { return begin || end || duration; }
-  bool hasEnd() const noexcept { return end || duration; }
+  static constexpr bool isSaid(double time) noexcept { return time >= 0; }
+  bool hasTimes() const noexcept { return isSaid(begin) || hasEnd(); }
+  bool hasEnd() const noexcept { return isSaid(end) || isSaid(duration); }
 };
 
 TtmlElement readTtmlElement(pugi::xml_node node, const TtmlRates& rates) noexcept;

@@ -41,6 +41,7 @@ class TtmlStyle {
     switches_ = (switches_ & ~properties) | (other.switches_ & properties);
     if ((properties & kColour) != 0) colour_ = other.colour_;
     if ((properties & kColumn) != 0) column_ = other.column_;
+    if ((properties & (kTop | kHeight | kAnchor)) == 0) return;
     if ((properties & kTop) != 0) top_ = other.top_;
     if ((properties & kHeight) != 0) height_ = other.height_;
     if ((properties & kAnchor) != 0) anchor_ = other.anchor_;

@@ -86,34 +86,36 @@ double lengthOfFrames(const Digits& frames, const Fraction& subFrames,
   return count * 1000 / rates.frames;
 }
 
-/// Reads the usual form, "hh:mm:ss.fff", at once.
-bool readUsualTime(const char* text, double& time) noexcept {
-  int milliseconds = 0;
+constexpr double kNoTime = -1;
+
+/// The time that `text` is if it is of the usual form, "hh:mm:ss.fff".
+double usualTime(const char* text) noexcept {
+  int time = 0;
   const auto takePair = [&](char behind, int unit) {
     if (!isDigit(text[0]) || !isDigit(text[1]) || text[2] != behind) return false;
-    milliseconds += ((text[0] - '0') * 10 + (text[1] - '0')) * unit;
+    time += ((text[0] - '0') * 10 + (text[1] - '0')) * unit;
     text += 3;
     return true;
   };
-  if (!takePair(':', 3600000) || !takePair(':', 60000) || !takePair('.', 1000)) return false;
-  if (!isDigit(text[0]) || !isDigit(text[1]) || !isDigit(text[2]) || text[3] != '\0') return false;
-  time = milliseconds + (text[0] - '0') * 100 + (text[1] - '0') * 10 + (text[2] - '0');
-  return true;
+  if (!takePair(':', 3600000) || !takePair(':', 60000) || !takePair('.', 1000)) return kNoTime;
+  if (!isDigit(text[0]) || !isDigit(text[1]) || !isDigit(text[2]) || text[3] != '\0')
+    return kNoTime;
+  return time + (text[0] - '0') * 100 + (text[1] - '0') * 10 + (text[2] - '0');
 }
 
 /// The time that `text` is in any form.
-std::optional<double> anyTime(std::string_view text, const TtmlRates& rates) noexcept {
+double anyTime(std::string_view text, const TtmlRates& rates) noexcept {
   constexpr std::size_t kMostFields = 4;
   Digits fields[kMostFields];
   std::size_t count = 0;
   do {
     const auto digits = takeDigits(text);
-    if (!digits) return std::nullopt;
+    if (!digits) return kNoTime;
     fields[count++] = *digits;
   } while (count < kMostFields && (takeCharacter(text, ':') || takeCharacter(text, ';')));
   const auto fraction = takeFraction(text);
   const auto unit = unitOf(withoutBlanks(text), rates);
-  if (!fraction || !unit || (count > 1 && !withoutBlanks(text).empty())) return std::nullopt;
+  if (!fraction || !unit || (count > 1 && !withoutBlanks(text).empty())) return kNoTime;
   if (count == 1) return lengthOf(static_cast<double>(fields[0].value), *fraction, *unit);
   double seconds = 0;
   for (std::size_t i = 0; i < std::min<std::size_t>(count, 3); ++i) {
@@ -142,11 +144,9 @@ TtmlRates ttmlRatesOf(pugi::xml_node root, double frameRate) noexcept {
   return rates;
 }
 
-bool readTtmlTime(const char* text, const TtmlRates& rates, double& time) noexcept {
-  if (readUsualTime(text, time)) return true;
-  const auto read = anyTime(text, rates);
-  if (read) time = *read;
-  return read.has_value();
+double ttmlTime(const char* text, const TtmlRates& rates) noexcept {
+  const double usual = usualTime(text);
+  return usual >= 0 ? usual : anyTime(text, rates);
 }
 
 }  // namespace kssubtitle::importing

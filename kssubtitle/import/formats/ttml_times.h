@@ -16,8 +16,8 @@ struct TtmlRates {
 /// is usable.
 TtmlRates ttmlRatesOf(pugi::xml_node root, double frameRate) noexcept;
 
-/// Reads the milliseconds, not rounded, of "h:m:s", with a fraction or frames behind it, "m:s",
-/// "s", or a number and one of the units h, m, s, ms, f and t; false if `text` is none of these.
-bool readTtmlTime(const char* text, const TtmlRates& rates, double& time) noexcept;
+/// The milliseconds, not rounded, of "h:m:s", with a fraction or frames behind it, "m:s", "s", or a
+/// number and one of the units h, m, s, ms, f and t; negative if `text` is none of these.
+double ttmlTime(const char* text, const TtmlRates& rates) noexcept;
 
 }  // namespace kssubtitle::importing
