@@ -61,9 +61,9 @@ class XmlText {
     if (result.status == pugi::status_out_of_memory) throw std::bad_alloc();
     return result;
   }
-  /// Where in the text an element stands.
-  std::size_t placeOf(pugi::xml_node node) const noexcept {
-    return static_cast<std::size_t>(node.name() - characters_.get());
+  /// Where in the text a name stands.
+  std::size_t placeOf(const char* name) const noexcept {
+    return static_cast<std::size_t>(name - characters_.get());
   }
 
  private:
@@ -95,7 +95,8 @@ class TtmlReader {
   double readChildren(pugi::xml_node parent, const TtmlContext& context, int depth);
   double readTimed(pugi::xml_node node, const char* name, const TtmlContext& outer,
                    double reference, int depth);
-  double readParagraph(pugi::xml_node node, TtmlContext& context, double outerEnd);
+  double readParagraph(pugi::xml_node node, const char* name, TtmlContext& context,
+                       double outerEnd);
   void listLanguages();
   void leaveOtherLanguages();
   int languageOf(std::string_view name);
@@ -156,12 +157,15 @@ void TtmlReader::readRoot(pugi::xml_node root) {
 double TtmlReader::readChildren(pugi::xml_node parent, const TtmlContext& context, int depth) {
   double reference = context.time.begin;
   double last = reference;
-  for (pugi::xml_node child = parent.first_child(); child; child = child.next_sibling()) {
+  pugi::xml_node child = parent.first_child();
+  for (pugi::xml_node_type type; (type = child.type()) != pugi::node_null;
+       child = child.next_sibling()) {
+    if (type != pugi::node_element) continue;
     const char* const name = localName(child.name());
     if (is(name, "head")) document_.styles.readHead(child);
     if (!is(name, "p") && !is(name, "div") && !is(name, "body")) continue;
     if (depth == kMostTtmlDepth) {
-      sink_.notes().add(ksImportProblem::kUnsupported, lineAt(xml_.placeOf(child)));
+      sink_.notes().add(ksImportProblem::kUnsupported, lineAt(xml_.placeOf(name)));
       continue;
     }
     const double end = readTimed(child, name, context, reference, depth);
@@ -180,12 +184,12 @@ double TtmlReader::readTimed(pugi::xml_node node, const char* name, const TtmlCo
   if (element.hasBadTime) {
     sink_.notes().add(
         isParagraph ? ksImportProblem::kTimeUnreadable : ksImportProblem::kUnsupported,
-        lineAt(xml_.placeOf(node)));
+        lineAt(xml_.placeOf(name)));
   }
   if (isParagraph && element.hasBadTime) return reference;
   double end = 0;
   if (isParagraph) {
-    end = readParagraph(node, context, outer.time.end);
+    end = readParagraph(node, name, context, outer.time.end);
   } else {
     (is(name, "body") ? body_ : division_) = context;
     end = readChildren(node, context, depth + 1);
@@ -193,8 +197,9 @@ double TtmlReader::readTimed(pugi::xml_node node, const char* name, const TtmlCo
   return element.hasEnd() ? context.time.end : std::min(end, context.time.end);
 }
 
-double TtmlReader::readParagraph(pugi::xml_node node, TtmlContext& context, double outerEnd) {
-  const int line = lineAt(xml_.placeOf(node));
+double TtmlReader::readParagraph(pugi::xml_node node, const char* name, TtmlContext& context,
+                                 double outerEnd) {
+  const int line = lineAt(xml_.placeOf(name));
   if (context.time.begin >= outerEnd) {
     sink_.notes().add(ksImportProblem::kOutsideParent, line);
     return context.time.begin;
