@@ -95,14 +95,15 @@ double TtmlParagraphs::collect(pugi::xml_node node, const TtmlContext& context, 
 /// Whether it is more than white space.
 bool TtmlParagraphs::collectText(const char* text, bool hasReferences, const TtmlContext& context,
                                  int depth) {
+  if (*text == '\0') return false;
+  const bool isSpace = isBlank(text);
   Part& part = parts_.emplace_back();
-  part.text = text;
+  part.text = isSpace && !context.keepsSpace ? " " : text;
   if (sink_.text().isHtml()) part.style = context.style.toStyle();
   part.keepsSpace = context.keepsSpace;
   part.hasReferences = hasReferences;
-  if (isBlank(text)) return false;
-  hasOwnText_ = hasOwnText_ || depth == 0;
-  return true;
+  hasOwnText_ = hasOwnText_ || (!isSpace && depth == 0);
+  return !isSpace;
 }
 
 double TtmlParagraphs::collectElement(pugi::xml_node node, const char* name,
