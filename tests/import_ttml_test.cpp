@@ -151,6 +151,7 @@ std::vector<Case> textCases() {
        "1000-2000 a|b; 2000-3000 @5 c", "2 TagUnclosed"},
       {"Cut_off", "<tt><body>" + p + "a</p>\n" + p + "b <i>c", "1000-2000 a; 1000-2000 b c",
        "2 TagUnclosed; 2 Overlap"},
+      {"Cut_off_behind_a_line_feed", "<tt><body>\n" + p + "a\n", "1000-2000 a", "2 TagUnclosed"},
   };
 }
 

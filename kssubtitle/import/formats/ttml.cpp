@@ -138,7 +138,7 @@ std::size_t TtmlReader::readOn(std::size_t from) {
   const std::size_t error = from + static_cast<std::size_t>(result.offset);
   const std::size_t next = findElement(text_, std::max(error, from + 1));
   if (error >= text_.size() || from == 0 || !endsOther(text_, error)) {
-    sink_.notes().add(ksImportProblem::kTagUnclosed, lineAt(std::min(error, text_.size())));
+    sink_.notes().add(ksImportProblem::kTagUnclosed, lineAt(std::min(error, text_.size() - 1)));
   }
   return next;
 }
