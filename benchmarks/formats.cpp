@@ -192,7 +192,8 @@ Cues syncs(std::string_view rest) {
 Cues xmlElements(std::string_view text) {
   std::string copy(text);
   pugi::xml_document document;
-  document.load_buffer_inplace(copy.data(), copy.size(), pugi::parse_ws_pcdata | pugi::parse_cdata,
+  document.load_buffer_inplace(copy.data(), copy.size(),
+                               pugi::parse_ws_pcdata | pugi::parse_cdata | pugi::parse_embed_pcdata,
                                pugi::encoding_utf8);
   const pugi::xml_node division = document.document_element().child("body").child("div");
   Cues cues;

@@ -49,14 +49,20 @@ std::vector<Case> timeCases() {
   return {
       {"Clock",
        body("<p begin='1:2:3' end='01:02:03.25'>a</p><p begin=' 62:05,5' end='3726s'>b</p>"),
-       "3723000-3723250 a; 3725500-3726000 b"},
+       "3723000-3723250 a; 3725500-3726000 b", "1 TimeRepaired"},
       {"Units",
        body("<p begin='0.5m' dur='1.5s'>a</p><p begin='0.01h' dur='250ms'>b</p>"
             "<p begin='37.0006' dur='1'>c</p>"),
-       "30000-31500 a; 36000-36250 b; 37001-38001 c"},
+       "30000-31500 a; 36000-36250 b; 37001-38001 c", "1 TimeRepaired"},
       {"Frames",
-       body("<p begin='24f' end='00:00:02:12'>a</p><p begin='00:00:03:500' dur='1s'>b</p>", frames),
-       "1001-2501 a; 3500-4500 b"},
+       body("<p begin='24f' end='00:00:02:12'>a</p><p begin='00:00:03:500' dur='1s'>b</p>"
+            "<p begin='240t' dur='1s'>c</p>",
+            frames),
+       "1001-2501 a; 3500-4500 b; 10000-11000 c"},
+      {"Many_frames",
+       body("<p begin='00:00:01:060' end='480f' x:end='9s'>a</p>",
+            "t:frameRate='120' t:frameRateMultiplier='2'"),
+       "1250-2000 a"},
       {"Rates_of_the_root_in_every_form",
        document("t:frameRate='25' t:subFrameRate='2' t:tickRate='100'",
                 "<head t:tickRate='1'/><body begin='25f' t:frameRate='50'><div begin='100t'>"
@@ -106,18 +112,18 @@ std::vector<Case> textCases() {
   return {
       {"Kept_white_space",
        body("<div xml:space='preserve'>" + p +
-            " a  b\nc<span xml:space='default'> \n d</span></p>"
+            " a  b&#xA;c<span xml:space='default'> \n d</span></p>"
             "</div>"),
        "1000-2000 a  b|c d"},
       {"References",
-       body(p + "&lt;&amp;amp;&#233;&eacute;&#xD800;&x;&#10;<![CDATA[<i>&amp;]]></p>"),
+       body(p + "&lt;&amp;amp;&#233;&eacute;&#xD800;&x; &#10;&#32;&#x9;<![CDATA[<i>&amp;]]></p>"),
        "1000-2000 <&amp;\u00E9\u00E9\uFFFD&x; <i>&amp;"},
       {"No_text",
        body(p + "<metadata>a<span>b</span></metadata><set begin='1s'/>c<!-- d --></p>" + p +
             " </p>"),
        "1000-2000 c", "1 CueWithoutText"},
       {"Prefixes",
-       "<?xml version='1.0'?><!-- <p> --><!DOCTYPE tt [<!ENTITY e 'eee'>]>\n"
+       "<?xml version='1.0'?><!-- <p> --><!DOCTYPE tt [<!ENTITY e '<p>'>]><?a b<c ?>\n"
        "<q:tt><q:body><q:p q:begin='1s' end='2s'>a<q:br/>&e;</q:p></q:body></q:tt>",
        "1000-2000 a|&e;"},
       {"Timed_spans",
@@ -143,6 +149,12 @@ std::vector<Case> textCases() {
       {"Unescaped_signs", body(p + "a & b < c</p>\n" + p + "d <3 e</p>" + p + "f</p>"),
        "1000-2000 a & b; 1000-2000 d; 1000-2000 f",
        "1 TagUnclosed; 2 TagUnclosed; 2 Overlap; 2 Overlap"},
+      {"Paragraphs_that_stay_open",
+       "<tt><body><div begin='1s'>\n<p end='1s'>a<p end='2s'>b</p>\n<p end='3s'>c<br/></div>\n"
+       "<div>" +
+           p + "d</div>\n<p begin='4s' end='5s'>f</p></body></tt>",
+       "1000-2000 a; 1000-3000 b; 1000-4000 c; 1000-2000 d; 4000-5000 f",
+       "2 Overlap; 3 TagUnclosed; 3 Overlap; 4 Overlap"},
       {"Tags_that_stay_open",
        document("",
                 "<head><layout><region id='r' displayAlign='center'/></layout></head><body>"

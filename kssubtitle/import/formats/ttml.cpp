@@ -28,6 +28,21 @@ std::string_view elementAt(std::string_view text) noexcept {
   return localName(text.substr(1, text.find_first_of("< \t\r\n/>", 1) - 1));
 }
 
+/// Whether a comment, an instruction or a document type stands at the front of `text`.
+bool isBeforeRoot(std::string_view text) noexcept {
+  return text.starts_with("<!") || text.starts_with("<?");
+}
+
+/// Where what isBeforeRoot() ends; npos if it does not. A document type may hold others.
+std::size_t endOfDeclaration(std::string_view text, std::size_t at) noexcept {
+  const std::string_view rest = text.substr(at);
+  if (rest.starts_with("<!--")) return text.find("-->", at);
+  if (rest.starts_with("<?")) return text.find("?>", at);
+  const std::size_t sign = text.find_first_of("[>", at);
+  if (sign == text.npos || text[sign] == '>') return sign;
+  return text.find('>', text.find(']', sign));
+}
+
 /// Where the next paragraph, or what may hold some, begins; npos if none does.
 std::size_t findElement(std::string_view text, std::size_t from) noexcept {
   for (std::size_t at = text.find('<', from); at != text.npos; at = text.find('<', at + 1)) {
@@ -92,6 +107,7 @@ class TtmlReader {
 
   std::size_t readOn(std::size_t from);
   void readRoot(pugi::xml_node root);
+  pugi::xml_node nextIn(pugi::xml_node parent, pugi::xml_node child) const noexcept;
   double readChildren(pugi::xml_node parent, const TtmlContext& context, int depth);
   double readTimed(pugi::xml_node node, const char* name, const TtmlContext& outer,
                    double reference, int depth);
@@ -106,6 +122,7 @@ class TtmlReader {
   CueSink& sink_;
   std::string_view text_;
   XmlText xml_;
+  bool isWellFormed_ = true;  // what is being read
   TtmlDocument document_;
   TtmlParagraphs paragraphs_;
   // What held round the last elements that could be read, for those behind an error.
@@ -128,6 +145,7 @@ void TtmlReader::read() {
 std::size_t TtmlReader::readOn(std::size_t from) {
   pugi::xml_document document;
   const pugi::xml_parse_result result = xml_.parse(from, document);
+  isWellFormed_ = result;
   if (from == 0) {
     readRoot(document.document_element());
   } else {
@@ -153,13 +171,28 @@ void TtmlReader::readRoot(pugi::xml_node root) {
   readChildren(root, context, 0);
 }
 
+/// What is read behind `child`. A paragraph that does not end holds those behind it, which are read
+/// as if they stood beside it.
+pugi::xml_node TtmlReader::nextIn(pugi::xml_node parent, pugi::xml_node child) const noexcept {
+  const auto isParagraph = [](pugi::xml_node node) { return is(localName(node.name()), "p"); };
+  if (!isWellFormed_ && isParagraph(child)) {
+    if (const pugi::xml_node inner = child.find_child(isParagraph)) return inner;
+  }
+  pugi::xml_node next = child.next_sibling();
+  while (!next && child.parent() != parent) {
+    child = child.parent();
+    next = child.next_sibling();
+  }
+  return next;
+}
+
 /// Returns when the last of them is over.
 double TtmlReader::readChildren(pugi::xml_node parent, const TtmlContext& context, int depth) {
   double reference = context.time.begin;
   double last = reference;
   pugi::xml_node child = parent.first_child();
   for (pugi::xml_node_type type; (type = child.type()) != pugi::node_null;
-       child = child.next_sibling()) {
+       child = nextIn(parent, child)) {
     if (type != pugi::node_element) continue;
     const char* const name = localName(child.name());
     if (is(name, "head")) document_.styles.readHead(child);
@@ -185,6 +218,8 @@ double TtmlReader::readTimed(pugi::xml_node node, const char* name, const TtmlCo
     sink_.notes().add(
         isParagraph ? ksImportProblem::kTimeUnreadable : ksImportProblem::kUnsupported,
         lineAt(xml_.placeOf(name)));
+  } else if (element.hasRepairedTime) {
+    sink_.notes().add(ksImportProblem::kTimeRepaired, lineAt(xml_.placeOf(name)));
   }
   if (isParagraph && element.hasBadTime) return reference;
   double end = 0;
@@ -258,17 +293,13 @@ int TtmlReader::lineAt(std::size_t place) noexcept {
 
 Likelihood likelihoodOfTtml(std::string_view text) {
   const bool isFirst = withoutLeadingBlanks(text).starts_with('<');
-  for (std::size_t at = text.find('<'); at != text.npos; at = text.find('<', at + 1)) {
-    const std::string_view rest = text.substr(at);
-    if (rest.starts_with("<!--")) {
-      at = text.find("-->", at);
-      if (at == text.npos) break;
-    } else if (!rest.starts_with("<?") && !rest.starts_with("<!")) {
-      if (elementAt(rest) != "tt") break;
-      return isFirst ? Likelihood::kCertain : Likelihood::kPossible;
-    }
+  std::size_t at = text.find('<');
+  while (at != text.npos && isBeforeRoot(text.substr(at))) {
+    at = std::min(endOfDeclaration(text, at), text.size());
+    at = text.find('<', at);
   }
-  return Likelihood::kNone;
+  if (at == text.npos || elementAt(text.substr(at)) != "tt") return Likelihood::kNone;
+  return isFirst ? Likelihood::kCertain : Likelihood::kPossible;
 }
 
 void readTtml(const FormatInput& input, CueSink& sink) {

@@ -10,7 +10,7 @@ namespace {
 
 void setTime(double& time, const char* value, const TtmlRates& rates,
              TtmlElement& element) noexcept {
-  const double read = ttmlTime(value, rates);
+  const double read = ttmlTime(value, rates, element.hasRepairedTime);
   if (read < 0) {
     if (*value == '\0' || is(value, "indefinite")) return;
     element.hasBadTime = true;
@@ -56,9 +56,17 @@ bool takeAttribute(TtmlElement& element, const char* name, const char* value,
   return true;
 }
 
+/// Whether a time of that name was said.
+bool saysTime(const TtmlElement& element, const char* name) noexcept {
+  return (is(name, "begin") && TtmlElement::isSaid(element.begin)) ||
+         (is(name, "end") && TtmlElement::isSaid(element.end)) ||
+         (is(name, "dur") && TtmlElement::isSaid(element.duration));
+}
+
 }  // namespace
 
-/// Most names have no prefix: they are looked at as they stand first.
+/// Most names have no prefix: they are looked at as they stand first. Times of other name spaces
+/// count where there are none of the standard's.
 TtmlElement readTtmlElement(pugi::xml_node node, const TtmlRates& rates) noexcept {
   TtmlElement element;
   pugi::xml_attribute attribute = node.first_attribute();
@@ -67,6 +75,7 @@ TtmlElement readTtmlElement(pugi::xml_node node, const TtmlRates& rates) noexcep
     const char* const value = attribute.value();
     if (takeAttribute(element, name, value, rates)) continue;
     const char* const local = localName(name);
+    if (local != name && saysTime(element, local)) continue;
     if (local == name || !takeAttribute(element, local, value, rates)) {
       element.style.set(local, value);
     }

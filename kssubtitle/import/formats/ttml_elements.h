@@ -18,7 +18,8 @@ struct TtmlElement {
   double begin = -1;
   double end = -1;
   double duration = -1;
-  bool hasBadTime = false;  ///< One cannot be read.
+  bool hasBadTime = false;       ///< One cannot be read.
+  bool hasRepairedTime = false;  ///< One is read that the standard does not have.
   bool isSequential = false;
   bool saysSpace = false;
   bool keepsSpace = false;

@@ -34,19 +34,20 @@ long long toMilliseconds(double time) noexcept {
 /// Whether the text in an element of that name is text of the paragraph. Files made from HTML have
 /// its tags too, with the text behind a `<br>` that they do not close inside of it.
 bool isInline(const char* name) noexcept {
-  return is(name, "span") || is(name, "br") || is(name, "i") || is(name, "b") || is(name, "u");
+  return is(name, "span") || is(name, "br") || is(name, "i") || is(name, "b") || is(name, "u") ||
+         is(name, "em") || is(name, "strong") || is(name, "font");
 }
 
-/// Returns what stands behind it.
-std::string_view writeReference(std::string_view text, CueText& out) {
-  takeHtmlEntity(text, out);
-  return text;
+/// Whether a reference to white space stands at the front of `text`.
+bool beginsWithSpace(std::string_view text) noexcept {
+  const HtmlEntity entity = htmlEntityOf(text);
+  return entity.length > 0 && entity.first <= ' ' && isXmlSpace(static_cast<char>(entity.first));
 }
 
 /// What the name of an element says of style.
 void setStyleOfName(const char* name, TtmlStyle& style) noexcept {
-  if (is(name, "i")) style.set(TtmlStyle::kItalic, true);
-  if (is(name, "b")) style.set(TtmlStyle::kBold, true);
+  if (is(name, "i") || is(name, "em")) style.set(TtmlStyle::kItalic, true);
+  if (is(name, "b") || is(name, "strong")) style.set(TtmlStyle::kBold, true);
   if (is(name, "u")) style.set(TtmlStyle::kUnderline, true);
 }
 
@@ -237,14 +238,17 @@ void TtmlParagraphs::writeText(const Part& part) {
   }
 }
 
-/// White space becomes one space each.
+/// White space becomes one space each, that of references too.
 void TtmlParagraphs::writeTextWithSpaces(std::string_view text, bool hasReferences) {
   while (!text.empty()) {
     if (isXmlSpace(text.front())) {
       writeSpace();
       text.remove_prefix(1);
+    } else if (hasReferences && text.front() == '&' && beginsWithSpace(text)) {
+      writeSpace();
+      text.remove_prefix(htmlEntityOf(text).length);
     } else if (hasReferences && text.front() == '&') {
-      text = writeReference(text, sink_.text());
+      takeHtmlEntity(text, sink_.text());
       isBehindSpace_ = false;
     } else {
       const std::size_t length = 1 + findAnyOrBlanks<'\n', '\t', '\r', '&'>(text.substr(1));
@@ -268,7 +272,7 @@ void TtmlParagraphs::writeTextAsItIs(std::string_view text, bool hasReferences) 
       sink_.text().endLine();
       text.remove_prefix(1);
     } else if (hasReferences && text.front() == '&') {
-      text = writeReference(text, sink_.text());
+      takeHtmlEntity(text, sink_.text(), LineReference::kLineEnd);
     } else {
       const std::size_t length = 1 + findAny<'\n', '\r', '&'>(text.substr(1));
       sink_.text().append(text.substr(0, length));

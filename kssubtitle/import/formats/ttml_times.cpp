@@ -38,13 +38,14 @@ std::optional<double> tickRateIn(std::string_view text) noexcept {
   return rate && *rate > 0 ? rate : std::nullopt;
 }
 
-/// The quotient of two numbers, with a blank or a colon between them; 1 if there are none.
+/// The quotient of two numbers, with a blank or a colon between them, or a number alone; 1 if there
+/// is none.
 double multiplierIn(std::string_view text) noexcept {
   const auto numerator = takeDecimal(text);
   takeCharacter(text, ':');
-  const auto denominator = takeDecimal(text);
-  if (!numerator || !denominator || *denominator <= 0) return 1;
-  return usableFrameRate(*numerator / *denominator).value_or(1);
+  const double denominator = takeDecimal(text).value_or(1);
+  if (!numerator || denominator <= 0) return 1;
+  return usableFrameRate(*numerator / denominator).value_or(1);
 }
 
 /// Takes off a fraction of any number of digits; without one it is 0.
@@ -77,11 +78,13 @@ double lengthOf(double count, const Fraction& fraction, const Unit& unit) noexce
          (fraction.denominator * unit.divisor);
 }
 
-/// What the frames behind a time of three fields add to it; three digits are what others write for
-/// a fraction of a second.
+/// What the frames behind a time of three fields add to it; three digits that no frames need are
+/// what others write for a fraction of a second.
 double lengthOfFrames(const Digits& frames, const Fraction& subFrames,
                       const TtmlRates& rates) noexcept {
-  if (frames.count == 3) return static_cast<double>(frames.value);
+  constexpr double kMostOfTwoDigits = 100;
+  if (frames.count == 3 && rates.frames <= kMostOfTwoDigits)
+    return static_cast<double>(frames.value);
   const double count = static_cast<double>(frames.value) + subFrames.numerator / rates.subFrames;
   return count * 1000 / rates.frames;
 }
@@ -104,7 +107,7 @@ double usualTime(const char* text) noexcept {
 }
 
 /// The time that `text` is in any form.
-double anyTime(std::string_view text, const TtmlRates& rates) noexcept {
+double anyTime(std::string_view text, const TtmlRates& rates, bool& isRepaired) noexcept {
   constexpr std::size_t kMostFields = 4;
   Digits fields[kMostFields];
   std::size_t count = 0;
@@ -113,8 +116,11 @@ double anyTime(std::string_view text, const TtmlRates& rates) noexcept {
     if (!digits) return kNoTime;
     fields[count++] = *digits;
   } while (count < kMostFields && (takeCharacter(text, ':') || takeCharacter(text, ';')));
+  const bool hasComma = text.starts_with(',');
   const auto fraction = takeFraction(text);
   const auto unit = unitOf(withoutBlanks(text), rates);
+  const bool isBare = count == 1 && withoutBlanks(text).empty();
+  isRepaired = isRepaired || hasComma || isBare || count == 2;
   if (!fraction || !unit || (count > 1 && !withoutBlanks(text).empty())) return kNoTime;
   if (count == 1) return lengthOf(static_cast<double>(fields[0].value), *fraction, *unit);
   double seconds = 0;
@@ -140,13 +146,13 @@ TtmlRates ttmlRatesOf(pugi::xml_node root, double frameRate) noexcept {
     if (is(name, "tickRate")) ticks = tickRateIn(attribute.value());
   }
   rates.frames = frames.value_or(usableFrameRate(frameRate).value_or(rates.frames)) * multiplier;
-  rates.ticks = ticks.value_or(frames ? rates.frames * rates.subFrames : 1);
+  rates.ticks = ticks.value_or(frames ? *frames * rates.subFrames : 1);
   return rates;
 }
 
-double ttmlTime(const char* text, const TtmlRates& rates) noexcept {
+double ttmlTime(const char* text, const TtmlRates& rates, bool& isRepaired) noexcept {
   const double usual = usualTime(text);
-  return usual >= 0 ? usual : anyTime(text, rates);
+  return usual >= 0 ? usual : anyTime(text, rates, isRepaired);
 }
 
 }  // namespace kssubtitle::importing

@@ -17,7 +17,8 @@ struct TtmlRates {
 TtmlRates ttmlRatesOf(pugi::xml_node root, double frameRate) noexcept;
 
 /// The milliseconds, not rounded, of "h:m:s", with a fraction or frames behind it, "m:s", "s", or a
-/// number and one of the units h, m, s, ms, f and t; negative if `text` is none of these.
-double ttmlTime(const char* text, const TtmlRates& rates) noexcept;
+/// number and one of the units h, m, s, ms, f and t; negative if `text` is none of these. Sets
+/// `isRepaired` if it is one that the standard does not have.
+double ttmlTime(const char* text, const TtmlRates& rates, bool& isRepaired) noexcept;
 
 }  // namespace kssubtitle::importing
