@@ -44,6 +44,8 @@ const Case kCases[] = {
     {"tmplayer", "a time below zero, unknown tags",
      "-0:00:07:/A/|B\n00:00:05:\n00:00:10=<xxx>C</xxx>: 1<2\n00:01:00:25 men\n",
      "-7000-3000 A|B; 10000-20000 C: 1<2; 60000-65000 25 men", "4 EndAssumed"},
+    {"subviewer", "times without fractions", "0:00:01,0:00:02\nA\n0:00:03 , 0:00:04,50\nB\n",
+     "1000-2000 A; 3000-4500 B", "1 TimeRepaired; 3 TimeRepaired"},
     {"lrc", "a template of an offset", "[offset:+/- ms]\n[00:01]A [x] <3\n[00:02]\n",
      "1000-2000 A [x] <3"},
     {"lrc", "minutes above 99", "[99:59.90]A\n[100:00.25]B\n[ 1000:00.5 ]C\n[1001:00]\n",

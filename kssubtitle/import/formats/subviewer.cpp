@@ -6,27 +6,13 @@
 #include "kssubtitle/import/formats/bar_cue.h"
 #include "kssubtitle/import/formats/numbers.h"
 #include "kssubtitle/import/formats/readers.h"
-#include "kssubtitle/import/formats/times.h"
+#include "kssubtitle/import/formats/time_lines.h"
 #include "kssubtitle/import/text/lines.h"
 
 namespace kssubtitle::importing {
 namespace {
 
 constexpr BarMarkup kMarkup{BarMarkup::Signs::kNone, true};
-
-struct TimeLine {
-  WrittenTime start;
-  WrittenTime end;
-};
-
-/// Two times and nothing else.
-std::optional<TimeLine> timeLineOf(std::string_view text) noexcept {
-  const auto start = takeTime(text);
-  if (!start || start->fields != 3 || !takeCharacter(text, ',')) return std::nullopt;
-  const auto end = takeTime(text);
-  if (!end || end->fields != 3 || !withoutBlanks(text).empty()) return std::nullopt;
-  return TimeLine{*start, *end};
-}
 
 /// Whether a line only says what texts look like: "[COLF]&HFFFFFF,[STYLE]bd,...", in any case.
 bool isStyleLine(std::string_view line) noexcept {
@@ -52,7 +38,7 @@ class SubViewerReader {
  private:
   void readLine(std::string_view line, int number) {
     if (line.empty() || isStyleLine(line)) return;
-    if (const auto times = isLetter(line.front()) ? std::nullopt : timeLineOf(line)) {
+    if (const auto times = isLetter(line.front()) ? std::nullopt : pairOfTimes(line)) {
       cue_.finish();
       if (!times->start.isUsual() || !times->end.isUsual()) {
         sink_.notes().add(ksImportProblem::kTimeRepaired, number);
@@ -80,15 +66,18 @@ class SubViewerReader {
   BarCue cue_;
 };
 
-/// What the first time line tells: SBV has three digits in its fractions.
+/// What the first time line tells: SBV has three digits in its fractions. Times without any may be
+/// of either format.
 Likelihood likelihoodByTimes(std::string_view text, bool isSbv) {
   Line line;
   for (Lines lines(text); lines.next(line);) {
     const std::string_view content = withoutBlanks(line.text);
     if (content.find("-->") != content.npos) return Likelihood::kNone;
-    if (!timeLineOf(content)) continue;
+    const auto times = pairOfTimes(content);
+    if (!times) continue;
     const std::size_t digits = content.size() - 1 - content.find_last_of(".,:");
-    return (digits == 3) == isSbv ? Likelihood::kLikely : Likelihood::kPossible;
+    const bool isOf = !times->end.isUsual() || (digits == 3) == isSbv;
+    return isOf ? Likelihood::kLikely : Likelihood::kPossible;
   }
   return Likelihood::kNone;
 }

@@ -4,6 +4,7 @@
 
 #include "kssubtitle/import/formats/numbers.h"
 #include "kssubtitle/import/formats/readers.h"
+#include "kssubtitle/import/formats/time_lines.h"
 #include "kssubtitle/import/formats/times.h"
 #include "kssubtitle/import/markup/bar_text.h"
 #include "kssubtitle/import/text/lines.h"
@@ -115,6 +116,8 @@ Likelihood likelihoodOfTmPlayer(std::string_view text) {
   for (Lines lines(text); lines.next(line);) {
     if (withoutBlanks(line.text).empty()) continue;
     if (line.text.find("-->") != line.text.npos) break;  // what follows may be the text of a cue
+    const bool hasComma = line.text.find(',') != line.text.npos;
+    if (hasComma && pairOfTimes(line.text)) break;
     const auto timed = timedLineOf(line.text);
     ++(!timed ? others : timed->isAmbiguous ? ambiguous : clear);
   }

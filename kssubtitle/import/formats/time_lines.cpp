@@ -1,0 +1,41 @@
+// Lines of two times.
+#include "kssubtitle/import/formats/time_lines.h"
+
+#include <algorithm>
+
+#include "kssubtitle/import/formats/numbers.h"
+
+namespace kssubtitle::importing {
+namespace {
+
+/// The time of three fields that `text` is.
+std::optional<WrittenTime> fullTimeOf(std::string_view text) noexcept {
+  const auto time = takeTime(text);
+  if (!time || time->fields != 3 || !withoutBlanks(text).empty()) return std::nullopt;
+  return time;
+}
+
+std::optional<PairOfTimes> pairAround(std::string_view line, std::size_t comma) noexcept {
+  const auto start = fullTimeOf(line.substr(0, comma));
+  const auto end = fullTimeOf(line.substr(comma + 1));
+  if (!start || !end) return std::nullopt;
+  return PairOfTimes{*start, *end};
+}
+
+}  // namespace
+
+std::optional<PairOfTimes> pairOfTimes(std::string_view line) noexcept {
+  std::string_view rest = line;
+  const auto start = takeTime(rest);
+  if (!start || start->fields != 3) return std::nullopt;
+  if (!takeCharacter(rest, ',')) {
+    // It may have been taken for that of a fraction.
+    const std::size_t comma = line.substr(0, line.size() - rest.size()).find(',');
+    return comma == line.npos ? std::nullopt : pairAround(line, comma);
+  }
+  const auto end = takeTime(rest);
+  if (!end || end->fields != 3 || !withoutBlanks(rest).empty()) return std::nullopt;
+  return PairOfTimes{*start, *end};
+}
+
+}  // namespace kssubtitle::importing
