@@ -76,7 +76,8 @@ TEST(ImportRecognition, Of_texts_that_look_like_others_under_any_name) {
       {"10:30:00 the train leaves.\nNobody came.\n11:00:00 so did that.\nAnd on.\nAnd on.\n", ""},
       {"We meet at\n10:30:00: do not be late.\n", ""},
       {"10:30:00 begun\n10:31:00 done\n", ""},
-      {"00:00:01:A\n00:00:02:B --> C\n", "tmplayer"},
+      {"00:00:01:A --> B\n00:00:02:C\n", "tmplayer"},
+      {"00:00:01:000 --> 00:00:02:000\nA\n00:00:03:000 --> 00:00:04:000\n", "subrip"},
       // Braces.
       {"{\\an8}A\n{\\i1}B\n", ""},
       {"{1}{25}{\\an8}A\n", "microdvd"},
@@ -84,16 +85,19 @@ TEST(ImportRecognition, Of_texts_that_look_like_others_under_any_name) {
       // Brackets.
       {"[0][25]A\n", "mpl2"},
       {"[ti:A]\n[1][2]B\n[3][4]C\n", "mpl2"},
-      {"[00:25]A\n", "lrc"},
+      {"[00:25]A --> B\n", "lrc"},
       {"[00:01]A\n[1][2]B\n[00:02.0]\n", "lrc"},
       {"[00:00:01]A\n[00:00:02]\n", "lrc"},
-      {"[00:00:01]\nA\n[00:00:02]\n", "subviewer1"},
+      {"[00:00:01]\nA --> B\n[00:00:02]\n", "subviewer1"},
       {"[1] A\n[2] B\n", ""},
       // Two times on a line.
       {"00:00:01.5,00:00:02.5\nA\n", "subviewer"},
       {"00:00:01,000,00:00:02,000\nA\n", "sbv"},
       {"[INFORMATION]\n0:00:01.000,0:00:02.000\nA\n", "subviewer"},
       {"0:00:01.000,0:00:02.000\nA --> B\n", "sbv"},
+      {"0:00:01.000,0:00:02.000\n{1}{2}A\n{3}{4}A\n[1][2]A\n[3][4]A\n***START SCRIPT***\n"
+       "Dialogue: 0,0:00:01.00,0:00:02.00,,,0,0,0,,A\n00:00:01:A\n00:00:01:A\n[00:01]A\n",
+       "sbv"},
       // Tags.
       {"<html><tt>", ""},
       {"<html><SYNC Start=1><P>A", "sami"},

@@ -4,6 +4,7 @@
 #include <string_view>
 
 #include "kssubtitle/import/formats/readers.h"
+#include "kssubtitle/import/formats/time_lines.h"
 #include "kssubtitle/import/formats/times.h"
 #include "kssubtitle/import/markup/ass_overrides.h"
 #include "kssubtitle/import/text/ascii.h"
@@ -350,10 +351,10 @@ Likelihood likelihoodOfAss(std::string_view text) {
   Line line;
   for (Lines lines(text); lines.next(line);) {
     const std::string_view content = withoutBlanks(line.text);
-    if (content.find("-->") != content.npos) break;  // texts of other formats may quote scripts
     std::string_view value;
     if (isSectionOfScripts(content)) return Likelihood::kCertain;
     if (hasKey(content, "Dialogue", value) && hasTimes(value)) return Likelihood::kLikely;
+    if (mayStandAboveText(content)) break;
     if (equalNoCase(content, "[Events]")) likelihood = Likelihood::kPossible;
   }
   return likelihood;

@@ -5,6 +5,7 @@
 
 #include "kssubtitle/import/formats/numbers.h"
 #include "kssubtitle/import/formats/readers.h"
+#include "kssubtitle/import/formats/time_lines.h"
 #include "kssubtitle/import/formats/times.h"
 #include "kssubtitle/import/text/lines.h"
 #include "kssubtitle/import/text/scan.h"
@@ -124,13 +125,14 @@ Likelihood likelihoodOfLrc(std::string_view text) {
   Likelihood likelihood = Likelihood::kNone;
   Line line;
   for (Lines lines(text); lines.next(line);) {
-    std::string_view content = withoutBlanks(line.text);
-    if (content.find("-->") != content.npos) break;
+    const std::string_view content = withoutBlanks(line.text);
     std::string_view name;
     if (const WrittenTime stamp = stampAtFront(content); stamp.fields > 0) {
       // Of three fields and nothing else are the times of another format as well.
       if (stamp.fields == 2) return Likelihood::kLikely;
       likelihood = Likelihood::kPossible;
+    } else if (mayStandAboveText(content)) {
+      break;
     } else if (tagValue(content, name) && name.size() == 2) {
       likelihood = Likelihood::kPossible;
     }

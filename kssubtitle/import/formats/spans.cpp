@@ -1,6 +1,8 @@
 // Lines that begin with two numbers in brackets.
 #include "kssubtitle/import/formats/spans.h"
 
+#include "kssubtitle/import/formats/time_lines.h"
+
 namespace kssubtitle::importing {
 
 Likelihood likelihoodOfSpans(std::string_view text, Brackets brackets) {
@@ -11,8 +13,8 @@ Likelihood likelihoodOfSpans(std::string_view text, Brackets brackets) {
     const auto span = spanLineOf(line.text, brackets);
     if (span && (span->start != SpanLine::kMissing || span->end != SpanLine::kMissing)) {
       if (++spans > 1 || others == 0) return Likelihood::kLikely;
-    } else if (line.text.find("-->") != line.text.npos) {
-      break;  // what follows may be the text of a cue
+    } else if (mayStandAboveText(line.text)) {
+      break;
     } else if (!withoutBlanks(line.text).empty()) {
       ++others;
     }

@@ -5,6 +5,7 @@
 #include "kssubtitle/import/formats/bar_cue.h"
 #include "kssubtitle/import/formats/numbers.h"
 #include "kssubtitle/import/formats/readers.h"
+#include "kssubtitle/import/formats/time_lines.h"
 #include "kssubtitle/import/formats/times.h"
 #include "kssubtitle/import/text/lines.h"
 
@@ -86,9 +87,9 @@ Likelihood likelihoodOfSubViewer1(std::string_view text) {
     if (content.starts_with("***") && findNoCase(content, "START SCRIPT") != content.npos) {
       return Likelihood::kCertain;
     }
-    if (content.find("-->") != content.npos) return Likelihood::kNone;
     const bool isTime = timeOf(content).fields > 0;
     if (isBelowTime && !isTime && content.front() != '[') return Likelihood::kLikely;
+    if (mayStandAboveText(content)) return Likelihood::kNone;
     isBelowTime = isTime;
   }
   return Likelihood::kNone;

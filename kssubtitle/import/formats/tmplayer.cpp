@@ -115,10 +115,10 @@ Likelihood likelihoodOfTmPlayer(std::string_view text) {
   Line line;
   for (Lines lines(text); lines.next(line);) {
     if (withoutBlanks(line.text).empty()) continue;
-    if (line.text.find("-->") != line.text.npos) break;  // what follows may be the text of a cue
-    const bool hasComma = line.text.find(',') != line.text.npos;
-    if (hasComma && pairOfTimes(line.text)) break;
     const auto timed = timedLineOf(line.text);
+    // Of two times the first one, up to a separator, looks like the time of a text.
+    const bool isOwn = timed && (timed->text.empty() || !isDigit(timed->text.front()));
+    if (!isOwn && mayStandAboveText(line.text)) break;
     ++(!timed ? others : timed->isAmbiguous ? ambiguous : clear);
   }
   constexpr int kFew = 3;
