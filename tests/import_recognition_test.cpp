@@ -108,6 +108,9 @@ TEST(ImportRecognition, Of_texts_that_look_like_others_under_any_name) {
       {subRip + "<tt>A</tt>\n", "subrip"},
       // Words.
       {"Dialogue: A\n", ""},
+      {"FORMAT=25\nPATH=/\n", ""},
+      {"FORMAT = TIME\n1 1\nA\n", "mpsub"},
+      {subRip + "FORMAT=25\n1 2\n", "subrip"},
   };
   const std::set<std::string> extensions = extensionsOf({});
   for (const auto& [text, format] : rows) {

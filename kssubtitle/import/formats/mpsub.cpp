@@ -6,6 +6,7 @@
 #include "kssubtitle/import/formats/frames.h"
 #include "kssubtitle/import/formats/numbers.h"
 #include "kssubtitle/import/formats/readers.h"
+#include "kssubtitle/import/formats/time_lines.h"
 #include "kssubtitle/import/text/lines.h"
 
 namespace kssubtitle::importing {
@@ -30,10 +31,11 @@ std::optional<WaitLine> waitLineOf(std::string_view line) noexcept {
 /// What a FORMAT line says one second has of: seconds or frames. Nothing if it is no such line, 0
 /// if what it says cannot be.
 std::optional<double> unitsOf(std::string_view line) noexcept {
-  constexpr std::string_view kFormat = "FORMAT=";
+  constexpr std::string_view kFormat = "FORMAT";
   if (!startsWithNoCase(line, kFormat)) return std::nullopt;
-  line = withoutBlanks(line.substr(kFormat.size()));
-  if (equalNoCase(line, "TIME")) return 1;
+  line.remove_prefix(kFormat.size());
+  if (!takeCharacter(line, '=')) return std::nullopt;
+  if (equalNoCase(withoutBlanks(line), "TIME")) return 1;
   const auto rate = takeDecimal(line);
   return rate ? usableFrameRate(*rate).value_or(0) : 0;
 }
@@ -86,17 +88,19 @@ class MpsubReader {
 }  // namespace
 
 Likelihood likelihoodOfMpsub(std::string_view text) {
-  bool hasFormat = false;
+  std::optional<double> units;
   Line line;
   for (Lines lines(text); lines.next(line);) {
     const std::string_view content = withoutBlanks(line.text);
-    if (unitsOf(content)) {
-      hasFormat = true;
-    } else if (hasFormat && waitLineOf(content)) {
-      return Likelihood::kCertain;
+    if (const auto stated = unitsOf(content)) {
+      units = stated;
+    } else if (units && waitLineOf(content)) {
+      return *units > 0 ? Likelihood::kCertain : Likelihood::kPossible;
+    } else if (mayStandAboveText(content)) {
+      break;
     }
   }
-  return hasFormat ? Likelihood::kPossible : Likelihood::kNone;
+  return Likelihood::kNone;
 }
 
 void readMpsub(const FormatInput& input, CueSink& sink) { MpsubReader(input, sink).read(); }
