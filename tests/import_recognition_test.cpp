@@ -90,6 +90,8 @@ TEST(ImportRecognition, Of_texts_that_look_like_others_under_any_name) {
       {"[00:00:01]A\n[00:00:02]\n", "lrc"},
       {"[00:00:01]\nA --> B\n[00:00:02]\n", "subviewer1"},
       {"[1] A\n[2] B\n", ""},
+      {"[1][2] A\nB\nC\nD\nE\nF\n", ""},
+      {"A\nB\n[1][2]C\n", "mpl2"},
       // Two times on a line.
       {"00:00:01.5,00:00:02.5\nA\n", "subviewer"},
       {"00:00:01,000,00:00:02,000\nA\n", "sbv"},

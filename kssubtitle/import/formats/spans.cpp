@@ -6,20 +6,26 @@
 namespace kssubtitle::importing {
 
 Likelihood likelihoodOfSpans(std::string_view text, Brackets brackets) {
+  constexpr int kFew = 4;
   int spans = 0;
   int others = 0;
+  int prose = 0;  // others that are no damaged spans either
+  bool isFirst = false;
   Line line;
   for (Lines lines(text); lines.next(line);) {
     const auto span = spanLineOf(line.text, brackets);
     if (span && (span->start != SpanLine::kMissing || span->end != SpanLine::kMissing)) {
-      if (++spans > 1 || others == 0) return Likelihood::kLikely;
+      if (++spans > 1) return Likelihood::kLikely;
+      isFirst = others == 0;
     } else if (mayStandAboveText(line.text)) {
       break;
-    } else if (!withoutBlanks(line.text).empty()) {
+    } else if (const auto content = withoutBlanks(line.text); !content.empty()) {
       ++others;
+      if (content.front() != brackets.opening) ++prose;
     }
   }
-  return spans > 0 ? Likelihood::kPossible : Likelihood::kNone;
+  if (spans == 0 || prose > kFew) return Likelihood::kNone;
+  return isFirst ? Likelihood::kLikely : Likelihood::kPossible;
 }
 
 ksImportCue* beginSpan(long long start, long long end, int line, CueSink& sink) {

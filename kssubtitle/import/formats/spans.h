@@ -44,7 +44,7 @@ constexpr std::optional<SpanLine> spanLineOf(std::string_view line, Brackets bra
   return span;
 }
 
-/// How likely a text is made of such lines.
+/// How likely a text is made of such lines. One alone may stand in prose.
 Likelihood likelihoodOfSpans(std::string_view text, Brackets brackets);
 
 /// Begins the cue of a line with those numbers; null if it has neither. A cue without the first one
