@@ -50,6 +50,28 @@ std::size_t wordStampLength(std::string_view text) noexcept {
   return stamp.fields > 0 ? static_cast<std::size_t>(stamp.length) : 0;
 }
 
+/// Whether a stamp stands in `text`.
+bool hasStamp(std::string_view text) noexcept {
+  for (std::size_t at = text.find('['); at != text.npos; at = text.find('[', at + 1)) {
+    if (stampAtFront(text.substr(at)).fields > 0) return true;
+  }
+  return false;
+}
+
+/// `line` from the stamp on that stands behind blanks at its front, if that repeats the line too:
+/// where words have stamps as well, it is of the first one. Sets `areRepeats` if it does, and so do
+/// further ones. Hardly any line has such, and the others are read faster without this among them.
+[[gnu::noinline]] std::string_view behindBlanks(std::string_view line, bool& areRepeats) noexcept {
+  const std::string_view stamps = withoutLeadingBlanks(line);
+  if (areRepeats) return stamps;
+  std::string_view text = stamps;
+  for (WrittenTime stamp; (stamp = stampAtFront(text)).fields > 0;) {
+    text = withoutLeadingBlanks(text.substr(static_cast<std::size_t>(stamp.length)));
+  }
+  areRepeats = !hasStamp(text);
+  return areRepeats ? stamps : line;
+}
+
 /// Writes a line without the stamps of its words. Between two blanks one stays.
 void writeLyrics(std::string_view text, CueText& out) {
   bool isBehindBlank = true;
@@ -100,10 +122,12 @@ class LrcReader {
     // More would let a short file grow into many long cues.
     constexpr std::size_t kMostStamps = 100;
     std::size_t count = 0;
+    bool areRepeats = false;
     while (line.starts_with('[')) {
       const WrittenTime stamp = stampAtFront(line);
       if (stamp.fields == 0) break;
       line.remove_prefix(static_cast<std::size_t>(stamp.length));
+      if (line.starts_with(' ')) line = behindBlanks(line, areRepeats);
       if (count == kMostStamps) {
         sink_.notes().add(ksImportProblem::kUnsupported, number);
         continue;
