@@ -161,6 +161,21 @@ TEST(ImportEncodings, shortTexts_needTheRightFallback) {
   EXPECT_EQ(parser.report().encodingSource(), ksImportEncodingSource::kFallback);
 }
 
+TEST(ImportEncodings, whereAnIsoStandardHasControls_windowsIsMeant) {
+  const Language films[] = {
+      {"windows-1250",
+       "Příliš žluťoučký kůň úpěl ďábelské ódy.|Kde jsi byl celou noc, člověče?|"
+       "Nevím, ale určitě se to dozvíme.|Řekni mi pravdu, prosím tě."},
+      {"windows-1252", "Øl og rødgrød på bordet, Šimon!"},
+  };
+  for (const auto& [encoding, lines] : films) {
+    ksImportParser parser;
+    EXPECT_TRUE(openText(parser, encoded(film(lines), encoding)));
+    EXPECT_EQ(parser.report().encoding(), encoding);
+    EXPECT_EQ(parser.report().encodingSource(), ksImportEncodingSource::kDetected);
+  }
+}
+
 TEST(ImportEncodings, tagsTellNothing_inSamiAlone) {
   const std::string font =
       encoded("굴림체명조바탕고딕 굴림체명조바탕고딕 굴림체명조바탕고딕", "CP949");

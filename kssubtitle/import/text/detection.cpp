@@ -69,6 +69,27 @@ struct Meaning {
   std::string_view meant;
 };
 
+constexpr bool isC1Control(char c) noexcept {
+  return static_cast<unsigned char>(c) >= 0x80 && static_cast<unsigned char>(c) < 0xA0;
+}
+
+// Where these standards have controls, which no text holds, Windows has letters and quotation
+// marks.
+constexpr Meaning kMeaningsWithC1[] = {
+    {"ISO-8859-2", "windows-1250"},
+    {"ISO-8859-7", "windows-1253"},
+    {"ISO-8859-15", "windows-1252"},
+};
+
+/// What `name` means for a text of those bytes.
+std::string codePageOfBytes(std::string_view bytes, std::string name) {
+  for (const Meaning& entry : kMeaningsWithC1) {
+    const bool isMeant = entry.said == name && std::any_of(bytes.begin(), bytes.end(), isC1Control);
+    if (isMeant) return std::string(entry.meant);
+  }
+  return name;
+}
+
 // Subtitles are written with the code pages of Windows, which extend these standards.
 constexpr Meaning kMeanings[] = {
     {"ISO-8859-1", "windows-1252"},
@@ -109,7 +130,7 @@ std::string detectedEncoding(std::string_view bytes) {
   if (!detector) throw std::bad_alloc();
   showText(detector.get(), bytes);
   uchardet_data_end(detector.get());
-  std::string name = usualCodePage(uchardet_get_charset(detector.get()));
+  std::string name = codePageOfBytes(bytes, usualCodePage(uchardet_get_charset(detector.get())));
   const bool isUsed = std::find(std::begin(kSubtitleEncodings), std::end(kSubtitleEncodings),
                                 name) != std::end(kSubtitleEncodings);
   return isUsed ? name : std::string();
