@@ -53,6 +53,7 @@ const Case kCases[] = {
     {"lrc", "stamps behind blanks, of the line and of words",
      "[00:01] [00:03]A\n[00:02] [00:02.5]B [00:02.8]C\n[00:04]\n",
      "1000-2000 A; 2000-3000 B C; 3000-4000 A"},
+    {"lrc", "DKS", "[00:00:01]A[br] B[BR]\n[00:00:03]\n", "1000-3000 A|B"},
     {"mpsub", "halves of milliseconds go away from zero", "FORMAT=2000\n\n-1 4\nA\n", "-1-2 A"},
     {"mpsub", "frames", "FORMAT=12,5\n\n-25 50\nA\n\n0 1e9\n\n25 25\nB\n",
      "-2000-2000 A; 4000-6000 B", "6 LineIgnored"},

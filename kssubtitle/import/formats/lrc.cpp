@@ -72,13 +72,20 @@ bool hasStamp(std::string_view text) noexcept {
   return areRepeats ? stamps : line;
 }
 
-/// Writes a line without the stamps of its words. Between two blanks one stays.
+/// Writes a line without the stamps of its words. Between two blanks one stays. "[br]" ends a line:
+/// DKS, of which the times are the same, has several in a cue.
 void writeLyrics(std::string_view text, CueText& out) {
+  constexpr std::string_view kBreak = "[br]";
   bool isBehindBlank = true;
   while (!text.empty()) {
     if (const std::size_t stamp = wordStampLength(text); stamp > 0) {
       text.remove_prefix(stamp);
       if (isBehindBlank) text = withoutLeadingBlanks(text);
+      continue;
+    }
+    if (text.front() == '[' && startsWithNoCase(text, kBreak)) {
+      out.endLine();
+      text.remove_prefix(kBreak.size());
       continue;
     }
     const std::size_t length = 1 + findAny<'<', '['>(text.substr(1));
