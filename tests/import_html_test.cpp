@@ -36,4 +36,27 @@ TEST(ImportHtml, crossingTags_leaveEachCharacterItsStyle) {
   }
 }
 
+TEST(ImportHtml, coloursAreKnownByTheNamesOfCss) {
+  const std::pair<const char*, const char*> names[] = {
+      {"AliceBlue", "#f0f8ff"},
+      {"Lavender", "#e6e6fa"},
+      {"grey", "#808080"},
+      {"MEDIUMVIOLETRED", "#c71585"},
+      {"YellowGreen", "#9acd32"},
+      {"lavenders", ""},
+      {"aaa", ""},
+      {"zzz", ""},
+  };
+  ksImportOptions options;
+  options.markup = ksImportMarkup::kHtml;
+  for (const auto& [name, number] : names) {
+    ksImportParser parser;
+    ASSERT_TRUE(openText(parser, withTimes("@1<font color=") + name + ">A", options));
+    const bool isKnown = *number != '\0';
+    EXPECT_EQ(parser.cues()[0].text,
+              isKnown ? "<font color=\"" + std::string(number) + "\">A</font>" : "A")
+        << name;
+  }
+}
+
 }  // namespace

@@ -1,6 +1,7 @@
 // Colours as tags name them.
 #include <algorithm>
 #include <charconv>
+#include <iterator>
 #include <string_view>
 
 #include "kssubtitle/import/markup/style.h"
@@ -14,16 +15,14 @@ struct NamedColour {
   int colour;
 };
 
-// The sixteen of HTML 4, and the few others that subtitles are seen to use.
 constexpr NamedColour kNamedColours[] = {
-    {"aqua", 0x00FFFF},    {"black", 0x000000},   {"blue", 0x0000FF},      {"brown", 0xA52A2A},
-    {"cyan", 0x00FFFF},    {"fuchsia", 0xFF00FF}, {"gold", 0xFFD700},      {"gray", 0x808080},
-    {"green", 0x008000},   {"grey", 0x808080},    {"lightblue", 0xADD8E6}, {"lime", 0x00FF00},
-    {"magenta", 0xFF00FF}, {"maroon", 0x800000},  {"navy", 0x000080},      {"olive", 0x808000},
-    {"orange", 0xFFA500},  {"pink", 0xFFC0CB},    {"purple", 0x800080},    {"red", 0xFF0000},
-    {"silver", 0xC0C0C0},  {"skyblue", 0x87CEEB}, {"teal", 0x008080},      {"violet", 0xEE82EE},
-    {"white", 0xFFFFFF},   {"yellow", 0xFFFF00},
+#include "kssubtitle/import/markup/colours.inc"
 };
+
+constexpr bool isBefore(const NamedColour& a, const NamedColour& b) noexcept {
+  return std::ranges::lexicographical_compare(a.name, b.name, {}, lowerOf, lowerOf);
+}
+static_assert(std::is_sorted(std::begin(kNamedColours), std::end(kNamedColours), isBefore));
 
 /// "rgb" as "rrggbb".
 constexpr int doubled(int colour) noexcept {
@@ -46,9 +45,9 @@ std::optional<int> colourByNumber(std::string_view digits) noexcept {
 
 std::optional<int> colourOf(std::string_view text) noexcept {
   if (text.starts_with('#')) return colourByNumber(text.substr(1));
-  for (const NamedColour& entry : kNamedColours) {
-    if (equalNoCase(entry.name, text)) return entry.colour;
-  }
+  const auto* const found = std::lower_bound(std::begin(kNamedColours), std::end(kNamedColours),
+                                             NamedColour{text, 0}, isBefore);
+  if (found != std::end(kNamedColours) && equalNoCase(found->name, text)) return found->colour;
   return text.size() == 6 ? colourByNumber(text) : std::nullopt;
 }
 
