@@ -112,6 +112,7 @@ TEST(ImportRecognition, Of_texts_that_look_like_others_under_any_name) {
       {"Dialogue: A\n", ""},
       {"FORMAT=25\nPATH=/\n", ""},
       {"FORMAT = TIME\n1 1\nA\n", "mpsub"},
+      {"1 1\nA\n\nFORMAT=TIME\n", "mpsub"},
       {subRip + "FORMAT=25\n1 2\n", "subrip"},
   };
   const std::set<std::string> extensions = extensionsOf({});

@@ -89,18 +89,20 @@ class MpsubReader {
 
 Likelihood likelihoodOfMpsub(std::string_view text) {
   std::optional<double> units;
+  bool hasCue = false;
   Line line;
   for (Lines lines(text); lines.next(line);) {
     const std::string_view content = withoutBlanks(line.text);
     if (const auto stated = unitsOf(content)) {
       units = stated;
-    } else if (units && waitLineOf(content)) {
-      return *units > 0 ? Likelihood::kCertain : Likelihood::kPossible;
+    } else if (waitLineOf(content)) {
+      if (units.value_or(0) > 0) return Likelihood::kCertain;
+      hasCue = true;
     } else if (mayStandAboveText(content)) {
       break;
     }
   }
-  return Likelihood::kNone;
+  return units && hasCue ? Likelihood::kPossible : Likelihood::kNone;
 }
 
 void readMpsub(const FormatInput& input, CueSink& sink) { MpsubReader(input, sink).read(); }
