@@ -104,6 +104,12 @@ bool isSignature(std::string_view line) noexcept {
   return line.empty() || line.front() == ' ' || line.front() == '\t';
 }
 
+/// Whether a line begins a comment, a style sheet or a region.
+bool beginsNoCue(std::string_view line) noexcept {
+  const std::string_view name = line.substr(0, line.find_first_of(" \t"));
+  return name == "NOTE" || name == "STYLE" || name == "REGION";
+}
+
 struct Times {
   long long start = 0;
   long long end = 0;
@@ -208,12 +214,17 @@ class WebVttReader {
   void readLine(const Line& line) {
     const bool hasArrow = line.text.find(kArrow) != line.text.npos;
     if (!hasArrow && !line.text.empty()) {
-      ++linesInBlock_;
+      if (linesInBlock_++ == 0) beginBlock(line);
       return;
     }
     const bool mayFollowIdentifier = !isHeader_ && !hasSeenArrow_ && linesInBlock_ <= 1;
     if (!hasArrow || !mayFollowIdentifier) finishBlock(line.begin);
     if (hasArrow) beginCue(line);
+  }
+
+  void beginBlock(const Line& line) noexcept {
+    blockLine_ = line.number;
+    isMeantForNobody_ = !isHeader_ && !beginsNoCue(line.text);
   }
 
   void beginCue(const Line& line) {
@@ -236,6 +247,8 @@ class WebVttReader {
         sink_.notes().add(ksImportProblem::kTagUnclosed, line_);
       }
       sink_.finish();
+    } else if (!hasSeenArrow_ && linesInBlock_ > 0 && isMeantForNobody_) {
+      sink_.notes().add(ksImportProblem::kLineIgnored, blockLine_);
     }
     isHeader_ = false;
     hasSeenArrow_ = false;
@@ -250,6 +263,8 @@ class WebVttReader {
   bool isHeader_ = true;
   bool hasSeenArrow_ = false;
   int linesInBlock_ = 0;
+  int blockLine_ = 0;
+  bool isMeantForNobody_ = false;  // unless an arrow follows
   bool isInCue_ = false;
   Times times_;  // of the cue
   int line_ = 0;
