@@ -18,6 +18,8 @@ function(kssubtitle_compile_options target)
     -Wnon-virtual-dtor -Woverloaded-virtual -Wnull-dereference -Wformat=2 -Wundef
     $<$<CXX_COMPILER_ID:GNU>:-Wno-restrict>  # g++ 12 reports std::string's own copies
     $<$<AND:$<CXX_COMPILER_ID:GNU>,$<EQUAL:${CMAKE_SIZEOF_VOID_P},4>>:-Wno-array-bounds>  # the same
+    # Vectors are handed on within the library alone.
+    $<$<AND:$<CXX_COMPILER_ID:GNU>,$<EQUAL:${CMAKE_SIZEOF_VOID_P},4>>:-Wno-psabi>
     $<$<BOOL:${KSSUBTITLE_WARNINGS_AS_ERRORS}>:-Werror>)
   if(KSSUBTITLE_CLANG_TIDY)
     set_target_properties(${target} PROPERTIES CXX_CLANG_TIDY "clang-tidy;--quiet")

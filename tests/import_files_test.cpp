@@ -1,6 +1,9 @@
 // Files of every format in tests/data, each beside what is to be read from it: the format, which
 // the file's name begins with, each cue with style below its times, and the notes.
 #include <algorithm>
+#include <filesystem>
+#include <string>
+#include <vector>
 
 #include "kssubtitle/import/formats/formats.h"
 #include "tests/import_support.h"
@@ -62,7 +65,7 @@ TEST_P(ImportFiles, AreReadAsExpected) {
   ASSERT_TRUE(parser.Open(path.c_str(), options)) << parser.report().refusalText();
   EXPECT_EQ(parser.report().format(), formatOf(path));
   EXPECT_EQ(summaryOf(parser), expected);
-  ASSERT_TRUE(openText(parser, contentOf(path))) << "the name decides";
+  ASSERT_TRUE(openText(parser, contentOf(path))) << "not known without its name";
   EXPECT_EQ(summaryOf(parser), plainOf(expected));
 }
 

@@ -66,12 +66,14 @@ TEST(ImportFrameRates, AreThoseOfTheOptionsIfUsable) {
     ksImportOptions options;
     options.frameRate = rate;
     ksImportParser parser;
-    EXPECT_TRUE(openText(parser, "{25}{50}A\n", options));
-    EXPECT_EQ(parser.report().count(ksImportProblem::kFrameRateAssumed), rate == 25 ? 0U : 1U);
+    EXPECT_TRUE(openText(parser, "{36}{50}A\n", options));
+    EXPECT_EQ(parser.report().count(ksImportProblem::kFrameRateAssumed),
+              rate > 1 && rate < 100 ? 0U : 1U);
     return parser.cues()[0].start;
   };
-  EXPECT_EQ(startAt(25), 1000);
-  for (const double rate : {-25.0, 1e-300, HUGE_VAL, std::nan("")}) EXPECT_EQ(startAt(rate), 1043);
+  EXPECT_EQ(startAt(25), 1440);
+  EXPECT_EQ(startAt(24000.0 / 1001), 1502);  // 1501.5, and less in more digits than a double has
+  for (const double rate : {-25.0, 1e-300, HUGE_VAL, std::nan("")}) EXPECT_EQ(startAt(rate), 1502);
 }
 
 }  // namespace

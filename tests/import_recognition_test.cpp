@@ -1,5 +1,7 @@
 // Which format a text is taken for: content decides, and the extension where that leaves a choice.
 #include <set>
+#include <sstream>
+#include <string>
 
 #include "tests/import_support.h"
 

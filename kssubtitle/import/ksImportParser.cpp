@@ -2,6 +2,9 @@
 #include "kssubtitle/import/ksImportParser.h"
 
 #include <algorithm>
+#include <memory>
+#include <optional>
+#include <span>
 #include <string>
 #include <utility>
 #include <vector>
@@ -64,7 +67,10 @@ struct FormatOrRefusal {
 
 /// The format to read a text in, that of the name `given` if there is one.
 FormatOrRefusal formatToRead(std::string_view text, std::string_view path, std::string_view given) {
-  if (!given.empty()) return {formatNamed(given), {ksImportRefusal::kUnknownOption, {}}};
+  if (!given.empty()) {
+    // The refusal counts where there is no such format.
+    return {formatNamed(given), {ksImportRefusal::kUnknownOption, {}}};
+  }
   const Format* const format = recogniseText(text, path);
   const bool isWebVtt = format != nullptr && format->name == "webvtt";
   if (!isWebVtt && isWebVttWithoutSignature(text, path)) {

@@ -1,6 +1,7 @@
 // Times that are counted in frames.
 #pragma once
 
+#include <cfloat>
 #include <optional>
 
 #include "kssubtitle/import/formats/formats.h"
@@ -23,11 +24,21 @@ constexpr long long nearestTo(double value) noexcept {
   return whole + (rest >= 0.5 ? 1 : 0) - (rest <= -0.5 ? 1 : 0);
 }
 
+/// `value` as a double has it, where the processor computes with more digits as well.
+inline double inDoublePrecision(double value) noexcept {
+#if FLT_EVAL_METHOD == 0
+  return value;
+#else
+  const volatile double stored = value;
+  return stored;
+#endif
+}
+
 /// The time of a place in a file; nothing if that is too far away to be one. Rounds once, to the
 /// nearest millisecond. Requires: `perSecond` is usable.
-constexpr std::optional<long long> millisecondsOf(double units, double perSecond) noexcept {
+inline std::optional<long long> millisecondsOf(double units, double perSecond) noexcept {
   constexpr double kFarthest = 1e18;
-  const double milliseconds = units * 1000 / perSecond;
+  const double milliseconds = inDoublePrecision(units * 1000 / perSecond);
   if (!(milliseconds >= -kFarthest && milliseconds <= kFarthest)) return std::nullopt;
   return nearestTo(milliseconds);
 }

@@ -16,19 +16,32 @@ struct Digits {
   std::size_t count = 0;
 };
 
-/// Takes digits off the front of `text`, with the blanks before them; nothing if there are none, or
-/// more than 12.
-constexpr std::optional<Digits> takeDigits(std::string_view& text) noexcept {
+/// Takes digits off the very front of `text`; nothing if there are none, or more than 12.
+constexpr std::optional<Digits> takeDigitsAtFront(std::string_view& text) noexcept {
   constexpr std::size_t kMostDigits = 12;
-  const std::string_view rest = withoutLeadingBlanks(text);
-  const std::size_t looked = std::min(rest.size(), kMostDigits + 1);
+  const std::size_t looked = std::min(text.size(), kMostDigits + 1);
   Digits digits;
-  for (; digits.count < looked && isDigit(rest[digits.count]); ++digits.count) {
-    digits.value = digits.value * 10 + static_cast<unsigned char>(rest[digits.count] - '0');
+  for (; digits.count < looked && isDigit(text[digits.count]); ++digits.count) {
+    digits.value = digits.value * 10 + static_cast<unsigned char>(text[digits.count] - '0');
   }
   if (digits.count == 0 || digits.count > kMostDigits) return std::nullopt;
-  text = rest.substr(digits.count);
+  text.remove_prefix(digits.count);
   return digits;
+}
+
+/// The same with the blanks before them.
+constexpr std::optional<Digits> takeDigits(std::string_view& text) noexcept {
+  std::string_view rest = withoutLeadingBlanks(text);
+  const auto digits = takeDigitsAtFront(rest);
+  if (digits) text = rest;
+  return digits;
+}
+
+/// The number of the two digits at `p`; above 99 if they are none.
+constexpr unsigned twoDigits(const char* p) noexcept {
+  const auto tens = static_cast<unsigned>(p[0] - '0');
+  const auto ones = static_cast<unsigned>(p[1] - '0');
+  return tens > 9 || ones > 9 ? 100U : tens * 10 + ones;
 }
 
 /// The milliseconds of the digits behind a decimal point.

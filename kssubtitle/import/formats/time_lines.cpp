@@ -1,8 +1,6 @@
 // Lines of two times.
 #include "kssubtitle/import/formats/time_lines.h"
 
-#include <algorithm>
-
 #include "kssubtitle/import/formats/numbers.h"
 
 namespace kssubtitle::importing {

@@ -11,13 +11,6 @@
 namespace kssubtitle::importing {
 namespace {
 
-/// The two digits at `p`; above 99 if they are none.
-unsigned twoDigits(const char* p) noexcept {
-  const auto tens = static_cast<unsigned>(p[0] - '0');
-  const auto ones = static_cast<unsigned>(p[1] - '0');
-  return tens > 9 || ones > 9 ? 100U : tens * 10 + ones;
-}
-
 /// The eight characters at `p`, the first one lowest.
 std::uint64_t charactersAt(const char* p) noexcept {
   std::uint64_t characters;
@@ -37,8 +30,8 @@ int secondsOf(std::uint64_t characters) noexcept {
   const std::uint64_t digits = characters ^ kZeros;
   if ((((digits + kOverflow) | digits) & kHighest) != 0) return -1;
   const std::uint64_t pairs = digits * 10 + (digits >> 8);
-  const auto pairAt = [pairs](int byte) { return static_cast<int>(pairs >> (8 * byte) & 0xFF); };
-  return (pairAt(0) * 60 + pairAt(3)) * 60 + pairAt(6);
+  const auto pairOf = [pairs](int byte) { return static_cast<int>(pairs >> (8 * byte) & 0xFF); };
+  return (pairOf(0) * 60 + pairOf(3)) * 60 + pairOf(6);
 }
 
 /// The milliseconds of a comma or a point and two or three digits at the front of `text`, and how
@@ -149,8 +142,8 @@ WrittenTime anyTimeOf(std::string_view text) noexcept {
 }  // namespace
 
 int clockAtFront(std::string_view text) noexcept {
-  constexpr std::size_t kLength = 8;
-  if (text.size() < kLength || (text.size() > kLength && isDigit(text[kLength]))) return -1;
+  const bool goesOn = text.size() > kClockLength && isDigit(text[kClockLength]);
+  if (text.size() < kClockLength || goesOn) return -1;
   return secondsOf(charactersAt(text.data()));
 }
 

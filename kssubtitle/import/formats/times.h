@@ -42,6 +42,9 @@ inline std::optional<WrittenTime> takeTime(std::string_view& text) noexcept {
   return time;
 }
 
+/// How many characters clockAtFront() reads.
+inline constexpr std::size_t kClockLength = 8;
+
 /// The seconds of "00:00:00" at the very front of `text`; -1 if another thing stands there, or a
 /// further digit follows.
 int clockAtFront(std::string_view text) noexcept;

@@ -24,7 +24,7 @@ struct TimedLine {
 /// Takes "0:00:10" off, in milliseconds.
 std::optional<long long> takeClock(std::string_view& text) noexcept {
   if (const int seconds = clockAtFront(text); seconds >= 0) {
-    text.remove_prefix(8);
+    text.remove_prefix(kClockLength);
     return seconds * 1000LL;
   }
   const bool isNegative = takeCharacter(text, '-');

@@ -1,7 +1,6 @@
 // TTML, with all that was and is named after it: DFXP, EBU-TT, IMSC.
 #include <algorithm>
 #include <cstddef>
-#include <cstring>
 #include <memory>
 #include <new>
 #include <pugixml.hpp>

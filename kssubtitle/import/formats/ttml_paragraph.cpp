@@ -3,6 +3,7 @@
 
 #include <algorithm>
 
+#include "kssubtitle/import/formats/frames.h"
 #include "kssubtitle/import/formats/ttml_names.h"
 #include "kssubtitle/import/markup/html_entities.h"
 #include "kssubtitle/import/text/scan.h"
@@ -18,17 +19,14 @@ constexpr bool isXmlSpace(char c) noexcept {
 
 constexpr bool isLineEnd(char c) noexcept { return c == '\n' || c == '\r'; }
 
-bool isBlank(const char* text) noexcept {
+bool isAllSpace(const char* text) noexcept {
   while (isXmlSpace(*text)) ++text;
   return *text == '\0';
 }
 
-/// Rounds to the nearest one. Requires: `time` is not negative.
 long long toMilliseconds(double time) noexcept {
   constexpr double kFarthest = 1e18;
-  const double bounded = std::min(time, kFarthest);
-  const auto whole = static_cast<long long>(bounded);
-  return bounded - static_cast<double>(whole) < 0.5 ? whole : whole + 1;
+  return nearestTo(std::min(inDoublePrecision(time), kFarthest));
 }
 
 /// Whether the text in an element of that name is text of the paragraph. Files made from HTML have
@@ -97,7 +95,7 @@ double TtmlParagraphs::collect(pugi::xml_node node, const TtmlContext& context, 
 bool TtmlParagraphs::collectText(const char* text, bool hasReferences, const TtmlContext& context,
                                  int depth) {
   if (*text == '\0') return false;
-  const bool isSpace = isBlank(text);
+  const bool isSpace = isAllSpace(text);
   Part& part = parts_.emplace_back();
   part.text = isSpace && !context.keepsSpace ? " " : text;
   if (sink_.text().isHtml()) part.style = context.style.toStyle();

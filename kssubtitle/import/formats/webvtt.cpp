@@ -4,6 +4,7 @@
 #include <optional>
 #include <string_view>
 
+#include "kssubtitle/import/formats/numbers.h"
 #include "kssubtitle/import/formats/readers.h"
 #include "kssubtitle/import/markup/webvtt_tags.h"
 #include "kssubtitle/import/text/ascii.h"
@@ -18,24 +19,6 @@ constexpr std::string_view kSignature = "WEBVTT";
 /// How fractions are read.
 enum class Fractions { kStandard, kTolerant };
 
-struct Digits {
-  long long value = 0;
-  std::size_t count = 0;
-};
-
-/// Takes all digits off; nothing if there are none, or more than hours need.
-std::optional<Digits> takeDigits(std::string_view& text) noexcept {
-  constexpr std::size_t kMost = 12;
-  Digits digits;
-  while (digits.count < text.size() && isDigit(text[digits.count])) {
-    if (digits.count == kMost) return std::nullopt;
-    digits.value = digits.value * 10 + (text[digits.count++] - '0');
-  }
-  if (digits.count == 0) return std::nullopt;
-  text.remove_prefix(digits.count);
-  return digits;
-}
-
 bool take(std::string_view& text, char c) noexcept {
   if (!text.starts_with(c)) return false;
   text.remove_prefix(1);
@@ -45,7 +28,7 @@ bool take(std::string_view& text, char c) noexcept {
 /// Two digits behind a colon.
 std::optional<long long> takePair(std::string_view& text) noexcept {
   if (!take(text, ':')) return std::nullopt;
-  const auto digits = takeDigits(text);
+  const auto digits = takeDigitsAtFront(text);
   if (!digits || digits->count != 2) return std::nullopt;
   return digits->value;
 }
@@ -55,25 +38,18 @@ std::optional<long long> takeFraction(std::string_view& text, Fractions fraction
   if (!take(text, '.') && !(isTolerant && take(text, ','))) {
     return isTolerant ? std::optional(0LL) : std::nullopt;
   }
-  auto digits = takeDigits(text);
+  auto digits = takeDigitsAtFront(text);
   if (!digits || digits->count > 3 || (digits->count < 3 && !isTolerant)) return std::nullopt;
   for (; digits->count < 3; ++digits->count) digits->value *= 10;
   return digits->value;
 }
 
-/// The number of the two digits at `p`; above 99 if they are none.
-constexpr unsigned pairAt(const char* p) noexcept {
-  const auto tens = static_cast<unsigned>(p[0] - '0');
-  const auto ones = static_cast<unsigned>(p[1] - '0');
-  return tens > 9 || ones > 9 ? 100 : tens * 10 + ones;
-}
-
 /// The milliseconds of "00:00:00.000" at `p`; negative if another form stands there.
 constexpr long long usualTimestampAt(const char* p) noexcept {
-  const unsigned hours = pairAt(p);
-  const unsigned minutes = pairAt(p + 3);
-  const unsigned seconds = pairAt(p + 6);
-  const unsigned hundredths = pairAt(p + 9);
+  const unsigned hours = twoDigits(p);
+  const unsigned minutes = twoDigits(p + 3);
+  const unsigned seconds = twoDigits(p + 6);
+  const unsigned hundredths = twoDigits(p + 9);
   const auto thousandths = static_cast<unsigned>(p[11] - '0');
   const bool isSeparated = p[2] == ':' && p[5] == ':' && p[8] == '.';
   const bool isNumber = hours < 100 && hundredths < 100 && thousandths < 10;
@@ -83,7 +59,7 @@ constexpr long long usualTimestampAt(const char* p) noexcept {
 
 /// Takes a time off, in milliseconds.
 std::optional<long long> takeTimestamp(std::string_view& text, Fractions fractions) noexcept {
-  const auto first = takeDigits(text);
+  const auto first = takeDigitsAtFront(text);
   if (!first) return std::nullopt;
   const auto second = takePair(text);
   if (!second) return std::nullopt;

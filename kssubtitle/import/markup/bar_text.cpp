@@ -1,7 +1,6 @@
 // Texts of the formats of early players.
 #include "kssubtitle/import/markup/bar_text.h"
 
-#include <algorithm>
 #include <charconv>
 
 #include "kssubtitle/import/markup/subrip_tags.h"

@@ -44,8 +44,8 @@ std::size_t closingQuote(std::string_view text, std::size_t at) noexcept {
 }
 
 struct TagEnd {
-  std::size_t place =
-      0;  // of the '>' that ends it or the '<' before that; the size if neither comes
+  /// Of the '>' that ends it or the '<' before that; the size if neither comes.
+  std::size_t place = 0;
   bool areQuotesClosed = true;
 };
 

@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <optional>
+#include <utility>
 
 #include "kssubtitle/import/markup/html_entities.h"
 #include "kssubtitle/import/markup/loose_tags.h"

@@ -18,8 +18,8 @@ std::string_view withoutBlankLinesBehind(std::string_view text) noexcept {
   return text;
 }
 
-/// The length of what is a tag's name at the front of `text`.
-std::size_t nameLength(std::string_view text) noexcept {
+/// How many letters `text` begins with.
+std::size_t letterCount(std::string_view text) noexcept {
   const auto* const end = std::find_if_not(text.begin(), text.end(), isLetter);
   return static_cast<std::size_t>(end - text.begin());
 }
@@ -41,7 +41,7 @@ std::optional<TagAtFront> tagBegun(std::string_view text) noexcept {
   TagAtFront begun;
   begun.isClosing = text.substr(1).starts_with('/');
   const std::size_t at = begun.isClosing ? 2 : 1;
-  const std::string_view name = text.substr(at, nameLength(text.substr(at)));
+  const std::string_view name = text.substr(at, letterCount(text.substr(at)));
   const std::optional<StyleTag> tag = tagNamed(name);
   if (!tag) return std::nullopt;
   begun.tag = *tag;

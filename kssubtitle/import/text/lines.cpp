@@ -2,6 +2,7 @@
 #include "kssubtitle/import/text/lines.h"
 
 #include <algorithm>
+#include <utility>
 
 #include "kssubtitle/import/text/scan.h"
 

@@ -1,6 +1,7 @@
 // The lines of a text, and how they end.
 #pragma once
 
+#include <algorithm>
 #include <cstddef>
 #include <string>
 #include <string_view>
