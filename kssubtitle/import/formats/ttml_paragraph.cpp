@@ -36,9 +36,7 @@ bool isInline(const char* name) noexcept {
          is(name, "em") || is(name, "strong") || is(name, "font");
 }
 
-/// Whether a reference to white space stands at the front of `text`.
-bool beginsWithSpace(std::string_view text) noexcept {
-  const HtmlEntity entity = htmlEntityOf(text);
+bool isWhiteSpace(const HtmlEntity& entity) noexcept {
   return entity.length > 0 && entity.first <= ' ' && isXmlSpace(static_cast<char>(entity.first));
 }
 
@@ -242,12 +240,8 @@ void TtmlParagraphs::writeTextWithSpaces(std::string_view text, bool hasReferenc
     if (isXmlSpace(text.front())) {
       writeSpace();
       text.remove_prefix(1);
-    } else if (hasReferences && text.front() == '&' && beginsWithSpace(text)) {
-      writeSpace();
-      text.remove_prefix(htmlEntityOf(text).length);
     } else if (hasReferences && text.front() == '&') {
-      takeHtmlEntity(text, sink_.text());
-      isBehindSpace_ = false;
+      writeReference(text);
     } else {
       const std::size_t length = 1 + findAnyOrBlanks<'\n', '\t', '\r', '&'>(text.substr(1));
       sink_.text().append(text.substr(0, length));
@@ -255,6 +249,16 @@ void TtmlParagraphs::writeTextWithSpaces(std::string_view text, bool hasReferenc
       text.remove_prefix(length);
     }
   }
+}
+
+void TtmlParagraphs::writeReference(std::string_view& text) {
+  const HtmlEntity entity = htmlEntityOf(text);
+  if (isWhiteSpace(entity)) {
+    writeSpace();
+    return text.remove_prefix(entity.length);
+  }
+  takeHtmlEntity(text, sink_.text());
+  isBehindSpace_ = false;
 }
 
 void TtmlParagraphs::writeSpace() {

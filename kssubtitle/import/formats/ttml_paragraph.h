@@ -53,6 +53,7 @@ class TtmlParagraphs {
   void writeShownParts();
   void writeText(const Part& part);
   void writeTextWithSpaces(std::string_view text, bool hasReferences);
+  void writeReference(std::string_view& text);
   void writeSpace();
   void writeTextAsItIs(std::string_view text, bool hasReferences);
 

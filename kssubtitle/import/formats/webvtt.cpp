@@ -200,7 +200,7 @@ class WebVttReader {
 
   void beginBlock(const Line& line) noexcept {
     blockLine_ = line.number;
-    isMeantForNobody_ = !isHeader_ && !beginsNoCue(line.text);
+    mayBeCue_ = !isHeader_ && !beginsNoCue(line.text);
   }
 
   void beginCue(const Line& line) {
@@ -223,7 +223,7 @@ class WebVttReader {
         sink_.notes().add(ksImportProblem::kTagUnclosed, line_);
       }
       sink_.finish();
-    } else if (!hasSeenArrow_ && linesInBlock_ > 0 && isMeantForNobody_) {
+    } else if (!hasSeenArrow_ && linesInBlock_ > 0 && mayBeCue_) {
       sink_.notes().add(ksImportProblem::kLineIgnored, blockLine_);
     }
     isHeader_ = false;
@@ -240,7 +240,7 @@ class WebVttReader {
   bool hasSeenArrow_ = false;
   int linesInBlock_ = 0;
   int blockLine_ = 0;
-  bool isMeantForNobody_ = false;  // unless an arrow follows
+  bool mayBeCue_ = false;  // if an arrow follows
   bool isInCue_ = false;
   Times times_;  // of the cue
   int line_ = 0;

@@ -6,6 +6,7 @@
 #include <string_view>
 
 #include "kssubtitle/import/markup/cue_text.h"
+#include "kssubtitle/import/markup/style.h"
 #include "kssubtitle/import/text/scan.h"
 
 namespace kssubtitle::importing {

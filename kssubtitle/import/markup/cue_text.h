@@ -31,7 +31,7 @@ class CueText {
     if (arena_.text().size() == lineBegin_) characters.remove_prefix(leadingWhiteSpace(characters));
     put(characters);
   }
-  /// Appends characters of which the last one ends a line.
+  /// Appends characters (valid UTF-8, no line feed) and ends their line.
   void appendLine(std::string_view characters) {
     if (isHtml_ || arena_.text().size() != lineBegin_) {
       append(characters);
