@@ -5,7 +5,7 @@
 #include <algorithm>
 #include <iterator>
 
-#include "kssubtitle/import/report_data.h"
+#include "kssubtitle/import/report/report_data.h"
 #include "kssubtitle/import/text/ascii.h"
 
 namespace kssubtitle::importing {

@@ -10,12 +10,12 @@
 #include <vector>
 
 #include "kssubtitle/import/conditions.h"
-#include "kssubtitle/import/formats/cue_sink.h"
+#include "kssubtitle/import/formats/common/cue_sink.h"
 #include "kssubtitle/import/formats/formats.h"
 #include "kssubtitle/import/markup/cue_text.h"
 #include "kssubtitle/import/markup/text_arena.h"
 #include "kssubtitle/import/moments/moments.h"
-#include "kssubtitle/import/report_data.h"
+#include "kssubtitle/import/report/report_data.h"
 #include "kssubtitle/import/text/bytes.h"
 #include "kssubtitle/import/text/file_text.h"
 #include "kssubtitle/import/text/lines.h"

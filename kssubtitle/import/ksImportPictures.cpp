@@ -14,7 +14,7 @@
 #include "kssubtitle/import/pictures/stream_bytes.h"
 #include "kssubtitle/import/pictures/subpicture.h"
 #include "kssubtitle/import/pictures/survey.h"
-#include "kssubtitle/import/report_data.h"
+#include "kssubtitle/import/report/report_data.h"
 #include "kssubtitle/import/text/ascii.h"
 #include "kssubtitle/import/text/bytes.h"
 #include "kssubtitle/import/text/file_text.h"

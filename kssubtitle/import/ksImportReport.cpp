@@ -4,7 +4,7 @@
 #include <algorithm>
 
 #include "kssubtitle/import/conditions.h"
-#include "kssubtitle/import/report_data.h"
+#include "kssubtitle/import/report/report_data.h"
 
 using kssubtitle::importing::ReportData;
 

@@ -3,9 +3,9 @@
 #include <array>
 #include <string_view>
 
+#include "kssubtitle/import/formats/common/time_lines.h"
+#include "kssubtitle/import/formats/common/times.h"
 #include "kssubtitle/import/formats/readers.h"
-#include "kssubtitle/import/formats/time_lines.h"
-#include "kssubtitle/import/formats/times.h"
 #include "kssubtitle/import/markup/ass_overrides.h"
 #include "kssubtitle/import/text/ascii.h"
 #include "kssubtitle/import/text/lines.h"

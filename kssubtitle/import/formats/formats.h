@@ -7,7 +7,7 @@
 #include <string_view>
 #include <vector>
 
-#include "kssubtitle/import/formats/cue_sink.h"
+#include "kssubtitle/import/formats/common/cue_sink.h"
 #include "kssubtitle/import/ksImportOptions.h"
 
 namespace kssubtitle::importing {

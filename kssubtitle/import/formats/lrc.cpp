@@ -3,10 +3,10 @@
 #include <optional>
 #include <string_view>
 
-#include "kssubtitle/import/formats/numbers.h"
+#include "kssubtitle/import/formats/common/numbers.h"
+#include "kssubtitle/import/formats/common/time_lines.h"
+#include "kssubtitle/import/formats/common/times.h"
 #include "kssubtitle/import/formats/readers.h"
-#include "kssubtitle/import/formats/time_lines.h"
-#include "kssubtitle/import/formats/times.h"
 #include "kssubtitle/import/text/lines.h"
 #include "kssubtitle/import/text/scan.h"
 

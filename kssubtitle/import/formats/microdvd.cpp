@@ -2,10 +2,10 @@
 #include <optional>
 #include <string_view>
 
-#include "kssubtitle/import/formats/frames.h"
-#include "kssubtitle/import/formats/numbers.h"
+#include "kssubtitle/import/formats/common/frames.h"
+#include "kssubtitle/import/formats/common/numbers.h"
+#include "kssubtitle/import/formats/common/spans.h"
 #include "kssubtitle/import/formats/readers.h"
-#include "kssubtitle/import/formats/spans.h"
 #include "kssubtitle/import/markup/bar_text.h"
 
 namespace kssubtitle::importing {

@@ -1,8 +1,8 @@
 // MPL2: "[1][25]text" on a line each, times counted in tenths of a second.
 #include <string_view>
 
+#include "kssubtitle/import/formats/common/spans.h"
 #include "kssubtitle/import/formats/readers.h"
-#include "kssubtitle/import/formats/spans.h"
 #include "kssubtitle/import/markup/bar_text.h"
 
 namespace kssubtitle::importing {

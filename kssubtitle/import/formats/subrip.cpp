@@ -3,9 +3,9 @@
 #include <string_view>
 #include <vector>
 
+#include "kssubtitle/import/formats/common/subrip_lines.h"
+#include "kssubtitle/import/formats/common/times.h"
 #include "kssubtitle/import/formats/readers.h"
-#include "kssubtitle/import/formats/subrip_lines.h"
-#include "kssubtitle/import/formats/times.h"
 #include "kssubtitle/import/markup/subrip_tags.h"
 #include "kssubtitle/import/markup/white_space.h"
 #include "kssubtitle/import/text/ascii.h"

@@ -2,11 +2,11 @@
 #include <string_view>
 #include <utility>
 
-#include "kssubtitle/import/formats/bar_cue.h"
-#include "kssubtitle/import/formats/numbers.h"
+#include "kssubtitle/import/formats/common/bar_cue.h"
+#include "kssubtitle/import/formats/common/numbers.h"
+#include "kssubtitle/import/formats/common/time_lines.h"
+#include "kssubtitle/import/formats/common/times.h"
 #include "kssubtitle/import/formats/readers.h"
-#include "kssubtitle/import/formats/time_lines.h"
-#include "kssubtitle/import/formats/times.h"
 #include "kssubtitle/import/text/lines.h"
 
 namespace kssubtitle::importing {

@@ -4,7 +4,7 @@
 #include <optional>
 #include <string_view>
 
-#include "kssubtitle/import/formats/numbers.h"
+#include "kssubtitle/import/formats/common/numbers.h"
 #include "kssubtitle/import/formats/readers.h"
 #include "kssubtitle/import/markup/webvtt_tags.h"
 #include "kssubtitle/import/text/ascii.h"

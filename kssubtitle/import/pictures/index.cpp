@@ -5,7 +5,7 @@
 #include <algorithm>
 #include <array>
 
-#include "kssubtitle/import/formats/numbers.h"
+#include "kssubtitle/import/formats/common/numbers.h"
 #include "kssubtitle/import/text/ascii.h"
 #include "kssubtitle/import/text/lines.h"
 

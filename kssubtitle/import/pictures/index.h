@@ -7,8 +7,8 @@
 #include <string_view>
 #include <vector>
 
-#include "kssubtitle/import/notes.h"
 #include "kssubtitle/import/pictures/subpicture.h"
+#include "kssubtitle/import/report/notes.h"
 
 namespace kssubtitle::importing {
 

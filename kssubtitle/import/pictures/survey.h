@@ -5,9 +5,9 @@
 #include <vector>
 
 #include "kssubtitle/import/ksImportPictures.h"
-#include "kssubtitle/import/notes.h"
 #include "kssubtitle/import/pictures/index.h"
 #include "kssubtitle/import/pictures/stream_bytes.h"
+#include "kssubtitle/import/report/notes.h"
 
 namespace kssubtitle::importing {
 

@@ -5,7 +5,7 @@
 #include <string>
 
 #include "kssubtitle/import/ksImportOptions.h"
-#include "kssubtitle/import/report_data.h"
+#include "kssubtitle/import/report/report_data.h"
 
 namespace kssubtitle::importing {
 

@@ -1,7 +1,7 @@
 // Writes SubRip.
 #include <algorithm>
 
-#include "kssubtitle/import/formats/subrip_lines.h"
+#include "kssubtitle/import/formats/common/subrip_lines.h"
 #include "kssubtitle/import/markup/html_tags.h"
 #include "kssubtitle/import/markup/subrip_tags.h"
 #include "kssubtitle/import/text/ascii.h"

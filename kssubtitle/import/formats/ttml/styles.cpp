@@ -1,12 +1,12 @@
 // Styles and regions of TTML.
-#include "kssubtitle/import/formats/ttml_styles.h"
+#include "kssubtitle/import/formats/ttml/styles.h"
 
 #include <algorithm>
 #include <cstddef>
 #include <cstring>
 
-#include "kssubtitle/import/formats/numbers.h"
-#include "kssubtitle/import/formats/ttml_names.h"
+#include "kssubtitle/import/formats/common/numbers.h"
+#include "kssubtitle/import/formats/ttml/names.h"
 
 namespace kssubtitle::importing {
 namespace {

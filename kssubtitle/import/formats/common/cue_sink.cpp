@@ -1,5 +1,5 @@
 // Takes the cues that a format's reader finds, and arranges them.
-#include "kssubtitle/import/formats/cue_sink.h"
+#include "kssubtitle/import/formats/common/cue_sink.h"
 
 #include <algorithm>
 #include <limits>

@@ -4,8 +4,8 @@
 #include <limits>
 #include <pugixml.hpp>
 
-#include "kssubtitle/import/formats/ttml_styles.h"
-#include "kssubtitle/import/formats/ttml_times.h"
+#include "kssubtitle/import/formats/ttml/styles.h"
+#include "kssubtitle/import/formats/ttml/time_expressions.h"
 
 namespace kssubtitle::importing {
 

@@ -1,5 +1,5 @@
 // Times that are counted in frames.
-#include "kssubtitle/import/formats/frames.h"
+#include "kssubtitle/import/formats/common/frames.h"
 
 namespace kssubtitle::importing {
 

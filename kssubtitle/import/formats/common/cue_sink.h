@@ -6,7 +6,7 @@
 
 #include "kssubtitle/import/ksImportCue.h"
 #include "kssubtitle/import/markup/cue_text.h"
-#include "kssubtitle/import/notes.h"
+#include "kssubtitle/import/report/notes.h"
 
 namespace kssubtitle::importing {
 

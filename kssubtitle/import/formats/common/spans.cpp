@@ -1,7 +1,7 @@
 // Lines that begin with two numbers in brackets.
-#include "kssubtitle/import/formats/spans.h"
+#include "kssubtitle/import/formats/common/spans.h"
 
-#include "kssubtitle/import/formats/time_lines.h"
+#include "kssubtitle/import/formats/common/time_lines.h"
 
 namespace kssubtitle::importing {
 

@@ -1,7 +1,7 @@
 // Lines of two times.
-#include "kssubtitle/import/formats/time_lines.h"
+#include "kssubtitle/import/formats/common/time_lines.h"
 
-#include "kssubtitle/import/formats/numbers.h"
+#include "kssubtitle/import/formats/common/numbers.h"
 
 namespace kssubtitle::importing {
 namespace {

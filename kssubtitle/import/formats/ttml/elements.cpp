@@ -1,9 +1,9 @@
 // The elements of TTML that have times: what they say, and when that is.
-#include "kssubtitle/import/formats/ttml_elements.h"
+#include "kssubtitle/import/formats/ttml/elements.h"
 
 #include <algorithm>
 
-#include "kssubtitle/import/formats/ttml_names.h"
+#include "kssubtitle/import/formats/ttml/names.h"
 
 namespace kssubtitle::importing {
 namespace {

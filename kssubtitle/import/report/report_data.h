@@ -9,7 +9,7 @@
 
 #include "kssubtitle/import/ksImportCue.h"
 #include "kssubtitle/import/ksImportReport.h"
-#include "kssubtitle/import/notes.h"
+#include "kssubtitle/import/report/notes.h"
 
 namespace kssubtitle::importing {
 

@@ -1,5 +1,5 @@
 // Numbers as the text of a file has them.
-#include "kssubtitle/import/formats/numbers.h"
+#include "kssubtitle/import/formats/common/numbers.h"
 
 namespace kssubtitle::importing {
 namespace {

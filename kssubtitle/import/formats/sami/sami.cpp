@@ -7,10 +7,10 @@
 #include <string_view>
 #include <vector>
 
-#include "kssubtitle/import/formats/numbers.h"
+#include "kssubtitle/import/formats/common/numbers.h"
+#include "kssubtitle/import/formats/common/times.h"
 #include "kssubtitle/import/formats/readers.h"
-#include "kssubtitle/import/formats/sami_classes.h"
-#include "kssubtitle/import/formats/times.h"
+#include "kssubtitle/import/formats/sami/classes.h"
 #include "kssubtitle/import/markup/loose_tags.h"
 #include "kssubtitle/import/markup/sami_text.h"
 #include "kssubtitle/import/text/lines.h"

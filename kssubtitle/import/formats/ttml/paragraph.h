@@ -6,8 +6,8 @@
 #include <string_view>
 #include <vector>
 
-#include "kssubtitle/import/formats/cue_sink.h"
-#include "kssubtitle/import/formats/ttml_elements.h"
+#include "kssubtitle/import/formats/common/cue_sink.h"
+#include "kssubtitle/import/formats/ttml/elements.h"
 
 namespace kssubtitle::importing {
 

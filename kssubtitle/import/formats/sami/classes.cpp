@@ -1,11 +1,11 @@
 // The classes of SAMI's paragraphs.
-#include "kssubtitle/import/formats/sami_classes.h"
+#include "kssubtitle/import/formats/sami/classes.h"
 
 #include <algorithm>
 #include <iterator>
 #include <optional>
 
-#include "kssubtitle/import/formats/language_tag.h"
+#include "kssubtitle/import/formats/common/language_tag.h"
 
 namespace kssubtitle::importing {
 namespace {

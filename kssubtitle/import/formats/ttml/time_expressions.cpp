@@ -1,14 +1,14 @@
 // Times as TTML has them.
-#include "kssubtitle/import/formats/ttml_times.h"
+#include "kssubtitle/import/formats/ttml/time_expressions.h"
 
 #include <algorithm>
 #include <cstddef>
 #include <optional>
 #include <string_view>
 
-#include "kssubtitle/import/formats/frames.h"
-#include "kssubtitle/import/formats/numbers.h"
-#include "kssubtitle/import/formats/ttml_names.h"
+#include "kssubtitle/import/formats/common/frames.h"
+#include "kssubtitle/import/formats/common/numbers.h"
+#include "kssubtitle/import/formats/ttml/names.h"
 
 namespace kssubtitle::importing {
 namespace {

@@ -1,10 +1,10 @@
 // The paragraphs of TTML, which become cues.
-#include "kssubtitle/import/formats/ttml_paragraph.h"
+#include "kssubtitle/import/formats/ttml/paragraph.h"
 
 #include <algorithm>
 
-#include "kssubtitle/import/formats/frames.h"
-#include "kssubtitle/import/formats/ttml_names.h"
+#include "kssubtitle/import/formats/common/frames.h"
+#include "kssubtitle/import/formats/ttml/names.h"
 #include "kssubtitle/import/markup/html_entities.h"
 #include "kssubtitle/import/text/scan.h"
 

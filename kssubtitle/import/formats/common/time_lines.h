@@ -4,7 +4,7 @@
 #include <optional>
 #include <string_view>
 
-#include "kssubtitle/import/formats/times.h"
+#include "kssubtitle/import/formats/common/times.h"
 
 namespace kssubtitle::importing {
 

@@ -1,12 +1,12 @@
 // Times as people write them.
-#include "kssubtitle/import/formats/times.h"
+#include "kssubtitle/import/formats/common/times.h"
 
 #include <algorithm>
 #include <bit>
 #include <cstdint>
 #include <cstring>
 
-#include "kssubtitle/import/formats/numbers.h"
+#include "kssubtitle/import/formats/common/numbers.h"
 
 namespace kssubtitle::importing {
 namespace {

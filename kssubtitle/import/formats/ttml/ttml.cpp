@@ -8,10 +8,10 @@
 #include <string_view>
 #include <vector>
 
-#include "kssubtitle/import/formats/language_tag.h"
+#include "kssubtitle/import/formats/common/language_tag.h"
 #include "kssubtitle/import/formats/readers.h"
-#include "kssubtitle/import/formats/ttml_names.h"
-#include "kssubtitle/import/formats/ttml_paragraph.h"
+#include "kssubtitle/import/formats/ttml/names.h"
+#include "kssubtitle/import/formats/ttml/paragraph.h"
 #include "kssubtitle/import/text/lines.h"
 
 namespace kssubtitle::importing {

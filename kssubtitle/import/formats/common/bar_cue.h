@@ -1,7 +1,7 @@
 // A cue whose lines of text stand below its times, as in the formats of early players.
 #pragma once
 
-#include "kssubtitle/import/formats/cue_sink.h"
+#include "kssubtitle/import/formats/common/cue_sink.h"
 #include "kssubtitle/import/markup/bar_text.h"
 
 namespace kssubtitle::importing {
