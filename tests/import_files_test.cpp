@@ -5,7 +5,6 @@
 #include <string>
 #include <vector>
 
-#include "kssubtitle/import/formats/formats.h"
 #include "tests/import_support.h"
 
 namespace {
@@ -76,10 +75,10 @@ INSTANTIATE_TEST_SUITE_P(Data, ImportFiles, testing::ValuesIn(files()), [](const
 });
 
 TEST(ImportFormatTable, Has_files_of_every_format) {
-  for (const auto& format : kssubtitle::importing::formats()) {
+  for (const ksImportFormat* const format : ksImportFormats()) {
     EXPECT_TRUE(std::ranges::any_of(files(), [&](const auto& path) {
-      return formatOf(path) == format.name;
-    })) << format.name;
+      return formatOf(path) == format->name;
+    })) << format->name;
   }
 }
 

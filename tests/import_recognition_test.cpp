@@ -11,9 +11,9 @@ namespace {
 std::set<std::string> extensionsOf(std::string_view format) {
   std::set<std::string> extensions;
   if (format.empty()) extensions.insert("");
-  for (const ksImportFormat& each : ksImportFormats()) {
-    std::istringstream words{std::string(each.extensions)};
-    if (!format.empty() && each.name != format) continue;
+  for (const ksImportFormat* const each : ksImportFormats()) {
+    std::istringstream words{std::string(each->extensions)};
+    if (!format.empty() && each->name != format) continue;
     for (std::string word; words >> word;) extensions.insert('.' + word);
   }
   return extensions;

@@ -72,11 +72,8 @@ FormatOrRefusal formatToRead(std::string_view text, std::string_view path, std::
     return {formatNamed(given), {ksImportRefusal::kUnknownOption, {}}};
   }
   const Format* const format = recogniseText(text, path);
-  const bool isWebVtt = format != nullptr && format->name == "webvtt";
-  if (!isWebVtt && isWebVttWithoutSignature(text, path)) {
-    return {nullptr,
-            {ksImportRefusal::kUnknownFormat,
-             "The file is named and written as WebVTT, but does not begin with WEBVTT."}};
+  if (const Format* const meant = formatLackingSignature(text, path, format)) {
+    return {nullptr, {ksImportRefusal::kUnknownFormat, meant->signatureMissing}};
   }
   if (format != nullptr) return {format, {}};
   if (looksBinary(text)) return {nullptr, {ksImportRefusal::kBinary, {}}};
@@ -197,16 +194,16 @@ bool ksImportParser::openText(std::string text, std::string_view path,
     report.refusalSentence = refusal.sentence;
     return refuse(refusal.refusal);
   }
-  report.format = format->name;
+  report.format = format->info.name;
   if (hasEndMark || begin > 0) report.notes.fail(Condition::kCuesAlone);
   if (report.lineEnds != ksImportLineEnds::kLf || !text.ends_with('\n')) {
     report.notes.fail(Condition::kLineEnds);
   }
-  if (!isExtensionOfFixedReaders(path, format->name)) report.notes.fail(Condition::kExtension);
-  replaceZeros(text, format->keepsZeros, report.notes);
+  if (!isExtensionOfFixedReaders(path, format->info.name)) report.notes.fail(Condition::kExtension);
+  replaceZeros(text, format->keepsNuls, report.notes);
   const std::size_t linesBegin = httpHeaderLength(text);  // anew, without its zeros
   const int firstLine = 1 + countLines(std::string_view(text).substr(0, linesBegin));
-  readCues(*format, {text, linesBegin, firstLine, options, report.languages});
+  readCues(*format, {text, linesBegin, firstLine, options});
   report.notes.sortByLine();
   report.refusal = ksImportRefusal::kNone;
   report.systemError = 0;
@@ -218,6 +215,7 @@ void ksImportParser::readCues(const Format& format, const FormatInput& input) {
   CueText text(contents->texts, input.options.markup);
   CueSink sink(text, report_.data_->notes, input.text.size());
   format.read(input, sink);
+  report_.data_->languages = std::move(sink.languages());
   arrange(sink.cues(), format.longestAssumed, sink.notes());
   contents->cues = std::move(sink.cues());
   contents->moments.reserve(contents->cues.size());

@@ -4,6 +4,8 @@
 #include <algorithm>
 #include <vector>
 
+#include "kssubtitle/import/formats/formats.h"
+#include "kssubtitle/import/ksImportFormats.h"
 #include "kssubtitle/import/writers/writers.h"
 
 using namespace kssubtitle::importing;
@@ -12,6 +14,11 @@ namespace {
 
 /// The greatest time with as many digits as are read: 999999999999:59:59.990, in milliseconds.
 constexpr long long kLatest = 3'599'999'999'999'999'990;
+
+constexpr ksImportFormat kText = {
+    .name = "text", .extensions = "txt", .target = ksImportTarget::kText};
+
+constexpr const ksImportFormat* kWritten[] = {&kSubRip.info, &kWebVtt.info, &kAss.info, &kText};
 
 std::vector<OutgoingCue> outgoing(std::span<const ksImportCue> cues, ksImportMarkup markup) {
   std::vector<OutgoingCue> all;
@@ -45,3 +52,5 @@ std::string writeCues(std::span<const ksImportCue> cues, ksImportTarget target,
   }
   return writeText(all);
 }
+
+std::span<const ksImportFormat* const> ksImportWrittenFormats() noexcept { return kWritten; }

@@ -39,25 +39,32 @@ struct Remark {
 };
 using Remarks = std::vector<Remark>;
 
-/// Whether cues of the format may stand in any order, and beside one another.
-bool hasNoOrder(std::string_view format) {
-  return format == "ass" || format == "lrc" || format == "ttml";
+/// The format of a file that was read.
+const ksImportFormat& formatOf(const ksImportReport& report) {
+  return **std::ranges::find(ksImportFormats(), report.format(), &ksImportFormat::name);
 }
 
-/// Whether a format is like that by its nature: scripts draw layers over one another.
-bool isUsual(std::string_view format, ksImportProblem problem) {
-  if (problem == ksImportProblem::kOverlap) return hasNoOrder(format);
-  if (problem == ksImportProblem::kDuplicate) return format == "ass";
-  const bool hasNoEnds = format == "lrc" || format == "tmplayer";
-  return hasNoEnds && problem == ksImportProblem::kEndAssumed;
+/// Whether files of the format are like that by its nature.
+bool isUsual(const ksImportFormat& format, ksImportProblem problem) {
+  switch (problem) {
+    case ksImportProblem::kOverlap:
+      return !format.isSequential;
+    case ksImportProblem::kDuplicate:
+      return format.repeatsCues;
+    case ksImportProblem::kEndAssumed:
+      return !format.hasEnds;
+    default:
+      return false;
+  }
 }
 
 /// By line; those on the whole file first.
 Remarks remarksOn(const ksImportParser& parser, const ViewingLimits& limits) {
   Remarks remarks;
   if (parser.cues().empty()) remarks.push_back({-1, 0, "The file has no cue that can be shown."});
+  const ksImportFormat& format = formatOf(parser.report());
   for (const ksImportNote& note : parser.report().notes()) {
-    if (isUsual(parser.report().format(), note.problem)) continue;
+    if (isUsual(format, note.problem)) continue;
     remarks.push_back({static_cast<int>(note.problem), note.line, std::string(describe(note))});
   }
   for (const Finding& finding : findingsIn(parser.cues(), limits)) {
@@ -142,7 +149,7 @@ class TextReport {
   void countThoseNotKept(const ksImportReport& report) {
     for (std::size_t i = 0; i < kImportProblems; ++i) {
       const auto problem = static_cast<ksImportProblem>(i);
-      if (report.count(problem) == 0 || isUsual(report.format(), problem)) continue;
+      if (report.count(problem) == 0 || isUsual(formatOf(report), problem)) continue;
       Kind& kind = kinds_[static_cast<int>(i)];
       kind.count = report.count(problem);
       kind.example = describe({problem, 0});
@@ -285,7 +292,7 @@ class Check : public Command {
     }
     hasSubtitles_ = true;
     ViewingLimits limits = limits_;
-    limits.ordersCount = !hasNoOrder(parser.report().format());
+    limits.ordersCount = formatOf(parser.report()).isSequential;
     const Remarks remarks = remarksOn(parser, limits);
     if (!remarks.empty()) status_ = std::max(status_, kProblems);
     progress.hide();

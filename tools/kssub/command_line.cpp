@@ -8,42 +8,27 @@
 #include <cmath>
 #include <optional>
 
-#include "kssubtitle/import/ksImportFormats.h"
 #include "tools/kssub/code_pages.h"
+#include "tools/kssub/formats.h"
 #include "tools/kssub/times.h"
 
 namespace kssub {
 namespace {
 
-/// `names` with commas between them, and `last` in front of the last one.
-std::string enumerated(const std::vector<std::string>& names, const std::string& last) {
-  std::string out;
-  for (const std::string& name : names) {
-    if (&name != &names.front()) out += &name == &names.back() ? last : ", ";
-    out += name;
-  }
-  return out;
-}
-
 std::string formatNames() {
   std::vector<std::string> names;
-  for (const ksImportFormat& format : ksImportFormats()) names.emplace_back(format.name);
+  for (const ksImportFormat* const format : ksImportFormats()) names.emplace_back(format->name);
   std::ranges::sort(names);
   return enumerated(names, ", ");
-}
-
-bool hasExtension(const ksImportFormat& format, const std::string& extension) {
-  return (' ' + std::string(format.extensions) + ' ').find(' ' + extension + ' ') !=
-         std::string::npos;
 }
 
 /// The name of the format that `word` means, which is one or an extension. Throws
 /// CLI::ValidationError if it is neither, or the extension of several.
 std::string formatOf(const std::string& word) {
   std::vector<std::string> names;
-  for (const ksImportFormat& format : ksImportFormats()) {
-    if (format.name == word) return word;
-    if (hasExtension(format, word)) names.emplace_back(format.name);
+  for (const ksImportFormat* const format : ksImportFormats()) {
+    if (format->name == word) return word;
+    if (hasExtension(*format, word)) names.emplace_back(format->name);
   }
   if (names.size() > 1) {
     throw CLI::ValidationError("--format", quoted(word) + " may be " + enumerated(names, " or "));
@@ -141,5 +126,14 @@ double requireRate(const char* option, const std::string& text) {
 }
 
 std::string quoted(const std::string& word) { return '"' + word + '"'; }
+
+std::string enumerated(const std::vector<std::string>& words, const std::string& last) {
+  std::string out;
+  for (const std::string& word : words) {
+    if (&word != &words.front()) out += &word == &words.back() ? last : ", ";
+    out += word;
+  }
+  return out;
+}
 
 }  // namespace kssub

@@ -33,5 +33,7 @@ double requireRate(const char* option, const std::string& text);
 
 /// For messages.
 std::string quoted(const std::string& word);
+/// `words` with commas between them, and `last` before the last one.
+std::string enumerated(const std::vector<std::string>& words, const std::string& last);
 
 }  // namespace kssub

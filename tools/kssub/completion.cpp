@@ -5,8 +5,8 @@
 #include <string_view>
 #include <vector>
 
-#include "kssubtitle/import/ksImportFormats.h"
 #include "tools/kssub/command_line.h"
+#include "tools/kssub/formats.h"
 
 namespace kssub {
 namespace {
@@ -39,10 +39,24 @@ std::string summaryOf(const std::string& description) {
 
 std::string formatNames() {
   std::string names;
-  for (const ksImportFormat& format : ksImportFormats()) {
-    names.append(names.empty() ? "" : " ").append(format.name);
+  for (const ksImportFormat* const format : ksImportFormats()) {
+    names.append(names.empty() ? "" : " ").append(format->name);
   }
   return names;
+}
+
+std::string targetNames() {
+  std::string names;
+  for (const std::string& extension : writtenExtensions()) {
+    names.append(names.empty() ? "" : " ").append(extension);
+  }
+  return names;
+}
+
+/// What may follow an option; empty: anything.
+std::string choicesOf(const std::string& option) {
+  if (option == "format") return formatNames();
+  return option == "to" ? targetNames() : "";
 }
 
 std::vector<OptionWords> optionsOf(const CLI::App& command) {
@@ -52,7 +66,7 @@ std::vector<OptionWords> optionsOf(const CLI::App& command) {
     const std::string& name = option->get_lnames().front();
     options.push_back({"--" + name, summaryOf(option->get_description()),
                        option->get_type_size() == 0 ? "" : option->get_type_name(),
-                       name == "format" ? formatNames() : ""});
+                       choicesOf(name)});
   }
   return options;
 }
@@ -92,6 +106,9 @@ _kssub() {
   if [ "$previous" = --format ]; then
     words=')" +
          formatNames() + R"('
+  elif [ "$previous" = --to ]; then
+    words=')" +
+         targetNames() + R"('
   elif [ "$COMP_CWORD" = 1 ]; then
     words="$commands $options"
   elif [ "${COMP_WORDS[1]}" = help ]; then

@@ -14,6 +14,7 @@
 #include "tools/kssub/command_line.h"
 #include "tools/kssub/commands.h"
 #include "tools/kssub/edits.h"
+#include "tools/kssub/formats.h"
 #include "tools/kssub/new_file.h"
 #include "tools/kssub/reading.h"
 #include "tools/kssub/terminal_text.h"
@@ -24,24 +25,7 @@ namespace {
 
 namespace fs = std::filesystem;
 
-struct Target {
-  std::string_view name;  // as --to and extensions have it
-  ksImportTarget target;
-};
-
-constexpr Target kTargets[] = {
-    {"srt", ksImportTarget::kSubRip}, {"subrip", ksImportTarget::kSubRip},
-    {"vtt", ksImportTarget::kWebVtt}, {"webvtt", ksImportTarget::kWebVtt},
-    {"ass", ksImportTarget::kAss},    {"ssa", ksImportTarget::kAss},
-    {"txt", ksImportTarget::kText}};
-
-std::optional<ksImportTarget> targetNamed(std::string_view name) {
-  const std::string lower = CLI::detail::to_lower(std::string(name));
-  for (const Target& known : kTargets) {
-    if (known.name == lower) return known.target;
-  }
-  return std::nullopt;
-}
+std::string targets() { return enumerated(writtenExtensions(), " or "); }
 
 std::string_view extensionOf(std::string_view path) {
   const std::size_t dot = path.rfind('.');
@@ -132,7 +116,7 @@ class Convert : public Command {
     app.add_option("OUT", output_, "The file to write, which is replaced; - for standard output")
         ->type_name("");
     app.add_flag("--in-place", isInPlace_, "Replace IN, which is kept as IN.bak");
-    app.add_option("--to", to_, "The format: srt, vtt, ass or txt, else by OUT's extension")
+    app.add_option("--to", to_, "The format: " + targets() + ", else by OUT's extension")
         ->type_name("FORMAT");
     addTimingOptions(app);
     addSpanOptions(app);
@@ -249,8 +233,7 @@ class Convert : public Command {
     const std::string_view written = isInPlace_ ? request_.path : output_;
     const auto target = targetNamed(to_.empty() ? extensionOf(written) : std::string_view(to_));
     if (!target) {
-      throw CLI::ValidationError("--to",
-                                 "must be srt, vtt, ass or txt, where no extension says so");
+      throw CLI::ValidationError("--to", "must be " + targets() + ", where no extension says so");
     }
     target_ = *target;
   }

@@ -7,18 +7,12 @@
 #include <string_view>
 #include <system_error>
 
-#include "kssubtitle/import/ksImportFormats.h"
+#include "tools/kssub/formats.h"
 
 namespace kssub {
 namespace {
 
 namespace fs = std::filesystem;
-
-/// Whether `words`, separated by blanks, has this one.
-bool hasWord(std::string_view words, std::string_view word) {
-  const std::string all = ' ' + std::string(words) + ' ';
-  return all.find(' ' + std::string(word) + ' ') != all.npos;
-}
 
 /// In lower case, without its dot.
 std::string extensionOf(const fs::path& path) {
@@ -27,13 +21,13 @@ std::string extensionOf(const fs::path& path) {
 }
 
 bool isOfSubtitles(const std::string& extension) {
-  return !extension.empty() && std::ranges::any_of(ksImportFormats(), [&](const auto& format) {
-    return hasWord(format.extensions, extension);
+  return std::ranges::any_of(ksImportFormats(), [&](const ksImportFormat* format) {
+    return hasExtension(*format, extension);
   });
 }
 
 void walk(const std::string& directory, std::vector<FoundFile>& files) {
-  constexpr std::string_view kOfOthersToo = "idx sub txt xml";
+  constexpr std::string_view kOfOthersToo[] = {"idx", "sub", "txt", "xml"};
   std::error_code error;
   fs::recursive_directory_iterator at(directory, fs::directory_options::skip_permission_denied,
                                       error);
@@ -42,7 +36,8 @@ void walk(const std::string& directory, std::vector<FoundFile>& files) {
     const std::string extension = extensionOf(at->path());
     std::error_code ignored;
     if (isOfSubtitles(extension) && at->is_regular_file(ignored)) {
-      files.push_back({at->path().string(), hasWord(kOfOthersToo, extension)});
+      const auto* const other = std::ranges::find(kOfOthersToo, extension);
+      files.push_back({at->path().string(), other != std::end(kOfOthersToo)});
     }
   }
   std::sort(files.begin() + begin, files.end(),

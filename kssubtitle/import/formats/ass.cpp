@@ -5,7 +5,7 @@
 
 #include "kssubtitle/import/formats/common/time_lines.h"
 #include "kssubtitle/import/formats/common/times.h"
-#include "kssubtitle/import/formats/readers.h"
+#include "kssubtitle/import/formats/formats.h"
 #include "kssubtitle/import/markup/ass_overrides.h"
 #include "kssubtitle/import/text/ascii.h"
 #include "kssubtitle/import/text/lines.h"
@@ -344,9 +344,7 @@ bool hasTimes(std::string_view event) noexcept {
   return false;
 }
 
-}  // namespace
-
-Likelihood likelihoodOfAss(std::string_view text) {
+Likelihood likelihoodOf(std::string_view text) noexcept {
   Likelihood likelihood = Likelihood::kNone;
   Line line;
   for (Lines lines(text); lines.next(line);) {
@@ -360,6 +358,18 @@ Likelihood likelihoodOfAss(std::string_view text) {
   return likelihood;
 }
 
-void readAss(const FormatInput& input, CueSink& sink) { AssReader(input, sink).read(); }
+void read(const FormatInput& input, CueSink& sink) { AssReader(input, sink).read(); }
+
+}  // namespace
+
+constinit const Format kAss = {
+    .info = {.name = "ass",
+             .extensions = "ass ssa",
+             .target = ksImportTarget::kAss,
+             .isSequential = false,
+             .repeatsCues = true},
+    .likelihood = likelihoodOf,
+    .read = read,
+};
 
 }  // namespace kssubtitle::importing

@@ -1,41 +1,23 @@
-// The table of the formats that are known: a new one has its source beside this and a row here.
+// The table of formats: a new one has its own source beside this, and its row there is listed here.
 #include "kssubtitle/import/formats/formats.h"
 
 #include <algorithm>
 #include <array>
-#include <string>
 
-#include "kssubtitle/import/formats/readers.h"
-#include "kssubtitle/import/ksImportFormats.h"
 #include "kssubtitle/import/text/ascii.h"
 
 namespace kssubtitle::importing {
 namespace {
 
-constexpr std::string_view kWebVttExtensions = "vtt webvtt";
-
-constexpr Format kFormats[] = {
-    {"ass", "ass ssa", likelihoodOfAss, readAss},
-    {"microdvd", "sub txt", likelihoodOfMicroDvd, readMicroDvd, kUpToTheNext},
-    {"mpl2", "txt mpl", likelihoodOfMpl2, readMpl2, kUpToTheNext},
-    {"tmplayer", "txt sub", likelihoodOfTmPlayer, readTmPlayer, 10000},
-    {"subviewer", "sub", likelihoodOfSubViewer, readSubViewer},
-    {"sbv", "sbv", likelihoodOfSbv, readSubViewer},
-    {"lrc", "lrc", likelihoodOfLrc, readLrc, kUpToTheNext},
-    {"mpsub", "sub", likelihoodOfMpsub, readMpsub},
-    {"subviewer1", "sub", likelihoodOfSubViewer1, readSubViewer1, kUpToTheNext},
-    {"sami", "smi sami", likelihoodOfSami, readSami},
-    {"webvtt", kWebVttExtensions, likelihoodOfWebVtt, readWebVtt, 0, true},
-    {"subrip", "srt", likelihoodOfSubRip, readSubRip},
-    {"ttml", "ttml dfxp itt xml", likelihoodOfTtml, readTtml, kUpToTheNext},
+constexpr std::array kFormats = {
+    &kAss,   &kMicroDvd,   &kMpl2, &kTmPlayer, &kSubViewer, &kSbv,  &kLrc,
+    &kMpsub, &kSubViewer1, &kSami, &kWebVtt,   &kSubRip,    &kTtml,
 };
 
 constexpr auto kFormatsForHosts = [] {
-  std::array<ksImportFormat, std::size(kFormats)> formats;
-  std::ranges::transform(kFormats, formats.begin(), [](const Format& format) {
-    return ksImportFormat{format.name, format.extensions};
-  });
-  return formats;
+  std::array<const ksImportFormat*, kFormats.size()> all{};
+  std::ranges::transform(kFormats, all.begin(), [](const Format* format) { return &format->info; });
+  return all;
 }();
 
 /// Whether `extensions` names that of `path`.
@@ -59,13 +41,13 @@ struct Match {
 Match mostLikely(std::string_view text, std::string_view path) noexcept {
   Match best;
   int bestRank = 1;
-  for (const Format& format : kFormats) {
-    const Likelihood likelihood = format.likelihood(text);
+  for (const Format* const format : kFormats) {
+    const Likelihood likelihood = format->likelihood(text);
     if (likelihood == Likelihood::kNone) continue;
     const int rank =
-        2 * static_cast<int>(likelihood) + (hasExtension(path, format.extensions) ? 1 : 0);
+        2 * static_cast<int>(likelihood) + (hasExtension(path, format->info.extensions) ? 1 : 0);
     if (rank > bestRank) {
-      best = {&format, likelihood};
+      best = {format, likelihood};
       bestRank = rank;
     }
   }
@@ -74,13 +56,12 @@ Match mostLikely(std::string_view text, std::string_view path) noexcept {
 
 }  // namespace
 
-std::span<const Format> formats() noexcept { return kFormats; }
+std::span<const Format* const> formats() noexcept { return kFormats; }
 
 const Format* formatNamed(std::string_view name) noexcept {
-  const auto* const found =
-      std::find_if(std::begin(kFormats), std::end(kFormats),
-                   [&](const Format& format) { return equalNoCase(format.name, name); });
-  return found == std::end(kFormats) ? nullptr : found;
+  const auto found = std::ranges::find_if(
+      kFormats, [&](const Format* format) { return equalNoCase(format->info.name, name); });
+  return found == kFormats.end() ? nullptr : *found;
 }
 
 const Format* recognise(std::string_view text, std::string_view path) noexcept {
@@ -90,12 +71,17 @@ const Format* recognise(std::string_view text, std::string_view path) noexcept {
   return isClear ? first.format : mostLikely(text, path).format;
 }
 
-bool isWebVttWithoutSignature(std::string_view text, std::string_view path) noexcept {
-  return hasExtension(path, kWebVttExtensions) && hasWebVttTimesAlone(text);
+const Format* formatLackingSignature(std::string_view text, std::string_view path,
+                                     const Format* recognised) noexcept {
+  const auto found = std::ranges::find_if(kFormats, [&](const Format* format) {
+    return format != recognised && format->lacksSignature != nullptr &&
+           hasExtension(path, format->info.extensions) && format->lacksSignature(text);
+  });
+  return found == kFormats.end() ? nullptr : *found;
 }
 
 }  // namespace kssubtitle::importing
 
-std::span<const ksImportFormat> ksImportFormats() noexcept {
+std::span<const ksImportFormat* const> ksImportFormats() noexcept {
   return kssubtitle::importing::kFormatsForHosts;
 }

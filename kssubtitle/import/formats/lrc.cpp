@@ -6,7 +6,7 @@
 #include "kssubtitle/import/formats/common/numbers.h"
 #include "kssubtitle/import/formats/common/time_lines.h"
 #include "kssubtitle/import/formats/common/times.h"
-#include "kssubtitle/import/formats/readers.h"
+#include "kssubtitle/import/formats/formats.h"
 #include "kssubtitle/import/text/lines.h"
 #include "kssubtitle/import/text/scan.h"
 
@@ -150,9 +150,7 @@ class LrcReader {
   long long offset_ = 0;  // in milliseconds; all is that much earlier
 };
 
-}  // namespace
-
-Likelihood likelihoodOfLrc(std::string_view text) {
+Likelihood likelihoodOf(std::string_view text) noexcept {
   Likelihood likelihood = Likelihood::kNone;
   Line line;
   for (Lines lines(text); lines.next(line);) {
@@ -171,6 +169,15 @@ Likelihood likelihoodOfLrc(std::string_view text) {
   return likelihood;
 }
 
-void readLrc(const FormatInput& input, CueSink& sink) { LrcReader(input, sink).read(); }
+void read(const FormatInput& input, CueSink& sink) { LrcReader(input, sink).read(); }
+
+}  // namespace
+
+constinit const Format kLrc = {
+    .info = {.name = "lrc", .extensions = "lrc", .isSequential = false, .hasEnds = false},
+    .likelihood = likelihoodOf,
+    .read = read,
+    .longestAssumed = kUpToTheNext,
+};
 
 }  // namespace kssubtitle::importing

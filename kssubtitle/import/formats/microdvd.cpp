@@ -5,7 +5,7 @@
 #include "kssubtitle/import/formats/common/frames.h"
 #include "kssubtitle/import/formats/common/numbers.h"
 #include "kssubtitle/import/formats/common/spans.h"
-#include "kssubtitle/import/formats/readers.h"
+#include "kssubtitle/import/formats/formats.h"
 #include "kssubtitle/import/markup/bar_text.h"
 
 namespace kssubtitle::importing {
@@ -79,10 +79,17 @@ class MicroDvdReader {
   Style base_;
 };
 
+Likelihood likelihoodOf(std::string_view text) noexcept { return likelihoodOfSpans(text, kBraces); }
+
+void read(const FormatInput& input, CueSink& sink) { MicroDvdReader(input, sink).read(); }
+
 }  // namespace
 
-Likelihood likelihoodOfMicroDvd(std::string_view text) { return likelihoodOfSpans(text, kBraces); }
-
-void readMicroDvd(const FormatInput& input, CueSink& sink) { MicroDvdReader(input, sink).read(); }
+constinit const Format kMicroDvd = {
+    .info = {.name = "microdvd", .extensions = "sub txt"},
+    .likelihood = likelihoodOf,
+    .read = read,
+    .longestAssumed = kUpToTheNext,
+};
 
 }  // namespace kssubtitle::importing

@@ -2,7 +2,7 @@
 #include <string_view>
 
 #include "kssubtitle/import/formats/common/spans.h"
-#include "kssubtitle/import/formats/readers.h"
+#include "kssubtitle/import/formats/formats.h"
 #include "kssubtitle/import/markup/bar_text.h"
 
 namespace kssubtitle::importing {
@@ -27,16 +27,25 @@ void readLine(const Line& line, BarWriter& writer, CueSink& sink) {
   sink.finish();
 }
 
-}  // namespace
+Likelihood likelihoodOf(std::string_view text) noexcept {
+  return likelihoodOfSpans(text, kBrackets);
+}
 
-Likelihood likelihoodOfMpl2(std::string_view text) { return likelihoodOfSpans(text, kBrackets); }
-
-void readMpl2(const FormatInput& input, CueSink& sink) {
+void read(const FormatInput& input, CueSink& sink) {
   BarWriter writer(input.text, kMarkup, sink.text());
   Line line;
   for (Lines lines(input.text, input.begin, input.firstLine); lines.next(line);) {
     readLine(line, writer, sink);
   }
 }
+
+}  // namespace
+
+constinit const Format kMpl2 = {
+    .info = {.name = "mpl2", .extensions = "txt mpl"},
+    .likelihood = likelihoodOf,
+    .read = read,
+    .longestAssumed = kUpToTheNext,
+};
 
 }  // namespace kssubtitle::importing

@@ -6,7 +6,7 @@
 #include "kssubtitle/import/formats/common/frames.h"
 #include "kssubtitle/import/formats/common/numbers.h"
 #include "kssubtitle/import/formats/common/time_lines.h"
-#include "kssubtitle/import/formats/readers.h"
+#include "kssubtitle/import/formats/formats.h"
 #include "kssubtitle/import/text/lines.h"
 
 namespace kssubtitle::importing {
@@ -85,9 +85,7 @@ class MpsubReader {
   BarCue cue_;
 };
 
-}  // namespace
-
-Likelihood likelihoodOfMpsub(std::string_view text) {
+Likelihood likelihoodOf(std::string_view text) noexcept {
   std::optional<double> units;
   bool hasCue = false;
   Line line;
@@ -105,6 +103,14 @@ Likelihood likelihoodOfMpsub(std::string_view text) {
   return units && hasCue ? Likelihood::kPossible : Likelihood::kNone;
 }
 
-void readMpsub(const FormatInput& input, CueSink& sink) { MpsubReader(input, sink).read(); }
+void read(const FormatInput& input, CueSink& sink) { MpsubReader(input, sink).read(); }
+
+}  // namespace
+
+constinit const Format kMpsub = {
+    .info = {.name = "mpsub", .extensions = "sub"},
+    .likelihood = likelihoodOf,
+    .read = read,
+};
 
 }  // namespace kssubtitle::importing

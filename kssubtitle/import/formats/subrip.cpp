@@ -5,7 +5,7 @@
 
 #include "kssubtitle/import/formats/common/subrip_lines.h"
 #include "kssubtitle/import/formats/common/times.h"
-#include "kssubtitle/import/formats/readers.h"
+#include "kssubtitle/import/formats/formats.h"
 #include "kssubtitle/import/markup/subrip_tags.h"
 #include "kssubtitle/import/markup/white_space.h"
 #include "kssubtitle/import/text/ascii.h"
@@ -295,9 +295,7 @@ class SubRipReader {
   std::size_t textBegin_ = 0;
 };
 
-}  // namespace
-
-Likelihood likelihoodOfSubRip(std::string_view text) {
+Likelihood likelihoodOf(std::string_view text) noexcept {
   Likelihood likelihood = Likelihood::kNone;
   Above above = Above::kBlank;
   Line line;
@@ -317,11 +315,19 @@ Likelihood likelihoodOfSubRip(std::string_view text) {
   return likelihood;
 }
 
+void read(const FormatInput& input, CueSink& sink) { SubRipReader(input, sink).read(); }
+
+}  // namespace
+
 bool isSubRipTimeLine(std::string_view line, bool isBelowNumber) noexcept {
   return timeLineOf(fromFirstSeen(line), isBelowNumber ? Above::kNumber : Above::kOther)
       .has_value();
 }
 
-void readSubRip(const FormatInput& input, CueSink& sink) { SubRipReader(input, sink).read(); }
+constinit const Format kSubRip = {
+    .info = {.name = "subrip", .extensions = "srt", .target = ksImportTarget::kSubRip},
+    .likelihood = likelihoodOf,
+    .read = read,
+};
 
 }  // namespace kssubtitle::importing

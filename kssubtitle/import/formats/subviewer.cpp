@@ -6,7 +6,7 @@
 #include "kssubtitle/import/formats/common/bar_cue.h"
 #include "kssubtitle/import/formats/common/numbers.h"
 #include "kssubtitle/import/formats/common/time_lines.h"
-#include "kssubtitle/import/formats/readers.h"
+#include "kssubtitle/import/formats/formats.h"
 #include "kssubtitle/import/text/lines.h"
 
 namespace kssubtitle::importing {
@@ -68,7 +68,7 @@ class SubViewerReader {
 
 /// What the first time line tells: SBV has three digits in its fractions. Times without any may be
 /// of either format.
-Likelihood likelihoodByTimes(std::string_view text, bool isSbv) {
+Likelihood likelihoodByTimes(std::string_view text, bool isSbv) noexcept {
   Line line;
   for (Lines lines(text); lines.next(line);) {
     const std::string_view content = withoutBlanks(line.text);
@@ -82,15 +82,27 @@ Likelihood likelihoodByTimes(std::string_view text, bool isSbv) {
   return Likelihood::kNone;
 }
 
-}  // namespace
-
-Likelihood likelihoodOfSubViewer(std::string_view text) {
+Likelihood likelihoodOfSubViewer(std::string_view text) noexcept {
   if (startsWithNoCase(withoutBlanks(text), "[INFORMATION]")) return Likelihood::kCertain;
   return likelihoodByTimes(text, false);
 }
 
-Likelihood likelihoodOfSbv(std::string_view text) { return likelihoodByTimes(text, true); }
+Likelihood likelihoodOfSbv(std::string_view text) noexcept { return likelihoodByTimes(text, true); }
 
-void readSubViewer(const FormatInput& input, CueSink& sink) { SubViewerReader(input, sink).read(); }
+void read(const FormatInput& input, CueSink& sink) { SubViewerReader(input, sink).read(); }
+
+}  // namespace
+
+constinit const Format kSubViewer = {
+    .info = {.name = "subviewer", .extensions = "sub"},
+    .likelihood = likelihoodOfSubViewer,
+    .read = read,
+};
+
+constinit const Format kSbv = {
+    .info = {.name = "sbv", .extensions = "sbv"},
+    .likelihood = likelihoodOfSbv,
+    .read = read,
+};
 
 }  // namespace kssubtitle::importing

@@ -6,7 +6,7 @@
 #include "kssubtitle/import/formats/common/numbers.h"
 #include "kssubtitle/import/formats/common/time_lines.h"
 #include "kssubtitle/import/formats/common/times.h"
-#include "kssubtitle/import/formats/readers.h"
+#include "kssubtitle/import/formats/formats.h"
 #include "kssubtitle/import/text/lines.h"
 
 namespace kssubtitle::importing {
@@ -76,9 +76,7 @@ class SubViewer1Reader {
   BarCue cue_;
 };
 
-}  // namespace
-
-Likelihood likelihoodOfSubViewer1(std::string_view text) {
+Likelihood likelihoodOf(std::string_view text) noexcept {
   bool isBelowTime = false;
   Line line;
   for (Lines lines(text); lines.next(line);) {
@@ -95,8 +93,15 @@ Likelihood likelihoodOfSubViewer1(std::string_view text) {
   return Likelihood::kNone;
 }
 
-void readSubViewer1(const FormatInput& input, CueSink& sink) {
-  SubViewer1Reader(input, sink).read();
-}
+void read(const FormatInput& input, CueSink& sink) { SubViewer1Reader(input, sink).read(); }
+
+}  // namespace
+
+constinit const Format kSubViewer1 = {
+    .info = {.name = "subviewer1", .extensions = "sub"},
+    .likelihood = likelihoodOf,
+    .read = read,
+    .longestAssumed = kUpToTheNext,
+};
 
 }  // namespace kssubtitle::importing

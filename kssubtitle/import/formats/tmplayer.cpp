@@ -5,7 +5,7 @@
 #include "kssubtitle/import/formats/common/numbers.h"
 #include "kssubtitle/import/formats/common/time_lines.h"
 #include "kssubtitle/import/formats/common/times.h"
-#include "kssubtitle/import/formats/readers.h"
+#include "kssubtitle/import/formats/formats.h"
 #include "kssubtitle/import/markup/bar_text.h"
 #include "kssubtitle/import/text/lines.h"
 
@@ -105,10 +105,8 @@ class TmPlayerReader {
   ksImportCue* cue_ = nullptr;  // to which the next line may add
 };
 
-}  // namespace
-
 /// Prose may hold such a line: several of them, among few others, are asked for.
-Likelihood likelihoodOfTmPlayer(std::string_view text) {
+Likelihood likelihoodOf(std::string_view text) noexcept {
   int clear = 0;
   int ambiguous = 0;
   int others = 0;
@@ -128,6 +126,15 @@ Likelihood likelihoodOfTmPlayer(std::string_view text) {
                                                                   : Likelihood::kNone;
 }
 
-void readTmPlayer(const FormatInput& input, CueSink& sink) { TmPlayerReader(input, sink).read(); }
+void read(const FormatInput& input, CueSink& sink) { TmPlayerReader(input, sink).read(); }
+
+}  // namespace
+
+constinit const Format kTmPlayer = {
+    .info = {.name = "tmplayer", .extensions = "txt sub", .hasEnds = false},
+    .likelihood = likelihoodOf,
+    .read = read,
+    .longestAssumed = 10000,
+};
 
 }  // namespace kssubtitle::importing

@@ -5,7 +5,7 @@
 #include <string_view>
 
 #include "kssubtitle/import/formats/common/numbers.h"
-#include "kssubtitle/import/formats/readers.h"
+#include "kssubtitle/import/formats/formats.h"
 #include "kssubtitle/import/markup/webvtt_tags.h"
 #include "kssubtitle/import/text/ascii.h"
 #include "kssubtitle/import/text/lines.h"
@@ -247,9 +247,7 @@ class WebVttReader {
   std::size_t textBegin_ = 0;
 };
 
-}  // namespace
-
-Likelihood likelihoodOfWebVtt(std::string_view text) {
+Likelihood likelihoodOf(std::string_view text) noexcept {
   Line line;
   for (Lines lines(text); lines.next(line);) {
     if (withoutBlanks(line.text).empty()) continue;
@@ -259,7 +257,8 @@ Likelihood likelihoodOfWebVtt(std::string_view text) {
   return Likelihood::kNone;
 }
 
-bool hasWebVttTimesAlone(std::string_view text) noexcept {
+/// Whether there is an arrow in `text`, and every one is between two times of the standard's form.
+bool hasStandardTimesAlone(std::string_view text) noexcept {
   bool hasTimes = false;
   Line line;
   for (Lines lines(text); lines.next(line);) {
@@ -271,6 +270,17 @@ bool hasWebVttTimesAlone(std::string_view text) noexcept {
   return hasTimes;
 }
 
-void readWebVtt(const FormatInput& input, CueSink& sink) { WebVttReader(input, sink).read(); }
+void read(const FormatInput& input, CueSink& sink) { WebVttReader(input, sink).read(); }
+
+}  // namespace
+
+constinit const Format kWebVtt = {
+    .info = {.name = "webvtt", .extensions = "vtt webvtt", .target = ksImportTarget::kWebVtt},
+    .likelihood = likelihoodOf,
+    .read = read,
+    .lacksSignature = hasStandardTimesAlone,
+    .signatureMissing = "The file is named and written as WebVTT, but does not begin with WEBVTT.",
+    .keepsNuls = true,
+};
 
 }  // namespace kssubtitle::importing

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstddef>
+#include <string>
 #include <vector>
 
 #include "kssubtitle/import/ksImportCue.h"
@@ -45,6 +46,8 @@ class CueSink {
   }
 
   std::vector<ksImportCue>& cues() noexcept { return cues_; }
+  /// What the file says it holds.
+  std::vector<std::string>& languages() noexcept { return languages_; }
   Notes& notes() noexcept { return notes_; }
 
  private:
@@ -53,6 +56,7 @@ class CueSink {
   CueText& text_;
   Notes& notes_;
   std::vector<ksImportCue> cues_;
+  std::vector<std::string> languages_;
 };
 
 /// Puts the cues in their order, gives ends to those that have none, leaves out what has no text,

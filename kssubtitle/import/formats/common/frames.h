@@ -4,7 +4,7 @@
 #include <cfloat>
 #include <optional>
 
-#include "kssubtitle/import/formats/formats.h"
+#include "kssubtitle/import/formats/common/format.h"
 
 namespace kssubtitle::importing {
 

@@ -6,8 +6,8 @@
 #include <optional>
 #include <string_view>
 
+#include "kssubtitle/import/formats/common/format.h"
 #include "kssubtitle/import/formats/common/numbers.h"
-#include "kssubtitle/import/formats/formats.h"
 #include "kssubtitle/import/text/lines.h"
 
 namespace kssubtitle::importing {

@@ -9,7 +9,7 @@
 
 #include "kssubtitle/import/formats/common/numbers.h"
 #include "kssubtitle/import/formats/common/times.h"
-#include "kssubtitle/import/formats/readers.h"
+#include "kssubtitle/import/formats/formats.h"
 #include "kssubtitle/import/formats/sami/classes.h"
 #include "kssubtitle/import/markup/loose_tags.h"
 #include "kssubtitle/import/markup/sami_text.h"
@@ -360,9 +360,7 @@ bool hasRoot(std::string_view text) noexcept {
   return false;
 }
 
-}  // namespace
-
-Likelihood likelihoodOfSami(std::string_view text) {
+Likelihood likelihoodOf(std::string_view text) noexcept {
   if (hasRoot(text)) return Likelihood::kCertain;
   Line line;
   for (Lines lines(text); lines.next(line);) {
@@ -375,11 +373,11 @@ Likelihood likelihoodOfSami(std::string_view text) {
   return Likelihood::kNone;
 }
 
-void readSami(const FormatInput& input, CueSink& sink) {
+void read(const FormatInput& input, CueSink& sink) {
   Scanner scanner(input, sink.notes());
   scanner.scan();
   for (const std::string_view language : scanner.classes().languages()) {
-    input.languages.emplace_back(language);
+    sink.languages().emplace_back(language);
   }
   std::vector<Paragraph>& paragraphs = scanner.paragraphs();
   const SamiClass* const language = scanner.classes().select(input.options.language);
@@ -387,5 +385,13 @@ void readSami(const FormatInput& input, CueSink& sink) {
   setEnds(paragraphs, language == nullptr);
   CueWriter(input, sink).write(paragraphs);
 }
+
+}  // namespace
+
+constinit const Format kSami = {
+    .info = {.name = "sami", .extensions = "smi sami"},
+    .likelihood = likelihoodOf,
+    .read = read,
+};
 
 }  // namespace kssubtitle::importing

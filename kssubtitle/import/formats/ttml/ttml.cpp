@@ -9,7 +9,7 @@
 #include <vector>
 
 #include "kssubtitle/import/formats/common/language_tag.h"
-#include "kssubtitle/import/formats/readers.h"
+#include "kssubtitle/import/formats/formats.h"
 #include "kssubtitle/import/formats/ttml/names.h"
 #include "kssubtitle/import/formats/ttml/paragraph.h"
 #include "kssubtitle/import/text/lines.h"
@@ -250,7 +250,7 @@ void TtmlReader::listLanguages() {
     const int language = languages_[static_cast<std::size_t>(cue.index)];
     if (cue.text.empty() || language == TtmlContext::kNoLanguage) continue;
     const auto place = static_cast<std::size_t>(language);
-    if (!isListed[place]) input_.languages.push_back(names_[place]);
+    if (!isListed[place]) sink_.languages().push_back(names_[place]);
     isListed[place] = true;
   }
 }
@@ -260,7 +260,7 @@ void TtmlReader::leaveOtherLanguages() {
   const auto isWanted = [this](std::string_view name) {
     return isLanguage(name, input_.options.language);
   };
-  if (std::none_of(input_.languages.begin(), input_.languages.end(), isWanted)) return;
+  if (std::none_of(sink_.languages().begin(), sink_.languages().end(), isWanted)) return;
   std::erase_if(sink_.cues(), [&](const ksImportCue& cue) {
     const int language = languages_[static_cast<std::size_t>(cue.index)];
     return language == TtmlContext::kNoLanguage ||
@@ -288,9 +288,7 @@ int TtmlReader::lineAt(std::size_t place) noexcept {
   return line_;
 }
 
-}  // namespace
-
-Likelihood likelihoodOfTtml(std::string_view text) {
+Likelihood likelihoodOf(std::string_view text) noexcept {
   const bool isFirst = withoutLeadingBlanks(text).starts_with('<');
   std::size_t at = text.find('<');
   while (at != text.npos && isBeforeRoot(text.substr(at))) {
@@ -301,15 +299,24 @@ Likelihood likelihoodOfTtml(std::string_view text) {
   return isFirst ? Likelihood::kCertain : Likelihood::kPossible;
 }
 
-void readTtml(const FormatInput& input, CueSink& sink) {
+void read(const FormatInput& input, CueSink& sink) {
   const Notes notes = sink.notes();
   TtmlReader reader(input, sink, false);
   reader.read();
   if (!reader.suggestsAbsolute()) return;
   sink.cues().clear();
   sink.notes() = notes;
-  input.languages.clear();
+  sink.languages().clear();
   TtmlReader(input, sink, true).read();
 }
+
+}  // namespace
+
+constinit const Format kTtml = {
+    .info = {.name = "ttml", .extensions = "ttml dfxp itt xml", .isSequential = false},
+    .likelihood = likelihoodOf,
+    .read = read,
+    .longestAssumed = kUpToTheNext,
+};
 
 }  // namespace kssubtitle::importing
