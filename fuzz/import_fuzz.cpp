@@ -66,8 +66,7 @@ void checkReport(const ksImportReport& report, bool isOpen) {
   check(isOpen == (report.refusal() == ksImportRefusal::kNone), "a refusal has a reason");
   check(isOpen == report.refusalText().empty(), "a refusal is explained");
   std::size_t all = 0;
-  for (std::size_t i = 0; i < kImportProblems; ++i) {
-    const auto problem = static_cast<ksImportProblem>(i);
+  for (const ksImportProblem problem : ksImportProblems()) {
     const auto kept =
         std::count_if(report.notes().begin(), report.notes().end(),
                       [&](const ksImportNote& note) { return note.problem == problem; });
@@ -77,7 +76,7 @@ void checkReport(const ksImportReport& report, bool isOpen) {
   check(report.notes().size() == std::min<std::size_t>(all, 1000), "a thousand notes are kept");
   for (const ksImportNote& note : report.notes()) {
     check(note.line >= 0 && static_cast<std::size_t>(note.line) <= report.size() + 1 &&
-              !describe(note).empty(),
+              !ksImportSentence(note.problem).empty(),
           "a note names a line");
   }
 }
@@ -148,7 +147,7 @@ ShownCues shownCues(const ksImportParser& parser) {
   for (const ksImportCue& cue : parser.cues()) {
     const long long start = std::max(cue.start, 0LL);
     const long long end = std::min(cue.end, 3'599'999'999'999'999'990LL);
-    if ((cue.flags & kImportDuplicate) != 0) continue;
+    if (cue.isDuplicate) continue;
     if (end > start) shown.emplace(start, end, cue.text, cue.alignment);
   }
   return shown;
@@ -168,9 +167,9 @@ bool areSameButFor(ShownCues a, const ShownCues& b) {
 
 void checkWritten(const ksImportParser& parser, const ksImportOptions& options) {
   for (const ksImportTarget target : {ksImportTarget::kWebVtt, ksImportTarget::kAss}) {
-    writeCues(parser.cues(), target, options.markup);
+    ksImportWrite(parser.cues(), target, options.markup);
   }
-  const std::string file = writeCues(parser.cues(), ksImportTarget::kSubRip, options.markup);
+  const std::string file = ksImportWrite(parser.cues(), ksImportTarget::kSubRip, options.markup);
   ksImportParser again;
   ksImportOptions sameMarkup;
   sameMarkup.markup = options.markup;

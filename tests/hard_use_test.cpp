@@ -154,7 +154,7 @@ struct ImportPlayer {
     } catch (const std::bad_alloc&) {
       EXPECT_FALSE(parser.IsOpen());
       EXPECT_TRUE(parser.cues().empty());
-      EXPECT_EQ(parser.report().refusal(), ksImportRefusal::kCannotOpen);
+      EXPECT_EQ(parser.report().refusal(), ksImportRefusal::kNotOpened);
       throw;
     }
     std::string all = cuesOf(parser) + notesOf(parser);
@@ -162,7 +162,7 @@ struct ImportPlayer {
       all += describe(parser.GetSubTitle(t)) + describe(parser.GetSubTitleU(t));
     }
     for (const auto target : {ksImportTarget::kWebVtt, ksImportTarget::kAss}) {
-      all += writeCues(parser.cues(), target, options.markup);
+      all += ksImportWrite(parser.cues(), target, options.markup);
     }
     return all;
   }

@@ -138,8 +138,8 @@ TEST_P(ImportEncoding, textsAreReadBack) {
   expectRead(text, ksImportEncodingSource::kValidUtf8);
   for (const char* const form : {"UTF-8", "UTF-16LE", "UTF-16BE", "UTF-32LE", "UTF-32BE"}) {
     SCOPED_TRACE(form);
-    expectRead(encoded("\xEF\xBB\xBF" + text, form), ksImportEncodingSource::kMark);
-    if (form != "UTF-8"s) expectRead(encoded(text, form), ksImportEncodingSource::kZeroBytes);
+    expectRead(encoded("\xEF\xBB\xBF" + text, form), ksImportEncodingSource::kBom);
+    if (form != "UTF-8"s) expectRead(encoded(text, form), ksImportEncodingSource::kNulBytes);
     expectRead(encoded(text, form), ksImportEncodingSource::kGiven, given(form));
   }
 }

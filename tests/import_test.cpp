@@ -242,7 +242,7 @@ TEST(Import, filesThatAreNotSubtitles_areRefusedWithAReason) {
       {"\n", ksImportRefusal::kUnknownFormat},
   };
   ksImportParser parser;
-  EXPECT_EQ(parser.report().refusal(), ksImportRefusal::kCannotOpen);
+  EXPECT_EQ(parser.report().refusal(), ksImportRefusal::kNotOpened);
   for (const auto& [bytes, refusal] : cases) {
     ASSERT_TRUE(openText(parser, withTimes("@1A")));
     EXPECT_FALSE(openText(parser, bytes));

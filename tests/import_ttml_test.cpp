@@ -219,7 +219,7 @@ TEST(TtmlRegions, Equal_cues_are_shown_once) {
                         "<p end='2s'>a</p><p end='1s'>b</p>"));
   EXPECT_EQ(cuesOf(parser), "0-1000 a; 0-1000 a; 0-2000 a; 0-1000 b");
   EXPECT_STREQ(parser.GetSubTitle(500).text.getData(), "\na\na\nb");
-  EXPECT_EQ(parser.cues()[1].flags, kImportDuplicate);
+  EXPECT_TRUE(parser.cues()[1].isDuplicate);
 }
 
 }  // namespace

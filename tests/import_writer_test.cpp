@@ -49,7 +49,7 @@ std::string bodyOf(std::string file, ksImportTarget target) {
 
 TEST_P(Writer, writesWhatReadsBack) {
   const ksImportCue cue = cueOf(1000, 2000, GetParam().text, 7);
-  const std::string file = writeCues({&cue, 1}, GetParam().target, ksImportMarkup::kHtml);
+  const std::string file = ksImportWrite({&cue, 1}, GetParam().target, ksImportMarkup::kHtml);
   EXPECT_EQ(bodyOf(file, GetParam().target), std::string(GetParam().written) + "\n");
   ksImportParser parser;
   ASSERT_TRUE(openText(parser, file, kHtml));
@@ -131,16 +131,16 @@ TEST(Writer, files_areSortedNumberedAndEndInOneLineFeed) {
       {ksImportTarget::kText, "A\nA\n\nB\n\nC\n\nshort\n\nlate\n"},
   };
   for (const auto& [target, expected] : files) {
-    std::string file = writeCues(cues, target);
+    std::string file = ksImportWrite(cues, target);
     file.erase(0, target == ksImportTarget::kAss ? file.find("Dialogue:") : 0);
     EXPECT_EQ(file, expected);
   }
   const ksImportCue endless = cueOf(1, LLONG_MAX, "A", 12);
   for (const ksImportTarget target : kReadable) {
     ksImportParser parser;
-    ASSERT_TRUE(openText(parser, writeCues({&endless, 1}, target)));
+    ASSERT_TRUE(openText(parser, ksImportWrite({&endless, 1}, target)));
     EXPECT_EQ(parser.DurationTime(), 3'599'999'999'999'999'990LL);
-    EXPECT_EQ(openText(parser, writeCues({}, target)), target != ksImportTarget::kSubRip);
+    EXPECT_EQ(openText(parser, ksImportWrite({}, target)), target != ksImportTarget::kSubRip);
   }
 }
 
@@ -243,7 +243,7 @@ TEST(Writer, generatedCues_areTheSameAfterAnyTwoFormats) {
     const GeneratedCues generated(random);
     std::string styled;
     for (const ksImportTarget first : kReadable) {
-      const std::string file = writeCues(generated.cues, first, ksImportMarkup::kHtml);
+      const std::string file = ksImportWrite(generated.cues, first, ksImportMarkup::kHtml);
       ksImportParser parser;
       ASSERT_TRUE(openText(parser, file));
       ASSERT_EQ(cuesOf(parser), generated.expected) << file;
@@ -251,7 +251,7 @@ TEST(Writer, generatedCues_areTheSameAfterAnyTwoFormats) {
       if (styled.empty()) styled = cuesOf(parser);
       ASSERT_EQ(cuesOf(parser), styled) << file;
       for (const ksImportTarget second : kReadable) {
-        const std::string again = writeCues(parser.cues(), second, ksImportMarkup::kHtml);
+        const std::string again = ksImportWrite(parser.cues(), second, ksImportMarkup::kHtml);
         ksImportParser other;
         ASSERT_TRUE(openText(other, again, kHtml));
         ASSERT_EQ(cuesOf(other), styled) << file << again;
@@ -277,7 +277,7 @@ TEST(Writer, subRipOfTwoLines_isAnsweredAlikeByTheFixedReaders) {
       cues.push_back(cueOf(time, time + 1 + random() % 5000, text));
       time = cues.back().end;
     }
-    const std::string file = writeCues(cues, ksImportTarget::kSubRip);
+    const std::string file = ksImportWrite(cues, ksImportTarget::kSubRip);
     ASSERT_TRUE(manager.Open(dir.write("film.srt", file).c_str()));
     ASSERT_TRUE(openText(parser, file));
     for (const ksImportCue& cue : cues) {

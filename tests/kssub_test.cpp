@@ -85,7 +85,7 @@ TEST_F(KssubTest, commands_print_answers) {
   expectRun("play plain.srt --from 3000", "", "kssub: plain.srt: nothing left to play, .*\n", 0);
   expectRun("list overlap.srt --notes --json", "[^]*",
             "(overlap.srt:[47]: The cue begins while .*\n){2}"
-            "overlap.srt:10: The cue ends no later .*\n",
+            "overlap.srt:10: The cue does not end .*\n",
             0);
 }
 

@@ -42,10 +42,10 @@ static_assert(std::size(kRows) == kConditions);
 std::optional<Condition> conditionOf(ksImportProblem problem) noexcept {
   switch (problem) {
     case ksImportProblem::kNumberMissing:
-    case ksImportProblem::kNumberDoubled:
-    case ksImportProblem::kNumberFalling:
+    case ksImportProblem::kNumberRepeated:
+    case ksImportProblem::kNumberDecreasing:
       return Condition::kNumbers;
-    case ksImportProblem::kEndNotBehindStart:
+    case ksImportProblem::kEndNotAfterStart:
     case ksImportProblem::kOverlap:
       return Condition::kOrder;
     case ksImportProblem::kTimeRepaired:
@@ -54,7 +54,7 @@ std::optional<Condition> conditionOf(ksImportProblem problem) noexcept {
     case ksImportProblem::kTagUnclosed:
       return Condition::kVerbatim;
     case ksImportProblem::kUndecodable:
-    case ksImportProblem::kZeroCharacter:
+    case ksImportProblem::kNulCharacter:
       return Condition::kEncoding;
     case ksImportProblem::kUnknownStyle:
       return std::nullopt;  // they do not look at it
@@ -64,8 +64,7 @@ std::optional<Condition> conditionOf(ksImportProblem problem) noexcept {
 }
 
 void checkProblems(const Notes& notes, FailedConditions& failed) noexcept {
-  for (std::size_t i = 0; i < kImportProblems; ++i) {
-    const auto problem = static_cast<ksImportProblem>(i);
+  for (const ksImportProblem problem : ksImportProblems()) {
     if (notes.count(problem) == 0) continue;
     if (const auto condition = conditionOf(problem)) failed.add(*condition);
   }

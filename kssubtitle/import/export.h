@@ -1,6 +1,5 @@
 /// @file
-/// KSSUBTITLE_IMPORT_API marks what the import library exports, KSSUBTITLE_IMPORT_LOCAL the members
-/// of exported classes that are none of the interface; everything else stays hidden.
+/// KSSUBTITLE_IMPORT_API marks what the import library exports; everything else stays hidden.
 #pragma once
 
 #if defined(_WIN32)
@@ -13,6 +12,6 @@
 #else
 /// What hosts may call.
 #define KSSUBTITLE_IMPORT_API __attribute__((visibility("default")))
-/// What hosts cannot reach.
+/// A member of an exported class that hosts cannot reach.
 #define KSSUBTITLE_IMPORT_LOCAL __attribute__((visibility("hidden")))
 #endif

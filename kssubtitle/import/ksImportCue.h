@@ -1,24 +1,23 @@
 /// @file
-/// A cue as the import library reads it from a file.
+/// One subtitle of a file.
 #pragma once
 
 #include <string_view>
 
-/// What is special about a cue; values of ksImportCue::flags, which is a sum of them.
-enum ksImportCueFlag : int {
-  kImportEndAssumed = 1,  ///< The file says no end; it is the next cue's start, or a few seconds.
-  kImportDuplicate = 2,   ///< An earlier cue has the same start, end and text: it is never shown.
-};
-
-/// One cue. Its text belongs to the parser that it comes from.
+/// One cue. Its text belongs to the parser that returned it.
+///
+/// A cue is shown at `t` if start <= t < end. At `end` itself it is still shown if nothing else is.
 struct ksImportCue {
-  long long start = 0;  ///< Milliseconds, as the file has it, of either sign.
-  long long end = 0;    ///< Milliseconds; the first moment at which the cue is not shown any more.
-  std::string_view text;  ///< UTF-8 in the chosen markup, lines separated by '\n', not empty.
-  int line = 0;           ///< Where it begins in the file: a line number, from 1.
-  int index = 0;          ///< Its place among all cues of the file, those without text included.
-  /// 1 to 9 as on a number pad; 2, bottom centre, where nothing is said. In WebVTT `align` gives
-  /// the column, and `line` the third of the picture.
+  long long start = 0;  ///< Milliseconds, as the file has it: may be negative.
+  /// Milliseconds: the first moment at which another cue would replace this one. A cue that does
+  /// not end after max(start, 0) is never shown.
+  long long end = 0;
+  std::string_view text;  ///< UTF-8 in the chosen markup; lines separated by '\n'; never empty.
+  int line = 0;           ///< The line of the file on which it begins, from 1.
+  int index = 0;          ///< Its position in the file, from 0, counting cues without text too.
+  /// Where it is placed, 1 to 9 as on a numeric keypad; 2, bottom centre, if the file does not say.
+  /// In WebVTT `align` gives the column and `line` the third of the picture.
   int alignment = 2;
-  int flags = 0;  ///< A sum of ksImportCueFlag values.
+  bool isEndAssumed = false;  ///< The file gives no end: it is the next start, or a few seconds.
+  bool isDuplicate = false;   ///< An earlier cue has the same start, end and text; never shown.
 };

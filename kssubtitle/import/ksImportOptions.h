@@ -1,5 +1,5 @@
 /// @file
-/// What a host may ask of the import library when it opens a file.
+/// What a host may ask for when it opens a file.
 #pragma once
 
 #include <cstddef>
@@ -8,31 +8,31 @@
 /// How style is kept in the texts of cues.
 enum class ksImportMarkup {
   kPlain,  ///< Not at all: the text is what a viewer reads.
-  kHtml,   ///< As `<i> <b> <u> <s> <font color="#rrggbb">`, with `&amp; &lt; &gt;` for those signs.
+  kHtml,   ///< As `<i> <b> <u> <s> <font color="#rrggbb">`; `& < >` become `&amp; &lt; &gt;`.
 };
 
-/// How a file is read. As they are, the options find everything out from the file. The host makes
-/// them, so that members are added only with a new SOVERSION of the library.
+/// How a file is read. The defaults detect everything. Hosts create this struct, so members are
+/// added only with a new SOVERSION of the library.
 struct ksImportOptions {
-  /// A name that ksImportFormats() has; empty: the file's content decides. Another name
-  /// is refused.
+  /// The name of a format from ksImportFormats(), in any case; empty: detected from the content.
+  /// A file is refused if no format has the name.
   std::string format;
-  /// The name of an encoding that overrides everything else; empty: find it out. One that the C
-  /// library's iconv does not know is refused.
+  /// The encoding to use whatever the bytes look like, by a name that iconv knows; empty: detected.
+  /// A file is refused if no encoding has the name.
   std::string encoding;
-  /// The encoding of 8-bit text that cannot be told by its bytes; empty: windows-1252. It should be
-  /// the code page that is usual where the viewer lives. An unknown one is refused where it is
-  /// needed.
+  /// The encoding of 8-bit text that cannot be detected, best the code page that is usual where the
+  /// viewer lives; empty: windows-1252. An unknown name refuses only files that need it.
   std::string fallbackEncoding;
-  /// Frames in a second, for formats that count frames in a file that does not say; 0 (or any other
-  /// value that is no positive number): 23.976, as written, or in TTML 30, as its standard says.
+  /// Frames per second for times counted in frames where the file gives no rate. 0, or any other
+  /// value that is not a positive number: 23.976, or 30 in TTML, the default of W3C TTML2.
   double frameRate = 0;
-  /// Which of several languages in one file, by the name that ksImportReport::languages() gives, or
-  /// by a tag that the file gives to it, or the first part of one: "en" is "en-US" too; in any
-  /// case. Empty, or unknown to the file: the first, or in TTML, whose parts may take turns, all.
+  /// Which language of a multilingual file to read, in any case: a name from
+  /// ksImportReport::languages(), a language tag that the file uses, or the beginning of one ("en"
+  /// matches "en-US"). Empty or unknown to the file: the first, or in TTML, where parts of one
+  /// track may be in different languages, all of them.
   std::string language;
   /// How style is kept.
   ksImportMarkup markup = ksImportMarkup::kPlain;
-  /// Larger files are refused without being read.
+  /// Larger files are refused without being read. Bytes.
   std::size_t maxBytes = std::size_t{64} << 20;
 };

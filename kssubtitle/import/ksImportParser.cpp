@@ -41,7 +41,7 @@ void replaceZeros(std::string& text, bool keepsPlace, Notes& notes) {
   for (std::size_t zero; (zero = text.find('\0', at)) != text.npos; at = zero + 1) {
     const std::string_view between = std::string_view(text).substr(at, zero - at);
     line += countLines(between);
-    notes.add(ksImportProblem::kZeroCharacter, line);
+    notes.add(ksImportProblem::kNulCharacter, line);
     kept += between;
     if (keepsPlace) kept += kReplacementUtf8;
   }

@@ -1,5 +1,5 @@
 /// @file
-/// Reads any subtitle file as a careful person would.
+/// Reads any text subtitle file as a careful person would.
 #pragma once
 
 #include <cstddef>
@@ -21,53 +21,51 @@ struct FormatInput;
 
 /// A text subtitle file of any common format, in any encoding.
 ///
-/// Which format and which encoding a file has is told by its content; its extension settles ties
-/// only. Both queries answer, whatever the encoding is.
+/// The content decides which format and encoding a file has; its extension only settles ties. Both
+/// queries answer whatever the encoding is.
 ///
-/// At `t` every cue with start <= t < end is shown and, if there is none, those that end at `t`;
-/// their texts stand in the order of the file, with a line feed between them. Of cues equal in
-/// start, end and text only the first one is shown. An answer's `start`
-/// and `end` bound the longest span round `t` in which the same cues are shown, `start` not below
-/// 0; the moment `end` belongs to what follows, if anything does.
+/// At `t` every cue with start <= t < end is shown or, if there is none, those with end == t; their
+/// texts are joined by line feeds in file order. Of cues with equal start, end and text only the
+/// first is shown. `start` and `end` of an answer bound the longest span around `t` in which the
+/// same cues are shown, with `start` at least 0; the moment `end` belongs to whatever follows, if
+/// anything does.
 ///
-/// Queries change nothing: several threads may ask one parser at once while none opens a file.
-/// Separate parsers share nothing. Nothing throws but `std::bad_alloc`, after which the parser is
-/// closed and empty. The library neither sets nor asks for a locale. Not copyable; a move leaves
-/// the source closed, and what cues() and the members of report() gave stays
-/// valid.
+/// Queries change nothing: several threads may query one parser while none opens a file. Separate
+/// parsers share nothing. Nothing throws but `std::bad_alloc`, after which the parser is closed and
+/// empty. The locale is neither set nor consulted. Not copyable; moving leaves the source closed,
+/// and what cues() and report() returned stays valid.
 class KSSUBTITLE_IMPORT_API ksImportParser : public IParser {
  public:
   /// @{
-  /// A new parser is closed; a move takes over what is open.
+  /// A new parser is closed; moving transfers an open file.
   ksImportParser() noexcept;
   ksImportParser(ksImportParser&& other) noexcept;
   ksImportParser& operator=(ksImportParser&& other) noexcept;
   ~ksImportParser() override;
   /// @}
 
-  /// Opens the file at `path` (NUL-terminated, not null) as the default options have it.
+  /// Opens the file at `path` with the default options.
   bool Open(const char* path) override;
-  /// Replaces what the parser holds by the content of the file at `path`, which may be a pipe. The
-  /// file is read whole and closed. False if it is refused: report() then tells why, and the parser
-  /// is closed and empty.
+  /// Replaces the contents by the file at `path` (NUL-terminated, not null), which may be a pipe.
+  /// The file is read whole and closed. Returns false if it is refused: report() then says why,
+  /// and the parser is closed and empty.
   bool Open(const char* path, const ksImportOptions& options);
-  /// Open() of a file that is in memory already; the bytes are not needed any more afterwards, and
-  /// may be null if `size` is 0.
+  /// Opens a file that is already in memory. The bytes are not needed after the call, and may be
+  /// null if `size` is 0. Returns false as Open() does.
   bool OpenMemory(const void* bytes, std::size_t size, const ksImportOptions& options = {});
-  /// Whether a file is open now.
+  /// Whether a file is open.
   bool IsOpen() const override;
-  /// The greatest end of all cues, in milliseconds; 0 without one.
+  /// The greatest end of all cues in milliseconds; 0 without cues.
   long long DurationTime() override;
-  /// What is shown at `t` milliseconds, in UTF-8; nothing if no cue is, or if `t` is negative. The
-  /// text begins with a line feed.
+  /// What is shown at `t` milliseconds, in UTF-8, each cue preceded by a line feed. If nothing is
+  /// shown, or `t` is negative, `start` and `end` are -1 and the text is empty.
   SUBTITLE_ST GetSubTitle(long long t) override;
-  /// GetSubTitle() with one code point a character.
+  /// The same with one code point per character.
   SUBTITLE_ST_U GetSubTitleU(long long t) override;
-  /// Every cue that has text, by start, then by place in the file; those that are never shown (end
-  /// not behind start, or not above 0, or kImportDuplicate) included. Valid until the next Open(),
-  /// a failed one too.
+  /// Every cue that has text, by start, then by position in the file, including those that are
+  /// never shown (see ksImportCue). Valid until the next Open(), even a failed one.
   std::span<const ksImportCue> cues() const noexcept;
-  /// What was found out about the file. Valid as long as the parser.
+  /// What was found out about the file. Valid for as long as the parser.
   const ksImportReport& report() const noexcept { return report_; }
 
  private:

@@ -2,10 +2,13 @@
 #include "kssubtitle/import/ksImportReport.h"
 
 #include <algorithm>
+#include <array>
+#include <iterator>
 
 #include "kssubtitle/import/conditions.h"
 #include "kssubtitle/import/report/report_data.h"
 
+using kssubtitle::importing::kProblems;
 using kssubtitle::importing::ReportData;
 
 namespace kssubtitle::importing {
@@ -23,60 +26,59 @@ void Notes::dropLast() {
 
 namespace {
 
-std::string_view sentenceOf(ksImportProblem problem) noexcept {
-  switch (problem) {
-    case ksImportProblem::kNumberMissing:
-      return "The cue has no number, while others have one.";
-    case ksImportProblem::kNumberDoubled:
-      return "The cue has the same number as the one before it.";
-    case ksImportProblem::kNumberFalling:
-      return "The cue has a lower number than the one before it.";
-    case ksImportProblem::kCueWithoutText:
-      return "The cue has no text and is left out.";
-    case ksImportProblem::kEndNotBehindStart:
-      return "The cue ends no later than it begins, or not after 0:00, so it is never shown.";
-    case ksImportProblem::kOverlap:
-      return "The cue begins while an earlier one is still shown.";
-    case ksImportProblem::kTimeRepaired:
-      return "A time is written in an unusual way; it was read all the same.";
-    case ksImportProblem::kTimeUnreadable:
-      return "A time cannot be read, so the cue is left out.";
-    case ksImportProblem::kLineIgnored:
-      return "The line is no part of any cue and is left out.";
-    case ksImportProblem::kTagUnclosed:
-      return "A tag or an override block is opened but not closed.";
-    case ksImportProblem::kUndecodable:
-      return "Some bytes have no meaning in the file's encoding; they are shown as U+FFFD.";
-    case ksImportProblem::kZeroCharacter:
-      return "The text holds a zero character, which is left out or shown as U+FFFD.";
-    case ksImportProblem::kCueCutOff:
-      return "The file ends in the middle of the cue, which is left out.";
-    case ksImportProblem::kColumnsMissing:
-      return "The event has fewer columns than its format has, so it is left out.";
-    case ksImportProblem::kUnknownStyle:
-      return "The event names a style that the script does not define.";
-    case ksImportProblem::kFrameRateAssumed:
-      return "The times are frame numbers and the file does not name a frame rate; one is assumed.";
-    case ksImportProblem::kEndAssumed:
-      return "The file does not say when the cue ends; an end is assumed.";
-    case ksImportProblem::kDuplicate:
-      return "The same cue is there twice; it is shown once.";
-    case ksImportProblem::kPictureDamaged:
-      return "The picture is damaged or missing, so nothing is shown for it.";
-    case ksImportProblem::kColorsChange:
-      return "The picture changes its colours from column to column; it is shown without that.";
-    case ksImportProblem::kOutsideParent:
-      return "The cue begins when the part that it stands in is over, so it is left out.";
-    case ksImportProblem::kUnsupported:
-      return "Something that the line says is not supported and is left out.";
-  }
-  return {};
-}
+struct Sentence {
+  ksImportProblem problem;
+  std::string_view text;
+};
+
+// In the order of the enumeration.
+constexpr Sentence kSentences[] = {
+    {ksImportProblem::kNumberMissing, "The cue has no number, but others do."},
+    {ksImportProblem::kNumberRepeated, "The cue has the same number as the one before it."},
+    {ksImportProblem::kNumberDecreasing, "The cue has a lower number than the one before it."},
+    {ksImportProblem::kCueWithoutText, "The cue has no text and is dropped."},
+    {ksImportProblem::kEndNotAfterStart,
+     "The cue does not end after it begins, or not after 0:00, so it is never shown."},
+    {ksImportProblem::kOverlap, "The cue begins while an earlier one is still shown."},
+    {ksImportProblem::kTimeRepaired, "A time is written in an unusual way, but could be read."},
+    {ksImportProblem::kTimeUnreadable, "A time cannot be read, so the cue is dropped."},
+    {ksImportProblem::kLineIgnored, "The line belongs to no cue and is ignored."},
+    {ksImportProblem::kTagUnclosed, "A tag or an override block is never closed."},
+    {ksImportProblem::kUndecodable,
+     "Some bytes are invalid in the file's encoding; they are shown as U+FFFD."},
+    {ksImportProblem::kNulCharacter,
+     "The text contains a NUL character, which is dropped or shown as U+FFFD."},
+    {ksImportProblem::kCueCutOff, "The file ends in the middle of the cue, which is dropped."},
+    {ksImportProblem::kColumnsMissing,
+     "The event has fewer columns than its Format line, so it is dropped."},
+    {ksImportProblem::kUnknownStyle, "The event names a style that the script does not define."},
+    {ksImportProblem::kFrameRateAssumed,
+     "The times are frame numbers and the file gives no frame rate; one is assumed."},
+    {ksImportProblem::kEndAssumed, "The file does not say when the cue ends; an end is assumed."},
+    {ksImportProblem::kDuplicate, "The same cue occurs twice; it is shown once."},
+    {ksImportProblem::kPictureDamaged,
+     "The picture is damaged or missing, so nothing is shown for it."},
+    {ksImportProblem::kColorsChange,
+     "The picture changes its colours by column; it is shown in the first ones."},
+    {ksImportProblem::kOutsideParent,
+     "The cue begins after the element around it has ended, so it is dropped."},
+    {ksImportProblem::kUnsupported, "The line asks for something that is not supported."},
+};
+static_assert(std::size(kSentences) == kProblems);
+
+constexpr auto kAllProblems = [] {
+  std::array<ksImportProblem, kProblems> problems{};
+  std::ranges::transform(kSentences, problems.begin(), &Sentence::problem);
+  return problems;
+}();
+static_assert(std::ranges::is_sorted(kAllProblems));
 
 std::string_view sentenceOf(ksImportRefusal refusal) noexcept {
   switch (refusal) {
     case ksImportRefusal::kNone:
       return {};
+    case ksImportRefusal::kNotOpened:
+      return "No file has been opened.";
     case ksImportRefusal::kCannotOpen:
       return "The file cannot be opened or read.";
     case ksImportRefusal::kTooLarge:
@@ -86,13 +88,13 @@ std::string_view sentenceOf(ksImportRefusal refusal) noexcept {
     case ksImportRefusal::kPictures:
       return "The file holds pictures of subtitles, not text.";
     case ksImportRefusal::kBinary:
-      return "The file is compressed or is no text at all.";
+      return "The file is compressed or is not text at all.";
     case ksImportRefusal::kUnknownFormat:
-      return "The file is text, but not in any subtitle format that is known.";
+      return "The file is text, but not in any known subtitle format.";
     case ksImportRefusal::kUnknownEncoding:
-      return "There is no encoding of the given name.";
+      return "There is no encoding with the given name.";
     case ksImportRefusal::kUnknownOption:
-      return "There is no subtitle format of the given name.";
+      return "There is no subtitle format with the given name.";
   }
   return {};
 }
@@ -100,8 +102,13 @@ std::string_view sentenceOf(ksImportRefusal refusal) noexcept {
 }  // namespace
 }  // namespace kssubtitle::importing
 
-std::string_view describe(const ksImportNote& note) noexcept {
-  return kssubtitle::importing::sentenceOf(note.problem);
+std::span<const ksImportProblem> ksImportProblems() noexcept {
+  return kssubtitle::importing::kAllProblems;
+}
+
+std::string_view ksImportSentence(ksImportProblem problem) noexcept {
+  const auto place = static_cast<std::size_t>(problem);
+  return place < kProblems ? kssubtitle::importing::kSentences[place].text : std::string_view();
 }
 
 ksImportReport::ksImportReport() noexcept = default;
@@ -110,7 +117,7 @@ ksImportReport& ksImportReport::operator=(ksImportReport&& other) noexcept = def
 ksImportReport::~ksImportReport() = default;
 
 ksImportRefusal ksImportReport::refusal() const noexcept {
-  return data_ ? data_->refusal : ksImportRefusal::kCannotOpen;
+  return data_ ? data_->refusal : ksImportRefusal::kNotOpened;
 }
 
 int ksImportReport::systemError() const noexcept { return data_ ? data_->systemError : 0; }
@@ -149,7 +156,7 @@ std::span<const ksImportNote> ksImportReport::notes() const noexcept {
 }
 
 std::size_t ksImportReport::count(ksImportProblem problem) const noexcept {
-  return data_ ? data_->notes.count(problem) : 0;
+  return data_ && static_cast<std::size_t>(problem) < kProblems ? data_->notes.count(problem) : 0;
 }
 
 bool ksImportReport::fixedReadersAgree() const noexcept {

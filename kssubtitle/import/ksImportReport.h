@@ -1,5 +1,5 @@
 /// @file
-/// What the import library tells about a file beside its cues.
+/// What the import library found out about a file besides its cues.
 #pragma once
 
 #include <cstddef>
@@ -15,88 +15,89 @@ namespace kssubtitle::importing {
 struct ReportData;
 }
 
-/// Why a file is refused.
+/// Why a file was refused.
 enum class ksImportRefusal {
   kNone,             ///< It was not refused.
-  kCannotOpen,       ///< The system cannot open or read it; ksImportReport::systemError() says why.
-  kTooLarge,         ///< It has more bytes than the options allow.
+  kNotOpened,        ///< No file has been opened yet, or memory ran out.
+  kCannotOpen,       ///< It cannot be opened or read; see ksImportReport::systemError().
+  kTooLarge,         ///< It is larger than ksImportOptions::maxBytes.
   kEmpty,            ///< It has no bytes.
   kPictures,         ///< It holds pictures, not text: a VobSub index or stream, or PGS.
-  kBinary,           ///< It is compressed, or no text at all.
-  kUnknownFormat,    ///< It is text, but in no format that is known.
-  kUnknownEncoding,  ///< The options name an encoding that the C library does not know.
-  kUnknownOption,    ///< The options name a format that there is none of.
+  kBinary,           ///< It is compressed or otherwise not text.
+  kUnknownFormat,    ///< It is text, but in no known format.
+  kUnknownEncoding,  ///< The options name an encoding that iconv does not know.
+  kUnknownOption,    ///< The options name a format that does not exist.
 };
 
-/// How the encoding of a file was found.
+/// How the encoding of a file was determined.
 enum class ksImportEncodingSource {
-  kMark,        ///< By the mark that it begins with.
-  kZeroBytes,   ///< By where its zero bytes stand.
-  kValidUtf8,   ///< All of it is UTF-8, or ASCII.
+  kBom,         ///< By its byte order mark.
+  kNulBytes,    ///< By the positions of its NUL bytes: UTF-16 or UTF-32 without a BOM.
+  kValidUtf8,   ///< It is valid UTF-8, which ASCII is too.
   kMostlyUtf8,  ///< It is UTF-8 but for a few bytes.
-  kDeclared,    ///< The file names it.
+  kDeclared,    ///< The file declares it.
   kDetected,    ///< By the statistics of its bytes.
-  kFallback,    ///< It could not be told: ksImportOptions::fallbackEncoding.
+  kFallback,    ///< It could not be detected: ksImportOptions::fallbackEncoding.
   kGiven,       ///< By ksImportOptions::encoding.
 };
 
 /// How the lines of a file end.
 enum class ksImportLineEnds { kNone, kLf, kCrLf, kCr, kCrCrLf, kMixed };
 
-/// What can be wrong with a file that is read all the same.
+/// What can be wrong with a file that was read all the same.
 enum class ksImportProblem {
-  kNumberMissing,      ///< A cue has no number where others have one.
-  kNumberDoubled,      ///< A cue has the number of the one before.
-  kNumberFalling,      ///< A cue has a lesser number than the one before.
-  kCueWithoutText,     ///< A cue has no text and is left out.
-  kEndNotBehindStart,  ///< A cue is never shown, as its end is not behind its start or above 0.
-  kOverlap,            ///< A cue starts before an earlier one has ended.
-  kTimeRepaired,       ///< A time is written in an unusual way.
-  kTimeUnreadable,     ///< A time cannot be read: its cue is left out.
-  kLineIgnored,        ///< A line is no part of any cue.
-  kTagUnclosed,        ///< A tag or an override block is not closed.
-  kUndecodable,        ///< Bytes without a meaning in the file's encoding became U+FFFD.
-  kZeroCharacter,      ///< A zero character was left out or replaced.
-  kCueCutOff,          ///< The file ends inside of a cue.
-  kColumnsMissing,     ///< An event has fewer columns than its section's format: it is left out.
-  kUnknownStyle,       ///< An event names a style that the script does not have.
-  kFrameRateAssumed,   ///< Times are counted in frames, and the file does not say of which rate.
-  kEndAssumed,         ///< The last cue has no end of its own; others end where the next begins.
-  kDuplicate,          ///< A cue is there twice.
-  kPictureDamaged,     ///< A picture cannot be read and is left out.
-  kColorsChange,       ///< A picture changes colours from column to column: it keeps its first.
-  kOutsideParent,      ///< A cue begins when the part that it stands in is over: it is left out.
-  kUnsupported,        ///< Something that the format has is left out.
+  kNumberMissing,     ///< A cue has no number where others have one.
+  kNumberRepeated,    ///< A cue has the same number as the one before it.
+  kNumberDecreasing,  ///< A cue has a lower number than the one before it.
+  kCueWithoutText,    ///< A cue has no text and is dropped.
+  kEndNotAfterStart,  ///< A cue does not end after max(start, 0), so it is never shown.
+  kOverlap,           ///< A cue starts before an earlier one has ended.
+  kTimeRepaired,      ///< A time is written in an unusual way.
+  kTimeUnreadable,    ///< A time cannot be read; its cue is dropped.
+  kLineIgnored,       ///< A line belongs to no cue.
+  kTagUnclosed,       ///< A tag or an override block is not closed.
+  kUndecodable,       ///< Bytes that are invalid in the file's encoding became U+FFFD.
+  kNulCharacter,      ///< A NUL character was dropped, or replaced by U+FFFD.
+  kCueCutOff,         ///< The file ends in the middle of a cue.
+  kColumnsMissing,    ///< An event has fewer columns than its section's Format line; dropped.
+  kUnknownStyle,      ///< An event names a style that the script does not define.
+  kFrameRateAssumed,  ///< Times are frame numbers, and the file gives no frame rate.
+  kEndAssumed,        ///< The last cue has no end of its own; others end where the next begins.
+  kDuplicate,         ///< A cue occurs twice.
+  kPictureDamaged,    ///< A picture cannot be read and is dropped.
+  kColorsChange,      ///< A picture changes its colours by column; only the first set is used.
+  kOutsideParent,     ///< A cue begins after the element around it has ended; dropped.
+  kUnsupported,       ///< A feature of the format is not supported and ignored.
 };
 
-/// The number of problems that there are.
-inline constexpr std::size_t kImportProblems =
-    static_cast<std::size_t>(ksImportProblem::kUnsupported) + 1;
+/// Every problem. Valid for as long as the library is loaded. Never throws.
+KSSUBTITLE_IMPORT_API std::span<const ksImportProblem> ksImportProblems() noexcept;
 
-/// One problem of a file.
+/// One English sentence about a problem; empty for a value that is not one. Never throws.
+KSSUBTITLE_IMPORT_API std::string_view ksImportSentence(ksImportProblem problem) noexcept;
+
+/// One problem in a file.
 struct ksImportNote {
   ksImportProblem problem;  ///< What is wrong.
-  int line;                 ///< Where, as a line number from 1; 0 for the whole file.
+  int line;                 ///< On which line, from 1; 0: it concerns the whole file.
 };
 
-/// One English sentence about a note, without its line number.
-KSSUBTITLE_IMPORT_API std::string_view describe(const ksImportNote& note) noexcept;
-
-/// Something that a file must be for the fixed readers, those of ksSubtitleManager, to answer it as
+/// Something a file must satisfy for the fixed readers, those of ksSubtitleManager, to answer it as
 /// it is meant. Always valid.
 struct ksImportCondition {
   std::string_view name;      ///< A word or two, such as "line ends".
   std::string_view sentence;  ///< One English sentence on a file that is not so.
 };
 
-/// What was found out about the file that a parser was last asked to open. Belongs to the parser;
-/// what it hands out is valid until the parser's next Open(). Before the first one it
-/// tells of a file that cannot be opened. Nothing throws but `std::bad_alloc`, and that only
-/// from unmetConditions().
+/// What was found out about the file that a parser was last asked to open.
+///
+/// Belongs to the parser, and may be read by several threads while no file is being opened; what it
+/// returns is valid until the parser's next Open(). Nothing throws, except that
+/// unmetConditions() may throw `std::bad_alloc`.
 class KSSUBTITLE_IMPORT_API ksImportReport {
  public:
   /// @{
-  /// A report is made, and moved, with its parser.
+  /// Created and moved together with its parser.
   ksImportReport() noexcept;
   ksImportReport(ksImportReport&& other) noexcept;
   ksImportReport& operator=(ksImportReport&& other) noexcept;
@@ -109,23 +110,24 @@ class KSSUBTITLE_IMPORT_API ksImportReport {
   int systemError() const noexcept;
   /// One English sentence on the refusal; empty if the file was read.
   std::string_view refusalText() const noexcept;
-  /// The short name of the format, such as "subrip" or "ass"; empty if it was not recognised.
+  /// The name of the format, such as "subrip"; empty if it was not recognised.
   std::string_view format() const noexcept;
   /// The name of the encoding, such as "UTF-8" or "windows-1251"; empty if the file was refused
-  /// before it was told.
+  /// before it was determined.
   std::string_view encoding() const noexcept;
-  /// How the encoding was found.
+  /// How the encoding was determined.
   ksImportEncodingSource encodingSource() const noexcept;
   /// How the lines end.
   ksImportLineEnds lineEnds() const noexcept;
-  /// The size of the file in bytes, as far as it was read.
+  /// How many bytes of the file were read.
   std::size_t size() const noexcept;
-  /// The languages that the file says its cues have, in its order; in SAMI the classes that the
-  /// style sheet leaves out come behind them. Empty if there are none.
+  /// The languages that the file says its cues are in, in its order; in SAMI, classes that the
+  /// style sheet does not declare come last. Empty if it names none.
   std::span<const std::string> languages() const noexcept;
-  /// The problems that were found, by line; the first 1,000 of them.
+  /// The problems that were found, by line: the 1,000 with the lowest line numbers.
   std::span<const ksImportNote> notes() const noexcept;
-  /// How many of one kind were found, those that notes() does not keep included.
+  /// How often a problem was found, including notes that notes() does not keep; 0 for a value that
+  /// is not a problem.
   std::size_t count(ksImportProblem problem) const noexcept;
   /// Whether ksSubtitleManager answers the file as it is meant: with the start, end and text that
   /// its parser here gives, at every millisecond, in the query of the file's width. It may be false

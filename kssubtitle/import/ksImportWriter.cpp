@@ -26,7 +26,7 @@ std::vector<OutgoingCue> outgoing(std::span<const ksImportCue> cues, ksImportMar
   for (const ksImportCue& cue : cues) {
     const long long start = std::max(cue.start, 0LL);
     const long long end = std::min(cue.end, kLatest);
-    if (end <= start || (cue.flags & kImportDuplicate) != 0) continue;
+    if (end <= start || cue.isDuplicate) continue;
     const bool isKey = cue.alignment >= 1 && cue.alignment <= 9;
     OutgoingCue next{start, end, isKey ? cue.alignment : 2, styledText(cue.text, markup)};
     if (!next.text.characters.empty()) all.push_back(std::move(next));
@@ -37,8 +37,8 @@ std::vector<OutgoingCue> outgoing(std::span<const ksImportCue> cues, ksImportMar
 
 }  // namespace
 
-std::string writeCues(std::span<const ksImportCue> cues, ksImportTarget target,
-                      ksImportMarkup markup) {
+std::string ksImportWrite(std::span<const ksImportCue> cues, ksImportTarget target,
+                          ksImportMarkup markup) {
   const std::vector<OutgoingCue> all = outgoing(cues, markup);
   switch (target) {
     case ksImportTarget::kSubRip:

@@ -1,5 +1,5 @@
 /// @file
-/// Writes cues as the text of a subtitle file.
+/// Converts cues to the text of a subtitle file.
 #pragma once
 
 #include <span>
@@ -12,38 +12,33 @@
 /// The formats that cues can be written in.
 enum class ksImportTarget {
   kSubRip,
-  kWebVtt,
-  kAss,   ///< One style, Default.
-  kText,  ///< The texts alone, a blank line between two cues.
+  kWebVtt,  ///< W3C WebVTT.
+  kAss,     ///< With a single style, Default.
+  kText,    ///< The texts alone, separated by blank lines.
 };
 
-/// The content of a file of the format `target` with `cues`, whose texts have the markup `markup`:
-/// UTF-8 without a mark, lines that end in LF, cues by start (those that start together in the
-/// order given) and numbered where the format numbers them. `cues` may come from a parser, which
-/// must have been asked for kHtml if style is to be kept, or be made by the host.
+/// Returns the content of a `target` file with `cues`, whose texts are in `markup`: UTF-8 without a
+/// BOM, lines ending in LF, cues by start (in the given order where starts are equal), numbered
+/// where the format numbers them. The cues may come from a parser, which must have been asked for
+/// kHtml if style is to be kept, or be made by the host. Throws nothing but `std::bad_alloc`.
 ///
-/// What ksImportParser reads from it are the same cues, but for this:
-/// - A cue that is never shown, as its end is not behind its start or not above 0, or as it is
-///   marked kImportDuplicate, is left out, and so is one without text. A start below 0 becomes 0,
-///   and no time goes beyond 999,999,999,999 hours. ASS has hundredths of a second: times are
-///   rounded, to one hundredth of length at least.
-/// - WebVTT has no strike-out. ASS has no white that differs from no colour. kText has no style, no
-///   alignment and no times.
-/// - WebVTT settings keep `alignment`; to other players they mean the line 0 or the middle of the
+/// Whatever would be read as a tag, an entity, a time or another part of the format is escaped;
+/// other text is written to SubRip unchanged. ksImportParser reads the same cues back, except:
+/// - Cues that are never shown (see ksImportCue) or have no text are left out. A start below 0
+///   becomes 0, and no time exceeds 999,999,999,999 hours. ASS has hundredths of a second: times
+///   are rounded, to a length of at least one hundredth.
+/// - WebVTT has no strike-out. ASS cannot tell white text from text without a colour. kText has no
+///   style, alignment or times.
+/// - WebVTT settings preserve `alignment`; other players take them as line 0 or the middle of the
 ///   picture, and its left or right edge.
-/// - ASS cannot have braces in texts, which become parentheses. (A backslash that would begin a
-///   code gets a word joiner, U+2060, behind it, which is not seen and which the parser takes off.)
-/// - Texts take the form that the parser gives them: no white space at the ends of lines, no empty
-///   lines, no zero characters, and U+FFFD for bytes that are no UTF-8. An alignment that is no key
-///   of the number pad is 2.
+/// - ASS texts cannot contain braces, which become parentheses. (A backslash that would begin an
+///   escape is followed by an invisible word joiner, U+2060, which the parser removes.)
+/// - Texts are normalised as the parser would: no white space at the ends of lines, no empty
+///   lines, no NULs, and U+FFFD for bytes that are not UTF-8. An `alignment` outside 1 to 9 is 2.
 ///
-/// The fixed readers, too, answer a written SubRip file alike, as long as its cues do not overlap
-/// and it has no more than 20,000 lines, but for texts with more than two lines, with a line of
-/// digits alone, with tags (of style or alignment), braces or entities, or with an arrow within a
-/// line. ksImportReport::fixedReadersAgree() tells of a file.
-///
-/// What would be read as tags, entities, times or other parts of the format is escaped; SubRip
-/// texts are else written as they are. Throws nothing but `std::bad_alloc`.
-KSSUBTITLE_IMPORT_API std::string writeCues(std::span<const ksImportCue> cues,
-                                            ksImportTarget target,
-                                            ksImportMarkup markup = ksImportMarkup::kPlain);
+/// The fixed readers answer a written SubRip file alike if its cues do not overlap and it has at
+/// most 20,000 lines, except for texts with more than two lines, a line of digits alone, tags (of
+/// style or alignment), braces, entities, or an arrow within a line.
+KSSUBTITLE_IMPORT_API std::string ksImportWrite(std::span<const ksImportCue> cues,
+                                                ksImportTarget target,
+                                                ksImportMarkup markup = ksImportMarkup::kPlain);

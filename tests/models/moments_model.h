@@ -23,7 +23,7 @@ inline ShownText shownAt(std::span<const ksImportCue> cues, long long t) {
   bool oneEnds = false;
   for (const ksImportCue& cue : cues) {
     const long long start = std::max(cue.start, 0LL);
-    if (t < 0 || cue.end <= start || (cue.flags & kImportDuplicate) != 0) continue;
+    if (t < 0 || cue.end <= start || cue.isDuplicate) continue;
     for (const long long boundary : {start, cue.end}) {
       if (boundary <= t) shown.start = std::max(shown.start, boundary);
       if (boundary > t) shown.end = std::min(shown.end, boundary);

@@ -65,10 +65,11 @@ Remarks remarksOn(const ksImportParser& parser, const ViewingLimits& limits) {
   const ksImportFormat& format = formatOf(parser.report());
   for (const ksImportNote& note : parser.report().notes()) {
     if (isUsual(format, note.problem)) continue;
-    remarks.push_back({static_cast<int>(note.problem), note.line, std::string(describe(note))});
+    remarks.push_back(
+        {static_cast<int>(note.problem), note.line, std::string(ksImportSentence(note.problem))});
   }
   for (const Finding& finding : findingsIn(parser.cues(), limits)) {
-    const int kind = static_cast<int>(kImportProblems) + static_cast<int>(finding.flaw);
+    const int kind = static_cast<int>(ksImportProblems().size()) + static_cast<int>(finding.flaw);
     remarks.push_back({kind, finding.line, finding.sentence});
   }
   std::ranges::stable_sort(remarks, {}, &Remark::line);
@@ -147,12 +148,11 @@ class TextReport {
   }
 
   void countThoseNotKept(const ksImportReport& report) {
-    for (std::size_t i = 0; i < kImportProblems; ++i) {
-      const auto problem = static_cast<ksImportProblem>(i);
+    for (const ksImportProblem problem : ksImportProblems()) {
       if (report.count(problem) == 0 || isUsual(formatOf(report), problem)) continue;
-      Kind& kind = kinds_[static_cast<int>(i)];
+      Kind& kind = kinds_[static_cast<int>(problem)];
       kind.count = report.count(problem);
-      kind.example = describe({problem, 0});
+      kind.example = ksImportSentence(problem);
     }
   }
 

@@ -72,7 +72,7 @@ EditedCues edited(EditedCues cues, const Edits& edits) {
 EditedCues cuesIn(const ksImportParser& parser) {
   EditedCues cues;
   for (const ksImportCue& cue : parser.cues()) {
-    if ((cue.flags & kImportDuplicate) != 0) continue;
+    if (cue.isDuplicate) continue;
     cues.push_back({cue.start, cue.end, cue.alignment, std::string(cue.text)});
   }
   return cues;
@@ -87,7 +87,7 @@ std::string written(const EditedCues& cues, ksImportTarget target) {
     view.alignment = cue.alignment;
     view.text = cue.text;
   }
-  return writeCues(views, target, ksImportMarkup::kHtml);
+  return ksImportWrite(views, target, ksImportMarkup::kHtml);
 }
 
 /// A name that no file has: PATH.bak, PATH.bak2 ...

@@ -52,9 +52,9 @@ std::string_view nameOf(ksImportLineEnds ends) {
 
 std::string_view nameOf(ksImportEncodingSource source) {
   switch (source) {
-    case ksImportEncodingSource::kMark:
+    case ksImportEncodingSource::kBom:
       return "by its mark";
-    case ksImportEncodingSource::kZeroBytes:
+    case ksImportEncodingSource::kNulBytes:
       return "by its zero bytes";
     case ksImportEncodingSource::kValidUtf8:
       return "valid throughout";
@@ -74,9 +74,7 @@ std::string_view nameOf(ksImportEncodingSource source) {
 
 std::size_t countNotes(const ksImportReport& report) {
   std::size_t count = 0;
-  for (std::size_t i = 0; i < kImportProblems; ++i) {
-    count += report.count(static_cast<ksImportProblem>(i));
-  }
+  for (const ksImportProblem problem : ksImportProblems()) count += report.count(problem);
   return count;
 }
 
@@ -137,7 +135,7 @@ std::vector<std::string> noteLines(std::string_view name, const ksImportReport& 
   for (const ksImportNote& note : report.notes()) {
     std::string place(name);
     if (note.line > 0) place += ':' + std::to_string(note.line);
-    lines.push_back(place + ": " + std::string(describe(note)));
+    lines.push_back(place + ": " + std::string(ksImportSentence(note.problem)));
   }
   const std::size_t more = countNotes(report) - lines.size();
   if (more > 0) {

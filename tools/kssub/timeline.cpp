@@ -49,8 +49,8 @@ std::vector<Mark> marksOf(const ksImportReport& report, std::span<const Shown> s
     if (note.line == 0 || startOfLine.empty()) continue;
     auto place = startOfLine.upper_bound(note.line);
     if (place != startOfLine.begin()) --place;
-    marks.push_back(
-        {place->second, "line " + std::to_string(note.line) + ": " + std::string(describe(note))});
+    marks.push_back({place->second, "line " + std::to_string(note.line) + ": " +
+                                        std::string(ksImportSentence(note.problem))});
   }
   return marks;
 }

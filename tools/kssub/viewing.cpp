@@ -79,7 +79,7 @@ class Viewer {
 };
 
 bool isShown(const ksImportCue& cue) {
-  return cue.end > std::max(cue.start, 0LL) && (cue.flags & kImportDuplicate) == 0;
+  return cue.end > std::max(cue.start, 0LL) && !cue.isDuplicate;
 }
 
 /// Those that begin before one that stands above them in the file.

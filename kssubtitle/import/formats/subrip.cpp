@@ -146,9 +146,9 @@ class Numbering {
 
   void take(const NumberLine& number) {
     if (hasAny_ && number.value == last_) {
-      notes_.add(ksImportProblem::kNumberDoubled, number.line);
+      notes_.add(ksImportProblem::kNumberRepeated, number.line);
     } else if (hasAny_ && number.value < last_) {
-      notes_.add(ksImportProblem::kNumberFalling, number.line);
+      notes_.add(ksImportProblem::kNumberDecreasing, number.line);
     }
     last_ = number.value;
     hasAny_ = true;

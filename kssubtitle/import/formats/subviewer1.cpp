@@ -59,7 +59,7 @@ class SubViewer1Reader {
   void endCue(long long end) {
     if (cue_.cue() == nullptr) return;
     cue_.cue()->end = end;
-    cue_.cue()->flags &= ~kImportEndAssumed;
+    cue_.cue()->isEndAssumed = false;
     cue_.finish();
   }
 

@@ -10,8 +10,6 @@ namespace {
 
 constexpr std::size_t kGroup = 16;
 
-bool isDuplicate(const ksImportCue& cue) noexcept { return (cue.flags & kImportDuplicate) != 0; }
-
 }  // namespace
 
 void Moments::Active::addBesideOthers(const Ending& ending) {
@@ -32,7 +30,7 @@ void Moments::reserve(std::size_t cues) {
 void Moments::add(const ksImportCue& cue) {
   const int place = count_++;
   const long long start = std::max(cue.start, 0LL);
-  if (cue.end <= start || isDuplicate(cue)) return;
+  if (cue.end <= start || cue.isDuplicate) return;
   if (begins_.size() > settled_) dropUnsettled();
   if (active_.isSingle() && active_.firstEnd() <= start) {
     active_.replaceAll(cue.end, place);  // as most cues follow each other
@@ -139,7 +137,7 @@ void Moments::search(std::span<const ksImportCue> cues, std::size_t level, std::
   if (level == 0) {
     const std::size_t end = std::min(first + kGroup, cues.size());
     for (std::size_t i = first; i < end; ++i) {
-      if (cues[i].end > time && !isDuplicate(cues[i])) found.push_back(static_cast<int>(i));
+      if (cues[i].end > time && !cues[i].isDuplicate) found.push_back(static_cast<int>(i));
     }
     return;
   }

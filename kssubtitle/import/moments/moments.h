@@ -35,7 +35,7 @@ class Moments {
  public:
   void reserve(std::size_t cues);
   /// Adds the next cue. One whose end is not behind its start, or not above 0, or that is
-  /// kImportDuplicate, is never shown.
+  /// a duplicate, is never shown.
   void add(const ksImportCue& cue);
   /// To be called behind the last cue that is added before a question.
   void settle(std::span<const ksImportCue> cues);

@@ -11,6 +11,9 @@
 
 namespace kssubtitle::importing {
 
+inline constexpr std::size_t kProblems =
+    static_cast<std::size_t>(ksImportProblem::kUnsupported) + 1;
+
 /// Counts every problem, keeps those of the first lines, and gathers which conditions of the
 /// fixed readers fail.
 class Notes {
@@ -37,7 +40,7 @@ class Notes {
   /// Keeps kMostKept notes: many are found in a later look at the cues, whose lines may come first.
   void dropLast();
 
-  std::array<std::size_t, kImportProblems> counts_{};
+  std::array<std::size_t, kProblems> counts_{};
   int end_ = INT_MAX;  // a line of which no note is kept any more
   std::vector<ksImportNote> kept_;
   FailedConditions failed_;

@@ -1,7 +1,6 @@
 // What a report holds.
 #pragma once
 
-#include <cerrno>
 #include <span>
 #include <string>
 #include <string_view>
@@ -14,9 +13,8 @@
 namespace kssubtitle::importing {
 
 struct ReportData {
-  // As it is until the file is read, or refused for another reason: memory ran out.
-  ksImportRefusal refusal = ksImportRefusal::kCannotOpen;
-  int systemError = ENOMEM;
+  ksImportRefusal refusal = ksImportRefusal::kNotOpened;  // what stays if memory runs out
+  int systemError = 0;
   std::string_view refusalSentence;  // where more can be said than what the reason is
   std::string_view format;           // a name from the table of formats
   std::string encoding;

@@ -145,11 +145,11 @@ std::optional<DecodedText> decodeAs(std::string bytes, const Encoding& encoding)
 
 std::optional<DecodedText> decode(std::string bytes, const FoundEncoding& found) {
   if (found.isValid) return DecodedText{std::move(bytes), {}};
-  constexpr std::string_view kMark = "\xEF\xBB\xBF";
+  constexpr std::string_view kBom = "\xEF\xBB\xBF";
   std::optional<DecodedText> decoded = decodeAs(std::move(bytes), found.encoding);
-  if (decoded && decoded->text.starts_with(kMark)) {
-    decoded->text.erase(0, kMark.size());
-    decoded->replacements.shift(kMark.size());
+  if (decoded && decoded->text.starts_with(kBom)) {
+    decoded->text.erase(0, kBom.size());
+    decoded->replacements.shift(kBom.size());
   }
   return decoded;
 }

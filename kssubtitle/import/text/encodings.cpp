@@ -103,10 +103,10 @@ FoundEncoding findEncoding(std::string_view bytes, const EncodingHints& hints) {
     return {kind == given.kind ? given : encodingOf(kind), ksImportEncodingSource::kGiven};
   }
   if (const auto kind = encodingByMark(bytes)) {
-    return {encodingOf(*kind), ksImportEncodingSource::kMark};
+    return {encodingOf(*kind), ksImportEncodingSource::kBom};
   }
   if (const auto kind = encodingByZeros(bytes)) {
-    return {encodingOf(*kind), ksImportEncodingSource::kZeroBytes};
+    return {encodingOf(*kind), ksImportEncodingSource::kNulBytes};
   }
   const Utf8Count count = countUtf8(bytes);
   if (count.badBytes == 0 && (!count.cutAtEnd || count.sequences > 0)) {

@@ -103,15 +103,15 @@ ksImportLineEnds settleLineEnds(std::string& text) {
 }
 
 bool dropMarks(std::string& text) {
-  constexpr std::string_view kMark = "\xEF\xBB\xBF";
+  constexpr std::string_view kBom = "\xEF\xBB\xBF";
   // A second mark in front makes WebVTT none, by its standard.
   const bool isUnsigned = text.starts_with("\xEF\xBB\xBFWEBVTT");
   std::string kept;
   std::size_t at = 0;
-  for (std::size_t mark; (mark = text.find(kMark, at)) != text.npos; at = mark + kMark.size()) {
+  for (std::size_t mark; (mark = text.find(kBom, at)) != text.npos; at = mark + kBom.size()) {
     kept.append(text, at, mark - at);
     const bool isDropped = kept.empty() ? !isUnsigned : kept.back() == '\n';
-    if (!isDropped) kept += kMark;
+    if (!isDropped) kept += kBom;
   }
   if (at == 0) return false;
   kept.append(text, at);

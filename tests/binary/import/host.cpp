@@ -38,14 +38,14 @@ bool usesReport() {
   const std::vector<ksImportCondition> unmet = report.unmetConditions();
   return report.format() == "subrip" && report.notes().empty() && unmet.size() == 2 &&
          unmet[0].name == "verbatim" && !report.fixedReadersAgree() &&
-         !describe(ksImportNote{ksImportProblem::kOverlap, 1}).empty();
+         !ksImportSentence(ksImportProblems().front()).empty();
 }
 
 bool writes() {
   std::vector<ksImportCue> cues(1);
   cues[0].end = 1000;
   cues[0].text = "A";
-  return writeCues(cues, ksImportTarget::kSubRip) == "1\n00:00:00,000 --> 00:00:01,000\nA\n";
+  return ksImportWrite(cues, ksImportTarget::kSubRip) == "1\n00:00:00,000 --> 00:00:01,000\nA\n";
 }
 
 bool usesPictures() {

@@ -12,8 +12,6 @@ bool isBefore(const ksImportCue& a, const ksImportCue& b) noexcept {
   return std::tie(a.start, a.index) < std::tie(b.start, b.index);
 }
 
-bool hasAssumedEnd(const ksImportCue& cue) noexcept { return (cue.flags & kImportEndAssumed) != 0; }
-
 constexpr long long kLastCue = 5000;
 
 /// Requires: the cues are in order, those without text included.
@@ -23,7 +21,7 @@ void assumeEnds(std::vector<ksImportCue>& cues, long long longest, Notes& notes)
     ksImportCue& cue = cues[i];
     // Cues of one start are shown together, up to the first later one.
     if (i + 1 < cues.size() && cues[i + 1].start > cue.start) nextStart = cues[i + 1].start;
-    if (!hasAssumedEnd(cue)) continue;
+    if (!cue.isEndAssumed) continue;
     const bool isLast = nextStart == std::numeric_limits<long long>::max();
     cue.end = isLast ? cue.start + kLastCue : std::min(nextStart, cue.start + longest);
     if (isLast && !cue.text.empty()) notes.add(ksImportProblem::kEndAssumed, cue.line);
@@ -48,7 +46,7 @@ void markDoublesOfOneStart(CueIterator begin, CueIterator end, Notes& notes) {
   std::sort(begin, end, isContentBefore);  // equal ones stand side by side for a moment
   for (auto cue = begin + 1; cue != end; ++cue) {
     if (!hasSameContent(*(cue - 1), *cue)) continue;
-    cue->flags |= kImportDuplicate;
+    cue->isDuplicate = true;
     notes.add(ksImportProblem::kDuplicate, cue->line);
   }
   std::sort(begin, end, isBefore);
@@ -72,9 +70,9 @@ void markDoubles(std::vector<ksImportCue>& cues, Notes& notes) {
 void noteTimes(const std::vector<ksImportCue>& cues, Notes& notes) {
   long long greatestEnd = std::numeric_limits<long long>::min();
   for (const ksImportCue& cue : cues) {
-    if ((cue.flags & kImportDuplicate) != 0) continue;
+    if (cue.isDuplicate) continue;
     if (cue.end <= std::max(cue.start, 0LL)) {
-      notes.add(ksImportProblem::kEndNotBehindStart, cue.line);
+      notes.add(ksImportProblem::kEndNotAfterStart, cue.line);
     } else {
       if (cue.start < greatestEnd) notes.add(ksImportProblem::kOverlap, cue.line);
       greatestEnd = std::max(greatestEnd, cue.end);
@@ -89,12 +87,12 @@ bool endInOrder(std::vector<ksImportCue>& cues, long long longestAssumed, Notes&
   long long lastEnd = 0;
   for (auto cue = cues.begin(); cue != cues.end(); ++cue) {
     const bool isLast = cue + 1 == cues.end();
-    if (hasAssumedEnd(*cue)) {
+    if (cue->isEndAssumed) {
       cue->end = cue->start + (isLast ? kLastCue : longestAssumed);
       if (!isLast) cue->end = std::min(cue->end, (cue + 1)->start);
     }
     if (cue->start < lastEnd || cue->end <= cue->start || cue->text.empty()) return false;
-    if (hasAssumedEnd(*cue) && isLast) notes.add(ksImportProblem::kEndAssumed, cue->line);
+    if (cue->isEndAssumed && isLast) notes.add(ksImportProblem::kEndAssumed, cue->line);
     lastEnd = cue->end;
   }
   return true;
@@ -104,7 +102,7 @@ void sortAndNote(std::vector<ksImportCue>& cues, long long longestAssumed, Notes
   if (!std::is_sorted(cues.begin(), cues.end(), isBefore)) {
     std::sort(cues.begin(), cues.end(), isBefore);
   }
-  if (std::any_of(cues.begin(), cues.end(), hasAssumedEnd)) {
+  if (std::ranges::any_of(cues, &ksImportCue::isEndAssumed)) {
     assumeEnds(cues, longestAssumed, notes);
   }
   std::erase_if(cues, [](const ksImportCue& cue) { return cue.text.empty(); });

@@ -20,7 +20,7 @@ class CueSink {
     cues_.reserve(textSize / kShortCue);
   }
 
-  /// Begins a cue at `line`. Its end is set later if it is kImportEndAssumed.
+  /// Begins a cue at `line`. Its end is set later if it is assumed.
   ksImportCue& begin(long long start, long long end, int line) {
     const auto index = static_cast<int>(cues_.size());
     return cues_.emplace_back(ksImportCue{start, end, {}, line, index});
@@ -28,7 +28,7 @@ class CueSink {
   /// Begins a cue whose end the file does not say: it will be where the next one begins.
   ksImportCue& beginWithoutEnd(long long start, int line) {
     ksImportCue& cue = begin(start, start, line);
-    cue.flags |= kImportEndAssumed;
+    cue.isEndAssumed = true;
     return cue;
   }
   CueText& text() noexcept { return text_; }

@@ -191,7 +191,7 @@ void TtmlParagraphs::finishPiece(std::size_t firstPiece) {
     const bool goesOn = before.end == piece.start && before.text == piece.text;
     if (goesOn) {
       before.end = piece.end;
-      before.flags = piece.flags;
+      before.isEndAssumed = piece.isEndAssumed;
     }
     isOver = isOver || goesOn;
   }
