@@ -229,6 +229,12 @@ TEST(Import, answersToGeneratedOverlaps_areThoseOfALookAtEveryCue) {
 }
 
 TEST(Import, filesThatAreNotSubtitles_areRefusedWithAReason) {
+  const auto utf16 = [](std::string_view ascii) {
+    std::string bytes = "\xFF\xFE";
+    for (const char c : ascii) bytes += {c, '\0'};
+    return bytes;
+  };
+  const std::string composition = "\x16\0\xB"s + std::string(11, '\0');  // of PGS, no objects
   const std::pair<std::string, ksImportRefusal> cases[] = {
       {"", ksImportRefusal::kEmpty},
       {"\x1F\x8B\x08"s, ksImportRefusal::kBinary},
@@ -237,7 +243,12 @@ TEST(Import, filesThatAreNotSubtitles_areRefusedWithAReason) {
       {"\0\0\1\xBA"s + "pack", ksImportRefusal::kPictures},
       {"# VobSub index file, v7\ntimestamp: 00:00:01:000, filepos: 0\n",
        ksImportRefusal::kPictures},
+      {"cut\0\0\1\xBA\x44"s, ksImportRefusal::kPictures},
+      {utf16("timestamp: 00:00:01:000, filepos: 0\n"), ksImportRefusal::kPictures},
       {"PG\0\0\0\1\0\0\0\0\x16\0\x13"s, ksImportRefusal::kPictures},
+      {composition + "\x17\0\1\0\x80\0\0"s, ksImportRefusal::kPictures},
+      {composition + "\x17\0\xA cut"s, ksImportRefusal::kPictures},
+      {composition + "1\0\0"s, ksImportRefusal::kBinary},
       {"A letter,\nno film.\n", ksImportRefusal::kUnknownFormat},
       {"\n", ksImportRefusal::kUnknownFormat},
   };

@@ -11,10 +11,12 @@
 
 #include "kssubtitle/import/conditions.h"
 #include "kssubtitle/import/formats/common/cue_sink.h"
-#include "kssubtitle/import/formats/formats.h"
+#include "kssubtitle/import/formats/common/format.h"
 #include "kssubtitle/import/markup/cue_text.h"
 #include "kssubtitle/import/markup/text_arena.h"
 #include "kssubtitle/import/moments/moments.h"
+#include "kssubtitle/import/recognition/kinds.h"
+#include "kssubtitle/import/recognition/recognition.h"
 #include "kssubtitle/import/report/report_data.h"
 #include "kssubtitle/import/text/bytes.h"
 #include "kssubtitle/import/text/file_text.h"
@@ -25,21 +27,22 @@ using namespace kssubtitle::importing;
 
 namespace {
 
-/// The format of a text in which zero characters do not count.
-const Format* recogniseText(std::string_view text, std::string_view path) {
-  if (text.find('\0') == text.npos) return recognise(text, path);
-  std::string withoutZeros(text);
-  std::erase(withoutZeros, '\0');
-  return recognise(withoutZeros, path);
+/// Drops the SUB characters (Ctrl-Z) at the end, with which old systems filled text files up;
+/// whether there were any.
+bool dropEndMarks(std::string& text) {
+  const std::size_t size = text.find_last_not_of('\x1A') + 1;
+  const bool hasAny = size < text.size();
+  text.resize(size);
+  return hasAny;
 }
 
-/// Zero characters end texts elsewhere: none is left in.
-void replaceZeros(std::string& text, bool keepsPlace, Notes& notes) {
+/// Drops NULs, which would end texts elsewhere, or lets U+FFFD take their place.
+void replaceNuls(std::string& text, bool keepsPlace, Notes& notes) {
   std::string kept;
   std::size_t at = 0;
   int line = 1;
-  for (std::size_t zero; (zero = text.find('\0', at)) != text.npos; at = zero + 1) {
-    const std::string_view between = std::string_view(text).substr(at, zero - at);
+  for (std::size_t nul; (nul = text.find('\0', at)) != text.npos; at = nul + 1) {
+    const std::string_view between = std::string_view(text).substr(at, nul - at);
     line += countLines(between);
     notes.add(ksImportProblem::kNulCharacter, line);
     kept += between;
@@ -50,37 +53,7 @@ void replaceZeros(std::string& text, bool keepsPlace, Notes& notes) {
   text = std::move(kept);
 }
 
-/// Whether a text that is of no format is text at all.
-bool looksBinary(std::string_view text) noexcept {
-  constexpr std::size_t kLooked = 4096;
-  text = text.substr(0, std::min(text.size(), kLooked));
-  const auto controls = std::count_if(text.begin(), text.end(), [](char c) {
-    return static_cast<unsigned char>(c) < 0x20 && !isBlank(c) && c != '\n' && c != '\x1A';
-  });
-  return static_cast<std::size_t>(controls) > text.size() / 32;
-}
-
-struct FormatOrRefusal {
-  const Format* format;
-  RefusalAtSight refusal;
-};
-
-/// The format to read a text in, that of the name `given` if there is one.
-FormatOrRefusal formatToRead(std::string_view text, std::string_view path, std::string_view given) {
-  if (!given.empty()) {
-    // The refusal counts where there is no such format.
-    return {formatNamed(given), {ksImportRefusal::kUnknownOption, {}}};
-  }
-  const Format* const format = recogniseText(text, path);
-  if (const Format* const meant = formatLackingSignature(text, path, format)) {
-    return {nullptr, {ksImportRefusal::kUnknownFormat, meant->signatureMissing}};
-  }
-  if (format != nullptr) return {format, {}};
-  if (looksBinary(text)) return {nullptr, {ksImportRefusal::kBinary, {}}};
-  return {nullptr, {ksImportRefusal::kUnknownFormat, sentenceOnOtherText(text)}};
-}
-
-/// The texts of what `moment` shows, each cue behind a line feed.
+/// The texts of what `moment` shows, each after a line feed.
 std::string joinedTexts(const Moments& moments, const Moment& moment,
                         std::span<const ksImportCue> cues) {
   std::string joined;
@@ -128,8 +101,9 @@ bool ksImportParser::OpenMemory(const void* bytes, std::size_t size,
                                 const ksImportOptions& options) {
   close();
   if (size > std::min(options.maxBytes, kMostFileBytes)) return refuse(ksImportRefusal::kTooLarge);
-  if (size == 0) return refuse(ksImportRefusal::kEmpty);
-  return openBytes(std::string(static_cast<const char*>(bytes), size), {}, options);
+  std::string copied;
+  if (size > 0) copied.assign(static_cast<const char*>(bytes), size);
+  return openBytes(std::move(copied), {}, options);
 }
 
 bool ksImportParser::IsOpen() const { return contents_ != nullptr; }
@@ -162,9 +136,11 @@ void ksImportParser::close() {
   report_.data_ = std::make_unique<ReportData>();
 }
 
-bool ksImportParser::refuse(ksImportRefusal refusal, int systemError) noexcept {
+bool ksImportParser::refuse(ksImportRefusal refusal, int systemError,
+                            std::string_view sentence) noexcept {
   report_.data_->refusal = refusal;
   report_.data_->systemError = systemError;
+  report_.data_->refusalSentence = sentence;
   report_.data_->notes.sortByLine();
   return false;
 }
@@ -173,48 +149,39 @@ bool ksImportParser::openBytes(std::string bytes, std::string_view path,
                                const ksImportOptions& options) {
   ReportData& report = *report_.data_;
   report.size = bytes.size();
-  if (const RefusalAtSight seen = refusalOf(bytes); seen.refusal != ksImportRefusal::kNone) {
-    report.refusalSentence = seen.sentence;
-    return refuse(seen.refusal);
+  if (bytes.empty()) return refuse(ksImportRefusal::kEmpty);
+  if (const Kind* const kind = kindOf(Content::kBytes, bytes)) {
+    return refuse(kind->refusal, 0, kind->sentence);
   }
   std::optional<std::string> text = textOf(std::move(bytes), options, report);
   if (!text) return refuse(ksImportRefusal::kUnknownEncoding);
-  return openText(std::move(*text), path, options);
-}
-
-bool ksImportParser::openText(std::string text, std::string_view path,
-                              const ksImportOptions& options) {
-  ReportData& report = *report_.data_;
-  const bool hasEndMark = text.ends_with('\x1A');  // with which old systems filled text files up
-  text.resize(text.find_last_not_of('\x1A') + 1);
-  const std::size_t begin = httpHeaderLength(text);
-  const auto [format, refusal] =
-      formatToRead(std::string_view(text).substr(begin), path, options.format);
-  if (format == nullptr) {
-    report.refusalSentence = refusal.sentence;
-    return refuse(refusal.refusal);
-  }
-  report.format = format->info.name;
-  if (hasEndMark || begin > 0) report.notes.fail(Condition::kCuesAlone);
-  if (report.lineEnds != ksImportLineEnds::kLf || !text.ends_with('\n')) {
+  const bool hasEndMark = dropEndMarks(*text);
+  const std::size_t headerLength = httpHeaderLength(*text);
+  const Recognised recognised =
+      recognise(std::string_view(*text).substr(headerLength), path, options.format);
+  if (recognised.format == nullptr) return refuse(recognised.refusal, 0, recognised.sentence);
+  const Format& format = *recognised.format;
+  report.format = format.info.name;
+  if (hasEndMark || headerLength > 0) report.notes.fail(Condition::kCuesAlone);
+  if (report.lineEnds != ksImportLineEnds::kLf || !text->ends_with('\n')) {
     report.notes.fail(Condition::kLineEnds);
   }
-  if (!isExtensionOfFixedReaders(path, format->info.name)) report.notes.fail(Condition::kExtension);
-  replaceZeros(text, format->keepsNuls, report.notes);
-  const std::size_t linesBegin = httpHeaderLength(text);  // anew, without its zeros
-  const int firstLine = 1 + countLines(std::string_view(text).substr(0, linesBegin));
-  readCues(*format, {text, linesBegin, firstLine, options});
+  if (!isExtensionOfFixedReaders(path, format.info.name)) report.notes.fail(Condition::kExtension);
+  replaceNuls(*text, format.keepsNuls, report.notes);
+  readCues(format, *text, options);
   report.notes.sortByLine();
   report.refusal = ksImportRefusal::kNone;
   report.systemError = 0;
   return true;
 }
 
-void ksImportParser::readCues(const Format& format, const FormatInput& input) {
-  auto contents = std::make_unique<Contents>(input.text.size());
-  CueText text(contents->texts, input.options.markup);
-  CueSink sink(text, report_.data_->notes, input.text.size());
-  format.read(input, sink);
+void ksImportParser::readCues(const Format& format, std::string_view text,
+                              const ksImportOptions& options) {
+  auto contents = std::make_unique<Contents>(text.size());
+  CueText cueText(contents->texts, options.markup);
+  CueSink sink(cueText, report_.data_->notes, text.size());
+  const std::size_t begin = httpHeaderLength(text);
+  format.read({text, begin, 1 + countLines(text.substr(0, begin)), options}, sink);
   report_.data_->languages = std::move(sink.languages());
   arrange(sink.cues(), format.longestAssumed, sink.notes());
   contents->cues = std::move(sink.cues());

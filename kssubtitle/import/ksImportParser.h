@@ -16,7 +16,6 @@
 
 namespace kssubtitle::importing {
 struct Format;
-struct FormatInput;
 }  // namespace kssubtitle::importing
 
 /// A text subtitle file of any common format, in any encoding.
@@ -73,11 +72,10 @@ class KSSUBTITLE_IMPORT_API ksImportParser : public IParser {
 
   KSSUBTITLE_IMPORT_LOCAL bool openBytes(std::string bytes, std::string_view path,
                                          const ksImportOptions& options);
-  KSSUBTITLE_IMPORT_LOCAL bool openText(std::string text, std::string_view path,
-                                        const ksImportOptions& options);
   KSSUBTITLE_IMPORT_LOCAL void readCues(const kssubtitle::importing::Format& format,
-                                        const kssubtitle::importing::FormatInput& input);
-  KSSUBTITLE_IMPORT_LOCAL bool refuse(ksImportRefusal refusal, int systemError = 0) noexcept;
+                                        std::string_view text, const ksImportOptions& options);
+  KSSUBTITLE_IMPORT_LOCAL bool refuse(ksImportRefusal refusal, int systemError = 0,
+                                      std::string_view sentence = {}) noexcept;
   KSSUBTITLE_IMPORT_LOCAL void close();
 
   std::unique_ptr<Contents> contents_;

@@ -14,6 +14,7 @@
 #include "kssubtitle/import/pictures/stream_bytes.h"
 #include "kssubtitle/import/pictures/subpicture.h"
 #include "kssubtitle/import/pictures/survey.h"
+#include "kssubtitle/import/recognition/kinds.h"
 #include "kssubtitle/import/report/report_data.h"
 #include "kssubtitle/import/text/ascii.h"
 #include "kssubtitle/import/text/bytes.h"
@@ -25,9 +26,9 @@ namespace {
 
 bool isProgramStream(StreamBytes& bytes) {
   constexpr std::size_t kLooked = 4096;
-  constexpr unsigned char kPack[] = {0, 0, 1, 0xBA};
   const auto head = bytes.at(0, kLooked);
-  return std::search(head.begin(), head.end(), std::begin(kPack), std::end(kPack)) != head.end();
+  const std::string_view looked(reinterpret_cast<const char*>(head.data()), head.size());  // NOLINT
+  return isOfKind(kindOf(Content::kBytes, looked), FileKind::kVobSubStream);
 }
 
 /// The index that a stream without one would have.
@@ -241,12 +242,12 @@ bool ksImportPictures::readIndexText(Contents& contents, std::string bytes,
                                      const ksImportOptions& options) {
   ReportData& report = *report_.data_;
   report.size = bytes.size();
-  const RefusalAtSight seen = refusalOf(bytes);
-  if (seen.refusal == ksImportRefusal::kBinary) return refuse(seen.refusal, 0, seen.sentence);
+  if (const Kind* const kind = kindOf(Content::kBytes, bytes)) {
+    return refuse(kind->refusal, 0, kind->sentence);
+  }
   const std::optional<std::string> text = textOf(std::move(bytes), options, report);
   if (!text) return refuse(ksImportRefusal::kUnknownEncoding);
-  if (!isIndex(*text)) {
-    if (seen.refusal == ksImportRefusal::kPictures) return refuse(seen.refusal, 0, seen.sentence);
+  if (!isOfKind(kindOf(Content::kText, *text), FileKind::kVobSubIndex)) {
     return refuse(ksImportRefusal::kUnknownFormat, 0, "The file is no VobSub index.");
   }
   contents.index = readIndex(*text, report.notes);

@@ -146,11 +146,12 @@ class AssReader {
         styleColumns_(kStyleNames, kAssStyleFormat) {}
 
   void read() {
-    Line line;
-    for (Lines lines(input_.text, input_.begin, input_.firstLine); lines.next(line);) {
+    int lines = 0;
+    for (const Line& line : input_.lines()) {
       readLine(line);
+      lines = line.number;
     }
-    if (line.number > kMostLinesOfFixedReaders) sink_.notes().fail(Condition::kLineCount);
+    if (lines > kMostLinesOfFixedReaders) sink_.notes().fail(Condition::kLineCount);
   }
 
  private:
@@ -257,11 +258,13 @@ class AssReader {
   }
 
   void readSectionOfStyles(std::size_t begin) {
-    Line line;
-    Lines lines(input_.text, begin);
-    if (!lines.next(line) || !isSectionOfStyles(withoutTrailingBlanks(line.text))) return;
-    enterSection(line.text);
-    while (lines.next(line) && !line.text.starts_with('[')) {
+    for (const Line& line : Lines(input_.text, begin)) {
+      if (line.begin == begin) {
+        if (!isSectionOfStyles(withoutTrailingBlanks(line.text))) return;
+        enterSection(line.text);
+      } else if (line.text.starts_with('[')) {
+        return;
+      }
       std::string_view value;
       if (hasKey(line.text, "Format", value)) readFormat(value);
       if (hasKey(line.text, "Style", value)) readStyle(value);
@@ -346,8 +349,7 @@ bool hasTimes(std::string_view event) noexcept {
 
 Likelihood likelihoodOf(std::string_view text) noexcept {
   Likelihood likelihood = Likelihood::kNone;
-  Line line;
-  for (Lines lines(text); lines.next(line);) {
+  for (const Line& line : Lines(text)) {
     const std::string_view content = withoutBlanks(line.text);
     std::string_view value;
     if (isSectionOfScripts(content)) return Likelihood::kCertain;

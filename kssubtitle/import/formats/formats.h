@@ -27,11 +27,5 @@ extern const Format kWebVtt;      ///< WebVTT.
 std::span<const Format* const> formats() noexcept;
 /// The format of that name, in any case; null if there is none.
 const Format* formatNamed(std::string_view name) noexcept;
-/// The format of a text from a file of that name; null if it is of none.
-const Format* recognise(std::string_view text, std::string_view path) noexcept;
-/// The format other than `recognised` of which a text has everything but the signature; null if
-/// there is none.
-const Format* formatLackingSignature(std::string_view text, std::string_view path,
-                                     const Format* recognised) noexcept;
 
 }  // namespace kssubtitle::importing

@@ -100,8 +100,7 @@ class LrcReader {
   LrcReader(const FormatInput& input, CueSink& sink) : input_(input), sink_(sink) {}
 
   void read() {
-    Line line;
-    for (Lines lines(input_.text, input_.begin, input_.firstLine); lines.next(line);) {
+    for (const Line& line : input_.lines()) {
       readLine(withoutBlanks(line.text), line.number);
     }
     for (ksImportCue& cue : sink_.cues()) {
@@ -152,8 +151,7 @@ class LrcReader {
 
 Likelihood likelihoodOf(std::string_view text) noexcept {
   Likelihood likelihood = Likelihood::kNone;
-  Line line;
-  for (Lines lines(text); lines.next(line);) {
+  for (const Line& line : Lines(text)) {
     const std::string_view content = withoutBlanks(line.text);
     std::string_view name;
     if (const WrittenTime stamp = stampAtFront(content); stamp.fields > 0) {

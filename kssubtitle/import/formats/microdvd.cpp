@@ -34,8 +34,7 @@ class MicroDvdReader {
       : input_(input), sink_(sink), writer_(input.text, kMarkup, sink.text()) {}
 
   void read() {
-    Line line;
-    for (Lines lines(input_.text, input_.begin, input_.firstLine); lines.next(line);) {
+    for (const Line& line : input_.lines()) {
       readLine(withoutBlanks(line.text), line.number);
     }
     settleTimes(rate_ ? *rate_ : frameRateWithout(input_.options, sink_.notes()));

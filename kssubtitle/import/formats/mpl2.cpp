@@ -33,8 +33,7 @@ Likelihood likelihoodOf(std::string_view text) noexcept {
 
 void read(const FormatInput& input, CueSink& sink) {
   BarWriter writer(input.text, kMarkup, sink.text());
-  Line line;
-  for (Lines lines(input.text, input.begin, input.firstLine); lines.next(line);) {
+  for (const Line& line : input.lines()) {
     readLine(line, writer, sink);
   }
 }

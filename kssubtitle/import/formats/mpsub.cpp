@@ -46,8 +46,7 @@ class MpsubReader {
       : input_(input), sink_(sink), cue_(input.text, kMarkup, sink) {}
 
   void read() {
-    Line line;
-    for (Lines lines(input_.text, input_.begin, input_.firstLine); lines.next(line);) {
+    for (const Line& line : input_.lines()) {
       readLine(withoutBlanks(line.text), line.number);
     }
     cue_.finish();
@@ -88,8 +87,7 @@ class MpsubReader {
 Likelihood likelihoodOf(std::string_view text) noexcept {
   std::optional<double> units;
   bool hasCue = false;
-  Line line;
-  for (Lines lines(text); lines.next(line);) {
+  for (const Line& line : Lines(text)) {
     const std::string_view content = withoutBlanks(line.text);
     if (const auto stated = unitsOf(content)) {
       units = stated;

@@ -181,11 +181,12 @@ class SubRipReader {
       : input_(input), sink_(sink), marks_(input.text), numbering_(sink.notes()) {}
 
   void read() {
-    Line line;
-    for (Lines lines(input_.text, input_.begin, input_.firstLine); lines.next(line);) {
+    int lines = 0;
+    for (const Line& line : input_.lines()) {
       readLine(line);
+      lines = line.number;
     }
-    if (line.number > kMostLinesOfFixedReaders) sink_.notes().fail(Condition::kLineCount);
+    if (lines > kMostLinesOfFixedReaders) sink_.notes().fail(Condition::kLineCount);
     finishLastCue();
     numbering_.finish();
   }
@@ -298,8 +299,7 @@ class SubRipReader {
 Likelihood likelihoodOf(std::string_view text) noexcept {
   Likelihood likelihood = Likelihood::kNone;
   Above above = Above::kBlank;
-  Line line;
-  for (Lines lines(text); lines.next(line);) {
+  for (const Line& line : Lines(text)) {
     const std::string_view content = withoutTrailingBlanks(fromFirstSeen(line.text));
     if (content.empty()) {
       above = Above::kBlank;

@@ -28,8 +28,7 @@ class SubViewerReader {
       : input_(input), sink_(sink), cue_(input.text, kMarkup, sink) {}
 
   void read() {
-    Line line;
-    for (Lines lines(input_.text, input_.begin, input_.firstLine); lines.next(line);) {
+    for (const Line& line : input_.lines()) {
       readLine(withoutBlanks(line.text), line.number);
     }
     cue_.finish();
@@ -69,8 +68,7 @@ class SubViewerReader {
 /// What the first time line tells: SBV has three digits in its fractions. Times without any may be
 /// of either format.
 Likelihood likelihoodByTimes(std::string_view text, bool isSbv) noexcept {
-  Line line;
-  for (Lines lines(text); lines.next(line);) {
+  for (const Line& line : Lines(text)) {
     const std::string_view content = withoutBlanks(line.text);
     if (content.find("-->") != content.npos) return Likelihood::kNone;
     const auto times = pairOfTimes(content);

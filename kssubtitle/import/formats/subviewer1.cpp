@@ -33,8 +33,7 @@ class SubViewer1Reader {
       : input_(input), sink_(sink), cue_(input.text, kMarkup, sink) {}
 
   void read() {
-    Line line;
-    for (Lines lines(input_.text, input_.begin, input_.firstLine); lines.next(line);) {
+    for (const Line& line : input_.lines()) {
       readLine(withoutBlanks(line.text), line.number);
     }
     cue_.finish();
@@ -78,8 +77,7 @@ class SubViewer1Reader {
 
 Likelihood likelihoodOf(std::string_view text) noexcept {
   bool isBelowTime = false;
-  Line line;
-  for (Lines lines(text); lines.next(line);) {
+  for (const Line& line : Lines(text)) {
     const std::string_view content = withoutBlanks(line.text);
     if (content.empty()) continue;
     if (content.starts_with("***") && findNoCase(content, "START SCRIPT") != content.npos) {

@@ -74,8 +74,7 @@ class TmPlayerReader {
       : input_(input), sink_(sink), writer_(input.text, kMarkup, sink.text()) {}
 
   void read() {
-    Line line;
-    for (Lines lines(input_.text, input_.begin, input_.firstLine); lines.next(line);) {
+    for (const Line& line : input_.lines()) {
       readLine(line);
     }
     finishCue();
@@ -110,8 +109,7 @@ Likelihood likelihoodOf(std::string_view text) noexcept {
   int clear = 0;
   int ambiguous = 0;
   int others = 0;
-  Line line;
-  for (Lines lines(text); lines.next(line);) {
+  for (const Line& line : Lines(text)) {
     if (withoutBlanks(line.text).empty()) continue;
     const auto timed = timedLineOf(line.text);
     // Of two times the first one, up to a separator, looks like the time of a text.

@@ -154,8 +154,7 @@ int alignmentOf(std::string_view settings) noexcept {
 
 /// Whether one time at least, on either side of an arrow, is written as the standard has it.
 bool hasStandardTime(std::string_view text, std::size_t begin) noexcept {
-  Line line;
-  for (Lines lines(text, begin); lines.next(line);) {
+  for (const Line& line : Lines(text, begin)) {
     const std::size_t arrow = line.text.find(kArrow);
     if (arrow == line.text.npos) continue;
     std::string_view start = withoutLeadingBlanks(line.text.substr(0, arrow));
@@ -177,8 +176,7 @@ class WebVttReader {
   /// The header is a block in which no cue can be, up to the first line with an arrow.
   void read() {
     bool isAtBegin = true;
-    Line line;
-    for (Lines lines(input_.text, input_.begin, input_.firstLine); lines.next(line);) {
+    for (const Line& line : input_.lines()) {
       if (isAtBegin && withoutBlanks(line.text).empty()) continue;
       if (!isAtBegin || !isSignature(line.text)) readLine(line);
       isAtBegin = false;
@@ -248,8 +246,7 @@ class WebVttReader {
 };
 
 Likelihood likelihoodOf(std::string_view text) noexcept {
-  Line line;
-  for (Lines lines(text); lines.next(line);) {
+  for (const Line& line : Lines(text)) {
     if (withoutBlanks(line.text).empty()) continue;
     if (!isSignature(line.text)) break;
     return text.starts_with(kSignature) ? Likelihood::kCertain : Likelihood::kLikely;
@@ -260,8 +257,7 @@ Likelihood likelihoodOf(std::string_view text) noexcept {
 /// Whether there is an arrow in `text`, and every one is between two times of the standard's form.
 bool hasStandardTimesAlone(std::string_view text) noexcept {
   bool hasTimes = false;
-  Line line;
-  for (Lines lines(text); lines.next(line);) {
+  for (const Line& line : Lines(text)) {
     if (line.text.find(kArrow) == line.text.npos) continue;
     Times times;
     if (!readTimes(line.text, Fractions::kStandard, times)) return false;

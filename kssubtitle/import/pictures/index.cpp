@@ -274,21 +274,9 @@ class IndexReader {
 
 }  // namespace
 
-bool isIndex(std::string_view text) noexcept {
-  constexpr std::size_t kLooked = 256;  // characters, for the comment
-  if (findNoCase(text.substr(0, kLooked), "vobsub index file") != text.npos) return true;
-  Line line;
-  for (Lines lines(text); lines.next(line);) {
-    if (!startsWithNoCase(withoutLeadingBlanks(line.text), "timestamp")) continue;
-    if (findNoCase(line.text, "filepos") != line.text.npos) return true;
-  }
-  return false;
-}
-
 PictureIndex readIndex(std::string_view text, Notes& notes) {
   IndexReader reader(notes);
-  Line line;
-  for (Lines lines(text); lines.next(line);) reader.readLine(line);
+  for (const Line& line : Lines(text)) reader.readLine(line);
   return reader.finish();
 }
 

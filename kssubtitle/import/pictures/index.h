@@ -42,9 +42,6 @@ struct PictureIndex {
   std::vector<IndexStream> streams;
 };
 
-/// Whether a text is a VobSub index, by its first comment or by an entry.
-bool isIndex(std::string_view text) noexcept;
-
 /// Reads an index line by line. What cannot be read is noted and left out.
 PictureIndex readIndex(std::string_view text, Notes& notes);
 

@@ -130,8 +130,7 @@ int countLines(std::string_view text) noexcept {
 
 std::size_t httpHeaderLength(std::string_view text) noexcept {
   if (!startsWithNoCase(text, "Content-Type:")) return 0;
-  Line line;
-  for (Lines lines(text); lines.next(line);) {
+  for (const Line& line : Lines(text)) {
     if (withoutBlanks(line.text).empty()) return std::min(line.next, text.size());
     if (line.text.find(':') == line.text.npos) return 0;
   }

@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <cstddef>
+#include <iterator>
 #include <string>
 #include <string_view>
 
@@ -27,27 +28,44 @@ struct Line {
   std::size_t next = 0;   ///< Where the next line begins.
 };
 
-/// Hands out the lines of a text one after the other.
+/// The lines of a text, for loops over them. A line feed at the end begins no further line.
 class Lines {
  public:
-  explicit Lines(std::string_view text, std::size_t begin = 0, int number = 1) noexcept
-      : text_(text), at_(begin), number_(number) {}
+  class Iterator {
+   public:
+    Iterator(std::string_view text, std::size_t begin, int number) noexcept : text_(text) {
+      read(begin, number);
+    }
 
-  /// False at the end; a line feed at the end of the text begins no further line.
-  bool next(Line& line) noexcept {
-    if (at_ >= text_.size()) return false;
-    const std::size_t end = std::min(text_.find('\n', at_), text_.size());
-    std::string_view content = text_.substr(at_, end - at_);
-    while (!content.empty() && content.back() == '\r') content.remove_suffix(1);
-    line = {content, number_++, at_, end + 1};
-    at_ = end + 1;
-    return true;
-  }
+    const Line& operator*() const noexcept { return line_; }
+    Iterator& operator++() noexcept {
+      read(line_.next, line_.number + 1);
+      return *this;
+    }
+    bool operator==(std::default_sentinel_t /*end*/) const noexcept {
+      return line_.begin >= text_.size();
+    }
+
+   private:
+    void read(std::size_t begin, int number) noexcept {
+      const std::size_t end = std::min(text_.find('\n', begin), text_.size());
+      std::string_view content = text_.substr(std::min(begin, end), end - std::min(begin, end));
+      while (content.ends_with('\r')) content.remove_suffix(1);
+      line_ = {content, number, begin, end + 1};
+    }
+
+    std::string_view text_;
+    Line line_;
+  };
+
+  explicit Lines(std::string_view text, std::size_t begin = 0, int number = 1) noexcept
+      : begin_(text, begin, number) {}
+
+  Iterator begin() const noexcept { return begin_; }
+  static std::default_sentinel_t end() noexcept { return {}; }
 
  private:
-  std::string_view text_;
-  std::size_t at_;
-  int number_;
+  Iterator begin_;
 };
 
 /// How many lines end in `text`, which settleLineEnds() has seen.

@@ -7,6 +7,7 @@
 #include "kssubtitle/import/formats/common/cue_sink.h"
 #include "kssubtitle/import/ksImportFormats.h"
 #include "kssubtitle/import/ksImportOptions.h"
+#include "kssubtitle/import/text/lines.h"
 
 namespace kssubtitle::importing {
 
@@ -30,6 +31,8 @@ struct FormatInput {
   std::size_t begin;      ///< Where the lines begin, after what is not part of the format.
   int firstLine;          ///< The number of the line there.
   const ksImportOptions& options;
+
+  Lines lines() const noexcept { return Lines(text, begin, firstLine); }
 };
 
 /// One format; each source of formats/ defines its own.

@@ -11,8 +11,7 @@ Likelihood likelihoodOfSpans(std::string_view text, Brackets brackets) {
   int others = 0;
   int prose = 0;  // others that are no damaged spans either
   bool isFirst = false;
-  Line line;
-  for (Lines lines(text); lines.next(line);) {
+  for (const Line& line : Lines(text)) {
     const auto span = spanLineOf(line.text, brackets);
     if (span && (span->start != SpanLine::kMissing || span->end != SpanLine::kMissing)) {
       if (++spans > 1) return Likelihood::kLikely;

@@ -362,8 +362,7 @@ bool hasRoot(std::string_view text) noexcept {
 
 Likelihood likelihoodOf(std::string_view text) noexcept {
   if (hasRoot(text)) return Likelihood::kCertain;
-  Line line;
-  for (Lines lines(text); lines.next(line);) {
+  for (const Line& line : Lines(text)) {
     if (isTimeLine(line.text)) return Likelihood::kNone;
     const std::size_t sync = findNoCase(line.text, "<sync");
     if (sync == line.text.npos) continue;
