@@ -306,7 +306,7 @@ class AssReader {
   }
 
   static std::optional<WrittenTime> timeIn(std::string_view column) noexcept {
-    auto time = takeTime(column);
+    auto time = consumeTime(column);
     if (!withoutBlanks(column).empty()) time.reset();
     return time;
   }
@@ -340,7 +340,7 @@ bool hasTimes(std::string_view event) noexcept {
   constexpr int kColumnsUpToStart = 2;
   for (int column = 0; column < kColumnsUpToStart; ++column) {
     std::string_view text = event.substr(0, event.find(','));
-    if (const auto time = takeTime(text); time && time->fields == 3) return true;
+    if (const auto time = consumeTime(text); time && time->fields == 3) return true;
     event.remove_prefix(std::min(event.find(','), event.size()));
     if (!event.empty()) event.remove_prefix(1);
   }
@@ -354,7 +354,7 @@ Likelihood likelihoodOf(std::string_view text) noexcept {
     std::string_view value;
     if (isSectionOfScripts(content)) return Likelihood::kCertain;
     if (hasKey(content, "Dialogue", value) && hasTimes(value)) return Likelihood::kLikely;
-    if (mayStandAboveText(content)) break;
+    if (mayPrecedeText(content)) break;
     if (equalNoCase(content, "[Events]")) likelihood = Likelihood::kPossible;
   }
   return likelihood;

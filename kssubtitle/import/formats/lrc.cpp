@@ -18,8 +18,8 @@ namespace {
 WrittenTime stampAtFront(std::string_view text, char opening, char closing) noexcept {
   if (!text.starts_with(opening)) return {};
   std::string_view rest = text.substr(1);
-  const auto time = takeTime(rest);
-  if (!time || !takeCharacter(rest, closing)) return {};
+  const auto time = consumeTime(rest);
+  if (!time || !consumeCharacter(rest, closing)) return {};
   const auto length = static_cast<int>(text.size() - rest.size());
   return {time->milliseconds, length, time->fields, time->form};
 }
@@ -38,7 +38,7 @@ std::optional<std::string_view> tagValue(std::string_view line, std::string_view
 
 /// The integer that `value` is and nothing else: templates of tags stand there as they were.
 std::optional<long long> offsetOf(std::string_view value) noexcept {
-  const auto offset = takeInteger(value);
+  const auto offset = consumeInteger(value);
   return withoutBlanks(value).empty() ? offset : std::nullopt;
 }
 
@@ -158,7 +158,7 @@ Likelihood likelihoodOf(std::string_view text) noexcept {
       // Of three fields and nothing else are the times of another format as well.
       if (stamp.fields == 2) return Likelihood::kLikely;
       likelihood = Likelihood::kPossible;
-    } else if (mayStandAboveText(content)) {
+    } else if (mayPrecedeText(content)) {
       break;
     } else if (tagValue(content, name) && name.size() == 2) {
       likelihood = Likelihood::kPossible;

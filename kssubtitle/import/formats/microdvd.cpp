@@ -19,7 +19,7 @@ constexpr BarMarkup kMarkup{BarMarkup::Signs::kSlashes};
 std::optional<double> rateOf(std::string_view text) noexcept {
   std::string_view rest = text;
   if (rest.empty() || !isDigit(rest.front())) return std::nullopt;
-  const auto rate = takeDecimal(rest);
+  const auto rate = consumeDecimal(rest);
   if (!rate) return std::nullopt;
   const std::string_view written = text.substr(0, text.size() - rest.size());
   rest = withoutLeadingBlanks(rest);

@@ -21,9 +21,9 @@ struct WaitLine {
 
 /// Two numbers and nothing else.
 std::optional<WaitLine> waitLineOf(std::string_view line) noexcept {
-  const auto wait = takeDecimal(line);
+  const auto wait = consumeDecimal(line);
   if (!wait || line.empty() || !isBlank(line.front())) return std::nullopt;
-  const auto duration = takeDecimal(line);
+  const auto duration = consumeDecimal(line);
   if (!duration || !withoutBlanks(line).empty()) return std::nullopt;
   return WaitLine{*wait, *duration};
 }
@@ -34,9 +34,9 @@ std::optional<double> unitsOf(std::string_view line) noexcept {
   constexpr std::string_view kFormat = "FORMAT";
   if (!startsWithNoCase(line, kFormat)) return std::nullopt;
   line.remove_prefix(kFormat.size());
-  if (!takeCharacter(line, '=')) return std::nullopt;
+  if (!consumeCharacter(line, '=')) return std::nullopt;
   if (equalNoCase(withoutBlanks(line), "TIME")) return 1;
-  const auto rate = takeDecimal(line);
+  const auto rate = consumeDecimal(line);
   return rate ? usableFrameRate(*rate).value_or(0) : 0;
 }
 
@@ -94,7 +94,7 @@ Likelihood likelihoodOf(std::string_view text) noexcept {
     } else if (waitLineOf(content)) {
       if (units.value_or(0) > 0) return Likelihood::kCertain;
       hasCue = true;
-    } else if (mayStandAboveText(content)) {
+    } else if (mayPrecedeText(content)) {
       break;
     }
   }

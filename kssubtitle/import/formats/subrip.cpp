@@ -85,7 +85,7 @@ bool isBrokenTimeLine(std::string_view text) noexcept {
   const std::size_t arrow = text.find(kArrow);
   if (arrow == text.npos) return false;
   std::string_view end = text.substr(arrow + kArrow.size());
-  return takeTime(text) || takeTime(end);
+  return consumeTime(text) || consumeTime(end);
 }
 
 /// Whether what follows a time without a fraction says that it was meant to be another one.
@@ -97,13 +97,13 @@ bool isCutShort(const WrittenTime& time, std::string_view rest) noexcept {
 /// one anywhere; other spellings, and lines with one time only, where `above` announces a cue.
 std::optional<TimeLine> timeLineOf(std::string_view text, Above above) noexcept {
   const std::string_view whole = text;
-  const auto start = takeTime(text);
+  const auto start = consumeTime(text);
   const int arrow = takeArrow(text);
   if (arrow == 0) {
     return above == Above::kNumber && isBrokenTimeLine(whole) ? std::optional(TimeLine())
                                                               : std::nullopt;
   }
-  auto end = takeTime(text);
+  auto end = consumeTime(text);
   if (end && isCutShort(*end, text)) end.reset();
   if (!start && !end) return std::nullopt;
   const bool isStrict = start && end && arrow == 1 && start->fields == 3 && end->fields == 3;

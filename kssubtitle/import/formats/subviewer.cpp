@@ -57,7 +57,7 @@ class SubViewerReader {
     constexpr std::string_view kDelay = "[DELAY]";
     if (!startsWithNoCase(line, kDelay)) return false;
     line.remove_prefix(kDelay.size());
-    return takeInteger(line).value_or(0) != 0;
+    return consumeInteger(line).value_or(0) != 0;
   }
 
   const FormatInput& input_;

@@ -16,9 +16,9 @@ constexpr BarMarkup kMarkup{BarMarkup::Signs::kNone, true};
 
 /// The time that is all of a line; one of no fields if none is.
 WrittenTime timeOf(std::string_view line) noexcept {
-  if (!takeCharacter(line, '[')) return {};
-  const auto time = takeTime(line);
-  if (!time || time->fields != 3 || !takeCharacter(line, ']')) return {};
+  if (!consumeCharacter(line, '[')) return {};
+  const auto time = consumeTime(line);
+  if (!time || time->fields != 3 || !consumeCharacter(line, ']')) return {};
   return withoutBlanks(line).empty() ? *time : WrittenTime();
 }
 
@@ -85,7 +85,7 @@ Likelihood likelihoodOf(std::string_view text) noexcept {
     }
     const bool isTime = timeOf(content).fields > 0;
     if (isBelowTime && !isTime && content.front() != '[') return Likelihood::kLikely;
-    if (mayStandAboveText(content)) return Likelihood::kNone;
+    if (mayPrecedeText(content)) return Likelihood::kNone;
     isBelowTime = isTime;
   }
   return Likelihood::kNone;

@@ -27,12 +27,12 @@ std::optional<long long> takeClock(std::string_view& text) noexcept {
     text.remove_prefix(kClockLength);
     return seconds * 1000LL;
   }
-  const bool isNegative = takeCharacter(text, '-');
-  const auto hours = takeDigits(text);
-  if (!hours || !takeCharacter(text, ':')) return std::nullopt;
-  const auto minutes = takeDigits(text);
-  if (!minutes || minutes->count > 2 || !takeCharacter(text, ':')) return std::nullopt;
-  const auto seconds = takeDigits(text);
+  const bool isNegative = consumeCharacter(text, '-');
+  const auto hours = consumeDigits(text);
+  if (!hours || !consumeCharacter(text, ':')) return std::nullopt;
+  const auto minutes = consumeDigits(text);
+  if (!minutes || minutes->count > 2 || !consumeCharacter(text, ':')) return std::nullopt;
+  const auto seconds = consumeDigits(text);
   if (!seconds || seconds->count > 2) return std::nullopt;
   const long long time = ((hours->value * 60 + minutes->value) * 60 + seconds->value) * 1000;
   return isNegative ? -time : time;
@@ -43,7 +43,7 @@ bool takeFractionOrNumber(std::string_view& text, TimedLine& line) noexcept {
   const bool mayBeNumber = text.front() == ',';
   text.remove_prefix(1);
   if (text.empty() || !isDigit(text.front())) return false;
-  const auto digits = takeDigits(text);
+  const auto digits = consumeDigits(text);
   if (!digits) return false;
   if (mayBeNumber && text.starts_with('=')) {
     line.goesOn = digits->value > 1;
@@ -114,7 +114,7 @@ Likelihood likelihoodOf(std::string_view text) noexcept {
     const auto timed = timedLineOf(line.text);
     // Of two times the first one, up to a separator, looks like the time of a text.
     const bool isOwn = timed && (timed->text.empty() || !isDigit(timed->text.front()));
-    if (!isOwn && mayStandAboveText(line.text)) break;
+    if (!isOwn && mayPrecedeText(line.text)) break;
     ++(!timed ? others : timed->isAmbiguous ? ambiguous : clear);
   }
   constexpr int kFew = 3;

@@ -28,7 +28,7 @@ bool take(std::string_view& text, char c) noexcept {
 /// Two digits behind a colon.
 std::optional<long long> takePair(std::string_view& text) noexcept {
   if (!take(text, ':')) return std::nullopt;
-  const auto digits = takeDigitsAtFront(text);
+  const auto digits = consumeDigitsAtFront(text);
   if (!digits || digits->count != 2) return std::nullopt;
   return digits->value;
 }
@@ -38,7 +38,7 @@ std::optional<long long> takeFraction(std::string_view& text, Fractions fraction
   if (!take(text, '.') && !(isTolerant && take(text, ','))) {
     return isTolerant ? std::optional(0LL) : std::nullopt;
   }
-  auto digits = takeDigitsAtFront(text);
+  auto digits = consumeDigitsAtFront(text);
   if (!digits || digits->count > 3 || (digits->count < 3 && !isTolerant)) return std::nullopt;
   for (; digits->count < 3; ++digits->count) digits->value *= 10;
   return digits->value;
@@ -59,7 +59,7 @@ constexpr long long usualTimestampAt(const char* p) noexcept {
 
 /// Takes a time off, in milliseconds.
 std::optional<long long> takeTimestamp(std::string_view& text, Fractions fractions) noexcept {
-  const auto first = takeDigitsAtFront(text);
+  const auto first = consumeDigitsAtFront(text);
   if (!first) return std::nullopt;
   const auto second = takePair(text);
   if (!second) return std::nullopt;

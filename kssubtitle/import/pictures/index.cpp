@@ -40,7 +40,7 @@ std::optional<std::uint64_t> takeHex(std::string_view& text) noexcept {
 template <std::size_t kCount>
 std::size_t readColors(std::string_view text, std::array<std::uint32_t, kCount>& colors) noexcept {
   std::size_t count = 0;
-  for (; count < kCount; takeCharacter(text, ',')) {
+  for (; count < kCount; consumeCharacter(text, ',')) {
     const auto color = takeHex(text);
     if (!color) break;
     colors[count++] = static_cast<std::uint32_t>(*color & 0xFFFFFF);
@@ -51,11 +51,11 @@ std::size_t readColors(std::string_view text, std::array<std::uint32_t, kCount>&
 /// Takes two numbers within bounds off `text`, with `separator` between them.
 std::optional<Pair> readPair(std::string_view text, std::string_view separator, Pair bounds) {
   const auto inBounds = [&](long long n) { return n >= bounds.x && n <= bounds.y; };
-  const auto x = takeInteger(text);
+  const auto x = consumeInteger(text);
   const std::size_t at = text.find_first_of(separator);
   if (!x || at == text.npos) return std::nullopt;
   text.remove_prefix(at + 1);
-  const auto y = takeInteger(text);
+  const auto y = consumeInteger(text);
   if (!y || !inBounds(*x) || !inBounds(*y)) return std::nullopt;
   return Pair{static_cast<int>(*x), static_cast<int>(*y)};
 }
@@ -63,9 +63,9 @@ std::optional<Pair> readPair(std::string_view text, std::string_view separator, 
 /// The milliseconds behind the seconds of a time: a number of them, or a decimal fraction.
 long long takeMilliseconds(std::string_view& text) noexcept {
   std::string_view rest = text;
-  const bool isNumber = takeCharacter(rest, ':');
-  if (!isNumber && !takeCharacter(rest, '.') && !takeCharacter(rest, ',')) return 0;
-  const auto digits = takeDigits(rest);
+  const bool isNumber = consumeCharacter(rest, ':');
+  if (!isNumber && !consumeCharacter(rest, '.') && !consumeCharacter(rest, ',')) return 0;
+  const auto digits = consumeDigits(rest);
   if (!digits) return 0;
   text = rest;
   return isNumber ? digits->value : millisecondsOfFraction(*digits);
@@ -74,12 +74,12 @@ long long takeMilliseconds(std::string_view& text) noexcept {
 /// Takes "h:m:s:ms" with or without a sign off the front of `text`.
 std::optional<long long> takeIndexTime(std::string_view& text) noexcept {
   std::string_view rest = text;
-  const bool isNegative = takeCharacter(rest, '-');
-  if (!isNegative) takeCharacter(rest, '+');
+  const bool isNegative = consumeCharacter(rest, '-');
+  if (!isNegative) consumeCharacter(rest, '+');
   long long time = 0;
   for (int field = 0; field < 3; ++field) {
-    if (field > 0 && !takeCharacter(rest, ':')) return std::nullopt;
-    const auto digits = takeDigits(rest);
+    if (field > 0 && !consumeCharacter(rest, ':')) return std::nullopt;
+    const auto digits = consumeDigits(rest);
     if (!digits || digits->value > kLongest) return std::nullopt;
     time = time * 60 + digits->value * 1000;
   }
@@ -92,7 +92,7 @@ std::optional<long long> takeIndexTime(std::string_view& text) noexcept {
 /// A time, or a number of milliseconds.
 std::optional<long long> readShift(std::string_view text) noexcept {
   if (const auto time = takeIndexTime(text)) return time;
-  const auto milliseconds = takeInteger(text);
+  const auto milliseconds = consumeInteger(text);
   return milliseconds ? std::optional(std::clamp(*milliseconds, -kLongest, kLongest))
                       : std::nullopt;
 }
@@ -102,7 +102,7 @@ std::optional<std::string_view> valueOf(std::string_view text, std::string_view 
   const std::size_t at = findNoCase(text, key);
   if (at == text.npos) return std::nullopt;
   text.remove_prefix(at + key.size());
-  return takeCharacter(text, ':') ? std::optional(text) : std::nullopt;
+  return consumeCharacter(text, ':') ? std::optional(text) : std::nullopt;
 }
 
 bool isOn(std::string_view value) noexcept {
@@ -181,7 +181,7 @@ class IndexReader {
     constexpr long long kMostStreams = 100;  // more than can be found in any stream
     const std::string_view language = withoutBlanks(value.substr(0, value.find(',')));
     auto written = valueOf(value, "index");
-    const auto number = written ? takeInteger(*written)
+    const auto number = written ? consumeInteger(*written)
                                 : std::optional(static_cast<long long>(index_.streams.size()));
     if (!number || *number < 0 || *number >= kMostStreams) return false;
     choose(static_cast<int>(*number));
@@ -207,7 +207,7 @@ class IndexReader {
     return readPairTo(index_.scalePercent, value, ",", {1, kMost});
   }
   bool readAlpha(std::string_view value) {
-    const auto percent = takeInteger(value);
+    const auto percent = consumeInteger(value);
     if (!percent || *percent < 0 || *percent > 100) return false;
     index_.palette.alphaPercent = static_cast<int>(*percent);
     return true;
@@ -241,7 +241,7 @@ class IndexReader {
     return true;
   }
   bool readChoice(std::string_view value) {
-    const auto number = takeInteger(value);
+    const auto number = consumeInteger(value);
     if (number) index_.chosenStream = static_cast<int>(std::clamp(*number, -1LL, 100LL));
     return number.has_value();
   }

@@ -14,8 +14,8 @@ Decimal decimalAtFront(std::string_view text) noexcept {
   // One division of two exact numbers rounds as the number itself would.
   constexpr long long kMostExact = 1'000'000'000'000'000;
   std::string_view rest = withoutLeadingBlanks(text);
-  const bool isNegative = takeSign(rest);
-  const auto whole = takeDigits(rest);
+  const bool isNegative = consumeSign(rest);
+  const auto whole = consumeDigits(rest);
   if (!whole) rest = withoutLeadingBlanks(rest);
   const bool hasFraction = beginsFraction(rest);
   if (!whole && !hasFraction) return {};

@@ -17,7 +17,7 @@ struct Digits {
 };
 
 /// Takes digits off the very front of `text`; nothing if there are none, or more than 12.
-constexpr std::optional<Digits> takeDigitsAtFront(std::string_view& text) noexcept {
+constexpr std::optional<Digits> consumeDigitsAtFront(std::string_view& text) noexcept {
   constexpr std::size_t kMostDigits = 12;
   const std::size_t looked = std::min(text.size(), kMostDigits + 1);
   Digits digits;
@@ -30,9 +30,9 @@ constexpr std::optional<Digits> takeDigitsAtFront(std::string_view& text) noexce
 }
 
 /// The same with the blanks before them.
-constexpr std::optional<Digits> takeDigits(std::string_view& text) noexcept {
+constexpr std::optional<Digits> consumeDigits(std::string_view& text) noexcept {
   std::string_view rest = withoutLeadingBlanks(text);
-  const auto digits = takeDigitsAtFront(rest);
+  const auto digits = consumeDigitsAtFront(rest);
   if (digits) text = rest;
   return digits;
 }
@@ -52,7 +52,7 @@ constexpr long long millisecondsOfFraction(Digits fraction) noexcept {
 }
 
 /// Takes a character off the front of `text`, with the blanks before it; false if another is there.
-constexpr bool takeCharacter(std::string_view& text, char c) noexcept {
+constexpr bool consumeCharacter(std::string_view& text, char c) noexcept {
   const std::string_view rest = withoutLeadingBlanks(text);
   if (!rest.starts_with(c)) return false;
   text = rest.substr(1);
@@ -60,19 +60,19 @@ constexpr bool takeCharacter(std::string_view& text, char c) noexcept {
 }
 
 /// Takes a sign off, with the blanks before it; whether it is a minus.
-constexpr bool takeSign(std::string_view& text) noexcept {
+constexpr bool consumeSign(std::string_view& text) noexcept {
   if (text.empty() || isDigit(text.front())) return false;
-  if (takeCharacter(text, '-')) return true;
-  takeCharacter(text, '+');
+  if (consumeCharacter(text, '-')) return true;
+  consumeCharacter(text, '+');
   return false;
 }
 
 /// Takes an integer with or without a sign off the front of `text`, with the blanks before it;
 /// nothing if there is none, or one of more than 12 digits.
-constexpr std::optional<long long> takeInteger(std::string_view& text) noexcept {
+constexpr std::optional<long long> consumeInteger(std::string_view& text) noexcept {
   std::string_view rest = text;
-  const bool isNegative = takeSign(rest);
-  const auto digits = takeDigits(rest);
+  const bool isNegative = consumeSign(rest);
+  const auto digits = consumeDigits(rest);
   if (!digits) return std::nullopt;
   text = rest;
   return isNegative ? -digits->value : digits->value;
@@ -84,13 +84,13 @@ struct Decimal {
   std::size_t length = 0;  ///< How many characters it has; 0: there is none.
 };
 
-/// The number at the front of `text`, behind blanks or not, which takeDecimal() takes.
+/// The number at the front of `text`, behind blanks or not, which consumeDecimal() takes.
 Decimal decimalAtFront(std::string_view text) noexcept;
 
 /// Takes a number with or without a sign, and with or without a fraction behind a point or a comma,
 /// off the front of `text`; nothing if there is none, or one of more than 12 digits before the
 /// fraction. Of a fraction three digits or more are exact. ".5" and "1." are numbers too.
-inline std::optional<double> takeDecimal(std::string_view& text) noexcept {
+inline std::optional<double> consumeDecimal(std::string_view& text) noexcept {
   const Decimal decimal = decimalAtFront(text);
   if (decimal.length == 0) return std::nullopt;
   text.remove_prefix(decimal.length);

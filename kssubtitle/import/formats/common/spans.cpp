@@ -16,7 +16,7 @@ Likelihood likelihoodOfSpans(std::string_view text, Brackets brackets) {
     if (span && (span->start != SpanLine::kMissing || span->end != SpanLine::kMissing)) {
       if (++spans > 1) return Likelihood::kLikely;
       isFirst = others == 0;
-    } else if (mayStandAboveText(line.text)) {
+    } else if (mayPrecedeText(line.text)) {
       break;
     } else if (const auto content = withoutBlanks(line.text); !content.empty()) {
       ++others;

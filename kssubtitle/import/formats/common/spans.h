@@ -27,19 +27,19 @@ struct SpanLine {
 };
 
 /// Takes "{25}" or "{}" off; false if there is neither.
-constexpr bool takeBracketed(std::string_view& text, Brackets brackets,
-                             long long& number) noexcept {
-  if (!takeCharacter(text, brackets.opening)) return false;
-  number = takeInteger(text).value_or(SpanLine::kMissing);
-  return takeCharacter(text, brackets.closing);
+constexpr bool consumeBracketed(std::string_view& text, Brackets brackets,
+                                long long& number) noexcept {
+  if (!consumeCharacter(text, brackets.opening)) return false;
+  number = consumeInteger(text).value_or(SpanLine::kMissing);
+  return consumeCharacter(text, brackets.closing);
 }
 
 /// What `line` is; nothing if it does not begin with two pairs of brackets that hold integers of at
 /// most 12 digits, or nothing. Blanks may stand anywhere.
 constexpr std::optional<SpanLine> spanLineOf(std::string_view line, Brackets brackets) noexcept {
   SpanLine span;
-  if (!takeBracketed(line, brackets, span.start)) return std::nullopt;
-  if (!takeBracketed(line, brackets, span.end)) return std::nullopt;
+  if (!consumeBracketed(line, brackets, span.start)) return std::nullopt;
+  if (!consumeBracketed(line, brackets, span.end)) return std::nullopt;
   span.text = withoutBlanks(line);
   return span;
 }

@@ -8,7 +8,7 @@ namespace {
 
 /// The time of three fields that `text` is.
 std::optional<WrittenTime> fullTimeOf(std::string_view text) noexcept {
-  const auto time = takeTime(text);
+  const auto time = consumeTime(text);
   if (!time || time->fields != 3 || !withoutBlanks(text).empty()) return std::nullopt;
   return time;
 }
@@ -24,14 +24,14 @@ std::optional<PairOfTimes> pairAround(std::string_view line, std::size_t comma) 
 
 std::optional<PairOfTimes> pairOfTimes(std::string_view line) noexcept {
   std::string_view rest = line;
-  const auto start = takeTime(rest);
+  const auto start = consumeTime(rest);
   if (!start || start->fields != 3) return std::nullopt;
-  if (!takeCharacter(rest, ',')) {
+  if (!consumeCharacter(rest, ',')) {
     // It may have been taken for that of a fraction.
     const std::size_t comma = line.substr(0, line.size() - rest.size()).find(',');
     return comma == line.npos ? std::nullopt : pairAround(line, comma);
   }
-  const auto end = takeTime(rest);
+  const auto end = consumeTime(rest);
   if (!end || end->fields != 3 || !withoutBlanks(rest).empty()) return std::nullopt;
   return PairOfTimes{*start, *end};
 }

@@ -18,7 +18,7 @@ std::optional<PairOfTimes> pairOfTimes(std::string_view line) noexcept;
 
 /// Whether `line` is such a pair or holds an arrow: the text of a cue may stand below, and that may
 /// quote any other format.
-inline bool mayStandAboveText(std::string_view line) noexcept {
+inline bool mayPrecedeText(std::string_view line) noexcept {
   line = withoutTrailingBlanks(line);
   const bool endsInDigit = !line.empty() && isDigit(line.back());
   if (endsInDigit && line.find(',') != line.npos && pairOfTimes(line)) return true;

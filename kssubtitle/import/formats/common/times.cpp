@@ -102,7 +102,7 @@ long long takeFraction(std::string_view& text, bool mayFollowColon) noexcept {
   const bool isColon = separator == ':' && mayFollowColon;
   if (separator != ',' && separator != '.' && !isColon) return -1;
   rest.remove_prefix(1);
-  const auto digits = takeDigits(rest);
+  const auto digits = consumeDigits(rest);
   if (!digits) return -1;
   text = rest;
   return millisecondsOfFraction(*digits);
@@ -111,7 +111,7 @@ long long takeFraction(std::string_view& text, bool mayFollowColon) noexcept {
 /// Drops a comma or a point that no fraction follows.
 void dropLoneSeparator(std::string_view& text) noexcept {
   std::string_view rest = text;
-  if (!takeCharacter(rest, ',') && !takeCharacter(rest, '.')) return;
+  if (!consumeCharacter(rest, ',') && !consumeCharacter(rest, '.')) return;
   const std::size_t next = rest.find_first_not_of(" \t\r\v\f+-");
   const bool goesOn = next != rest.npos && (isDigit(rest[next]) || isLetter(rest[next]));
   if (!goesOn) text = rest;
@@ -123,8 +123,8 @@ WrittenTime anyTimeOf(std::string_view text) noexcept {
   long long seconds = 0;
   short fields = 0;
   bool hasPairs = true;
-  for (std::string_view next = rest; fields < 3 && (fields == 0 || takeCharacter(next, ':'));) {
-    const auto field = takeDigits(next);
+  for (std::string_view next = rest; fields < 3 && (fields == 0 || consumeCharacter(next, ':'));) {
+    const auto field = consumeDigits(next);
     if (!field) break;
     rest = next;
     seconds = seconds * 60 + field->value;

@@ -27,14 +27,14 @@ struct WrittenTime {
   bool isUsual() const noexcept { return form != TimeForm::kOther; }
 };
 
-/// The time at the very front of `text`, which takeTime() takes.
+/// The time at the very front of `text`, which consumeTime() takes.
 WrittenTime timeAtFront(std::string_view text) noexcept;
 
 /// Takes a time off the front of `text`, with the blanks before and within it: two or three fields,
 /// then perhaps a comma, a point or (behind three fields) a colon and a decimal fraction, of which
 /// milliseconds count; a comma or a point may stand there without one. A sign makes it negative. A
 /// field of more than 12 digits is no time.
-inline std::optional<WrittenTime> takeTime(std::string_view& text) noexcept {
+inline std::optional<WrittenTime> consumeTime(std::string_view& text) noexcept {
   const std::string_view rest = withoutLeadingBlanks(text);
   const WrittenTime time = timeAtFront(rest);
   if (time.fields == 0) return std::nullopt;

@@ -21,8 +21,8 @@ namespace {
 
 /// A time of a SYNC, in milliseconds; some write it as a clock shows it.
 std::optional<long long> timeOf(std::string_view value) noexcept {
-  if (const auto time = takeTime(value)) return time->milliseconds;
-  return takeInteger(value);
+  if (const auto time = consumeTime(value)) return time->milliseconds;
+  return consumeInteger(value);
 }
 
 /// What a SYNC says: the first attribute of a name counts.
@@ -138,7 +138,7 @@ class Scanner {
   std::size_t takeUsualSync(std::size_t seen, std::size_t begin) {
     std::string_view rest = text_.substr(begin);
     if (!takeSyncBegin(rest)) return 0;
-    const auto start = takeDigits(rest);
+    const auto start = consumeDigits(rest);
     if (!start || !rest.starts_with('>')) return 0;
     const std::size_t end = text_.size() - rest.size() + 1;
     passText(seen, begin);
@@ -343,7 +343,7 @@ class CueWriter {
 
 /// Whether a line is a time and an arrow, as other formats have them above texts of any kind.
 bool isTimeLine(std::string_view line) noexcept {
-  return takeTime(line) && withoutLeadingBlanks(line).starts_with("-->");
+  return consumeTime(line) && withoutLeadingBlanks(line).starts_with("-->");
 }
 
 /// Whether `text` begins with the root element, behind comments and declarations.

@@ -27,8 +27,8 @@ std::string_view takeWord(std::string_view& text) noexcept {
 std::optional<int> colourByComponents(std::string_view text) noexcept {
   int colour = 0;
   for (int i = 0; i < 3; ++i) {
-    if (i > 0 && !takeCharacter(text, ',')) return std::nullopt;
-    const auto digits = takeDigits(text);
+    if (i > 0 && !consumeCharacter(text, ',')) return std::nullopt;
+    const auto digits = consumeDigits(text);
     if (!digits) return std::nullopt;
     colour = colour << 8 | static_cast<int>(std::min(digits->value, 255LL));
   }
@@ -48,7 +48,7 @@ std::optional<int> ttmlColour(std::string_view text) noexcept {
 /// The second of two percentages, as a part of 1.
 std::optional<double> verticalIn(std::string_view text) noexcept {
   takeWord(text);
-  const auto number = takeDecimal(text);
+  const auto number = consumeDecimal(text);
   return number && text.starts_with('%') ? std::optional(*number / 100) : std::nullopt;
 }
 

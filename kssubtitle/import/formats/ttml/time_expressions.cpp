@@ -27,23 +27,23 @@ struct Unit {
 
 /// A positive number; nothing if there is another, or anything behind it.
 std::optional<double> rateIn(std::string_view text) noexcept {
-  const auto rate = takeDecimal(text);
+  const auto rate = consumeDecimal(text);
   if (!rate || !withoutBlanks(text).empty()) return std::nullopt;
   return usableFrameRate(*rate);
 }
 
 /// Ticks may be as short as they like.
 std::optional<double> tickRateIn(std::string_view text) noexcept {
-  const auto rate = takeDecimal(text);
+  const auto rate = consumeDecimal(text);
   return rate && *rate > 0 ? rate : std::nullopt;
 }
 
 /// The quotient of two numbers, with a blank or a colon between them, or a number alone; 1 if there
 /// is none.
 double multiplierIn(std::string_view text) noexcept {
-  const auto numerator = takeDecimal(text);
-  takeCharacter(text, ':');
-  const double denominator = takeDecimal(text).value_or(1);
+  const auto numerator = consumeDecimal(text);
+  consumeCharacter(text, ':');
+  const double denominator = consumeDecimal(text).value_or(1);
   if (!numerator || denominator <= 0) return 1;
   return usableFrameRate(*numerator / denominator).value_or(1);
 }
@@ -52,7 +52,7 @@ double multiplierIn(std::string_view text) noexcept {
 std::optional<Fraction> takeFraction(std::string_view& text) noexcept {
   constexpr double kExact = 1e9;
   Fraction fraction;
-  if (!takeCharacter(text, '.') && !takeCharacter(text, ',')) return fraction;
+  if (!consumeCharacter(text, '.') && !consumeCharacter(text, ',')) return fraction;
   if (text.empty() || !isDigit(text.front())) return std::nullopt;
   for (; !text.empty() && isDigit(text.front()); text.remove_prefix(1)) {
     if (fraction.denominator >= kExact) continue;
@@ -112,10 +112,10 @@ double anyTime(std::string_view text, const TtmlRates& rates, bool& isRepaired) 
   Digits fields[kMostFields];
   std::size_t count = 0;
   do {
-    const auto digits = takeDigits(text);
+    const auto digits = consumeDigits(text);
     if (!digits) return kNoTime;
     fields[count++] = *digits;
-  } while (count < kMostFields && (takeCharacter(text, ':') || takeCharacter(text, ';')));
+  } while (count < kMostFields && (consumeCharacter(text, ':') || consumeCharacter(text, ';')));
   const bool hasComma = text.starts_with(',');
   const auto fraction = takeFraction(text);
   const auto unit = unitOf(withoutBlanks(text), rates);
