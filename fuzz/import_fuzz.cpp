@@ -64,7 +64,7 @@ void checkText(std::string_view text, bool isHtml) {
 
 void checkReport(const ksImportReport& report, bool isOpen) {
   check(isOpen == (report.refusal() == ksImportRefusal::kNone), "a refusal has a reason");
-  check(isOpen == report.refusalText().empty(), "a refusal is explained");
+  check(isOpen == report.refusalSentence().empty(), "a refusal is explained");
   std::size_t all = 0;
   for (const ksImportProblem problem : ksImportProblems()) {
     const auto kept =

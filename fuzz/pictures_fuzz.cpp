@@ -68,7 +68,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
                                           static_cast<std::size_t>(data + size - stream));
   check(isOpen == pictures.IsOpen() &&
             isOpen == (pictures.report().refusal() == ksImportRefusal::kNone) &&
-            isOpen == pictures.report().refusalText().empty(),
+            isOpen == pictures.report().refusalSentence().empty(),
         "a refusal has a reason");
   check(isOpen || (pictures.streams().empty() && pictures.entries().empty()),
         "refused files have no pictures");

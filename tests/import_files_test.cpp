@@ -61,7 +61,7 @@ TEST_P(ImportFiles, AreReadAsExpected) {
   ksImportOptions options;
   options.markup = ksImportMarkup::kHtml;
   ksImportParser parser;
-  ASSERT_TRUE(parser.Open(path.c_str(), options)) << parser.report().refusalText();
+  ASSERT_TRUE(parser.Open(path.c_str(), options)) << parser.report().refusalSentence();
   EXPECT_EQ(parser.report().format(), formatOf(path));
   EXPECT_EQ(summaryOf(parser), expected);
   ASSERT_TRUE(openText(parser, contentOf(path))) << "not known without its name";

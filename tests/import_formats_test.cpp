@@ -20,7 +20,7 @@ class EarlyFormats : public testing::TestWithParam<Case> {};
 
 TEST_P(EarlyFormats, Hold_these_cues) {
   ksImportParser parser;
-  ASSERT_TRUE(openText(parser, GetParam().text)) << parser.report().refusalText();
+  ASSERT_TRUE(openText(parser, GetParam().text)) << parser.report().refusalSentence();
   EXPECT_EQ(parser.report().format(), GetParam().format);
   EXPECT_EQ(cuesOf(parser), GetParam().cues);
   EXPECT_EQ(notesOf(parser), GetParam().notes);

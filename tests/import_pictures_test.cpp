@@ -268,7 +268,7 @@ TEST(ImportPictures, units_tell_when_and_how_they_are_shown) {
     EXPECT_TRUE(open(pictures, each.index + entry("00:00:01:000", 0), packsOf(each.unit)));
     EXPECT_EQ(entriesOf(pictures), each.entries);
     EXPECT_EQ(pixelsOf(pictures.Picture(0)), each.pixels);
-    EXPECT_EQ(pictures.report().count(ksImportProblem::kColorsChange),
+    EXPECT_EQ(pictures.report().count(ksImportProblem::kColoursChange),
               each.name == "colours_change"s ? 1U : 0U);
   }
 }
@@ -395,7 +395,7 @@ TEST(ImportPictures, files_are_found_beside_each_other) {
     EXPECT_FALSE(pictures.Open(directory.write(name, content).c_str(), options)) << name;
     EXPECT_EQ(pictures.report().refusal(), refusal) << name;
     EXPECT_EQ(pictures.report().systemError(), error) << name;
-    EXPECT_FALSE(pictures.report().refusalText().empty() || pictures.IsOpen()) << name;
+    EXPECT_FALSE(pictures.report().refusalSentence().empty() || pictures.IsOpen()) << name;
   }
   EXPECT_FALSE(pictures.Open(directory.path("none.idx").c_str()));
   EXPECT_EQ(pictures.report().systemError(), ENOENT);

@@ -1,4 +1,4 @@
-// The report of the import library: each problem with its line and sentence.
+// The report of the import library: each problem with its line, and the sentences for viewers.
 #include <set>
 
 #include "tests/import_support.h"
@@ -48,10 +48,25 @@ TEST(ImportReport, eachProblem_isNotedAtItsLine) {
     ASSERT_EQ(notes.size(), 1U) << row.text << notesOf(parser);
     EXPECT_EQ(notes[0].problem, row.problem) << row.text;
     EXPECT_EQ(notes[0].line, row.line) << row.text;
-    EXPECT_FALSE(ksImportSentence(row.problem).empty());
     problems.insert(row.problem);
   }
   EXPECT_EQ(problems.size(), ksImportProblems().size() - 2);  // the others are those of pictures
+}
+
+TEST(ImportReport, problems_haveSentencesOfTheirOwn) {
+  std::set<std::string_view> sentences;
+  for (const ksImportProblem problem : ksImportProblems()) {
+    EXPECT_TRUE(ksImportSentence(problem).ends_with('.'));
+    sentences.insert(ksImportSentence(problem));
+  }
+  EXPECT_EQ(sentences.size(), ksImportProblems().size());
+  ksImportParser parser;
+  ASSERT_TRUE(openText(parser, withTimes("@1A\n\n@1A\n")));
+  EXPECT_EQ(parser.report().count(ksImportProblem::kDuplicate), 1U);
+  for (const int none : {-1, static_cast<int>(sentences.size())}) {
+    EXPECT_EQ(parser.report().count(static_cast<ksImportProblem>(none)), 0U);
+    EXPECT_EQ(ksImportSentence(static_cast<ksImportProblem>(none)), "");
+  }
 }
 
 TEST(ImportReport, whatIsTakenForSubtitles_isCalledByItsName) {
@@ -69,8 +84,8 @@ TEST(ImportReport, whatIsTakenForSubtitles_isCalledByItsName) {
     ksImportParser parser;
     EXPECT_FALSE(openText(parser, bytes));
     EXPECT_EQ(parser.report().refusal(), refusal) << part;
-    EXPECT_NE(parser.report().refusalText().find(part), std::string_view::npos)
-        << parser.report().refusalText();
+    EXPECT_NE(parser.report().refusalSentence().find(part), std::string_view::npos)
+        << parser.report().refusalSentence();
   }
 }
 

@@ -24,7 +24,7 @@ class Import : public testing::TestWithParam<Row> {};
 
 TEST_P(Import, readsCuesAndNotesProblems) {
   ksImportParser parser;
-  EXPECT_TRUE(openText(parser, withTimes(GetParam().text))) << parser.report().refusalText();
+  EXPECT_TRUE(openText(parser, withTimes(GetParam().text))) << parser.report().refusalSentence();
   EXPECT_EQ(cuesOf(parser), GetParam().cues);
   EXPECT_EQ(notesOf(parser), GetParam().notes);
 }
@@ -258,7 +258,7 @@ TEST(Import, filesThatAreNotSubtitles_areRefusedWithAReason) {
     ASSERT_TRUE(openText(parser, withTimes("@1A")));
     EXPECT_FALSE(openText(parser, bytes));
     EXPECT_EQ(parser.report().refusal(), refusal) << testing::PrintToString(bytes);
-    EXPECT_NE(parser.report().refusalText(), "");
+    EXPECT_NE(parser.report().refusalSentence(), "");
     EXPECT_FALSE(parser.IsOpen());
     EXPECT_TRUE(parser.cues().empty());
     EXPECT_EQ(ask(parser, 1500), ShownText());
@@ -271,8 +271,8 @@ TEST(Import, filesThatAreNotSubtitles_areRefusedWithAReason) {
     EXPECT_FALSE(openText(parser, withTimes("@1A"), options));
     return parser.report().refusal();
   };
-  EXPECT_EQ(refusalWith(&ksImportOptions::format, "x"), ksImportRefusal::kUnknownOption);
-  EXPECT_EQ(refusalWith(&ksImportOptions::encoding, "x"), ksImportRefusal::kUnknownEncoding);
+  EXPECT_EQ(refusalWith(&ksImportOptions::format, "x"), ksImportRefusal::kUnknownFormatName);
+  EXPECT_EQ(refusalWith(&ksImportOptions::encoding, "x"), ksImportRefusal::kUnknownEncodingName);
   EXPECT_EQ(refusalWith(&ksImportOptions::maxBytes, 30U), ksImportRefusal::kTooLarge);
 }
 

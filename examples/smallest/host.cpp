@@ -6,7 +6,7 @@
 int main(int, char** arguments) {
   ksImportParser subtitles;
   if (!subtitles.Open(arguments[1])) {
-    const std::string_view reason = subtitles.report().refusalText();
+    const std::string_view reason = subtitles.report().refusalSentence();
     std::printf("%.*s\n", static_cast<int>(reason.size()), reason.data());
     return 1;
   }

@@ -56,7 +56,7 @@ int countAllChanges(ksImportParser& parser) {
 bool reportOn(const std::string& path) {
   ksImportParser parser;
   if (!parser.Open(path.c_str())) {
-    std::cerr << path << ": " << parser.report().refusalText() << '\n';
+    std::cerr << path << ": " << parser.report().refusalSentence() << '\n';
     return false;
   }
   std::cout << path << ": " << parser.DurationTime() << " ms, " << countAllChanges(parser)

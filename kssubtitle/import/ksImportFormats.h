@@ -28,6 +28,5 @@ struct ksImportFormat {
 /// loaded. Never throws.
 KSSUBTITLE_IMPORT_API std::span<const ksImportFormat* const> ksImportFormats() noexcept;
 /// Every format that can be written: some of ksImportFormats(), and "text", which cannot be read.
-/// Each has a target. Valid for as long as the library is
-/// loaded. Never throws.
+/// Each has a target. Valid for as long as the library is loaded. Never throws.
 KSSUBTITLE_IMPORT_API std::span<const ksImportFormat* const> ksImportWrittenFormats() noexcept;

@@ -23,16 +23,16 @@ struct ksImportOptions {
   /// The encoding of 8-bit text that cannot be detected, best the code page that is usual where the
   /// viewer lives; empty: windows-1252. An unknown name refuses only files that need it.
   std::string fallbackEncoding;
-  /// Frames per second for times counted in frames where the file gives no rate. 0, or any other
-  /// value that is not a positive number: 23.976, or 30 in TTML, the default of W3C TTML2.
+  /// Frames per second for times counted in frames where the file gives no rate. 0, or any value
+  /// outside 0.01 to 1,000,000: 23.976, or in TTML 30, the default of the W3C's TTML2.
   double frameRate = 0;
   /// Which language of a multilingual file to read, in any case: a name from
-  /// ksImportReport::languages(), a language tag that the file uses, or the beginning of one ("en"
-  /// matches "en-US"). Empty or unknown to the file: the first, or in TTML, where parts of one
-  /// track may be in different languages, all of them.
+  /// ksImportReport::languages(), a language tag (BCP 47) that the file uses, or the beginning of
+  /// one ("en" matches "en-US"). Empty or unknown to the file: the first, or in TTML, where parts
+  /// of one track may be in different languages, all of them.
   std::string language;
   /// How style is kept.
   ksImportMarkup markup = ksImportMarkup::kPlain;
-  /// Larger files are refused without being read. Bytes.
+  /// Larger files, in bytes, are refused without being read; so is any file of 2 GiB or more.
   std::size_t maxBytes = std::size_t{64} << 20;
 };

@@ -154,7 +154,7 @@ bool ksImportParser::openBytes(std::string bytes, std::string_view path,
     return refuse(kind->refusal, 0, kind->sentence);
   }
   std::optional<std::string> text = textOf(std::move(bytes), options, report);
-  if (!text) return refuse(ksImportRefusal::kUnknownEncoding);
+  if (!text) return refuse(ksImportRefusal::kUnknownEncodingName);
   const bool hasEndMark = dropEndMarks(*text);
   const std::size_t headerLength = httpHeaderLength(*text);
   const Recognised recognised =

@@ -26,13 +26,17 @@ struct Format;
 /// At `t` every cue with start <= t < end is shown or, if there is none, those with end == t; their
 /// texts are joined by line feeds in file order. Of cues with equal start, end and text only the
 /// first is shown. `start` and `end` of an answer bound the longest span around `t` in which the
-/// same cues are shown, with `start` at least 0; the moment `end` belongs to whatever follows, if
-/// anything does.
+/// same cues are shown, with `start` at least 0; at `end` itself they are shown only if nothing
+/// else is.
 ///
 /// Queries change nothing: several threads may query one parser while none opens a file. Separate
-/// parsers share nothing. Nothing throws but `std::bad_alloc`, after which the parser is closed and
-/// empty. The locale is neither set nor consulted. Not copyable; moving leaves the source closed,
-/// and what cues() and report() returned stays valid.
+/// parsers share nothing. Nothing throws but `std::bad_alloc`; if Open() does, the parser is closed
+/// and empty. The locale is neither set nor consulted. Not copyable; moving leaves the source
+/// closed, and what cues() and the members of report() returned stays valid.
+///
+/// WebVTT is read by the algorithm of the W3C's "WebVTT: The Web Video Text Tracks Format". TTML is
+/// the W3C's "Timed Text Markup Language 2 (TTML2)" with its profiles IMSC 1.2 (W3C) and EBU-TT-D
+/// (EBU Tech 3380).
 class KSSUBTITLE_IMPORT_API ksImportParser : public IParser {
  public:
   /// @{

@@ -246,7 +246,7 @@ bool ksImportPictures::readIndexText(Contents& contents, std::string bytes,
     return refuse(kind->refusal, 0, kind->sentence);
   }
   const std::optional<std::string> text = textOf(std::move(bytes), options, report);
-  if (!text) return refuse(ksImportRefusal::kUnknownEncoding);
+  if (!text) return refuse(ksImportRefusal::kUnknownEncodingName);
   if (!isOfKind(kindOf(Content::kText, *text), FileKind::kVobSubIndex)) {
     return refuse(ksImportRefusal::kUnknownFormat, 0, "The file is no VobSub index.");
   }

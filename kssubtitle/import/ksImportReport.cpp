@@ -1,4 +1,4 @@
-// The report's members, and its sentences.
+// The report, and the sentences that explain it to viewers.
 #include "kssubtitle/import/ksImportReport.h"
 
 #include <algorithm>
@@ -33,12 +33,12 @@ struct Sentence {
 
 // In the order of the enumeration.
 constexpr Sentence kSentences[] = {
-    {ksImportProblem::kNumberMissing, "The cue has no number, but others do."},
-    {ksImportProblem::kNumberRepeated, "The cue has the same number as the one before it."},
-    {ksImportProblem::kNumberDecreasing, "The cue has a lower number than the one before it."},
+    {ksImportProblem::kNumberMissing, "The cue has no number, although others do."},
+    {ksImportProblem::kNumberRepeated, "The cue has the same number as the previous one."},
+    {ksImportProblem::kNumberDecreasing, "The cue has a lower number than the previous one."},
     {ksImportProblem::kCueWithoutText, "The cue has no text and is dropped."},
     {ksImportProblem::kEndNotAfterStart,
-     "The cue does not end after it begins, or not after 0:00, so it is never shown."},
+     "The cue does not end after it begins, or ends by 0:00, so it is never shown."},
     {ksImportProblem::kOverlap, "The cue begins while an earlier one is still shown."},
     {ksImportProblem::kTimeRepaired, "A time is written in an unusual way, but could be read."},
     {ksImportProblem::kTimeUnreadable, "A time cannot be read, so the cue is dropped."},
@@ -58,11 +58,12 @@ constexpr Sentence kSentences[] = {
     {ksImportProblem::kDuplicate, "The same cue occurs twice; it is shown once."},
     {ksImportProblem::kPictureDamaged,
      "The picture is damaged or missing, so nothing is shown for it."},
-    {ksImportProblem::kColorsChange,
-     "The picture changes its colours by column; it is shown in the first ones."},
+    {ksImportProblem::kColoursChange,
+     "The picture changes its colours by column; only the first set is used."},
     {ksImportProblem::kOutsideParent,
      "The cue begins after the element around it has ended, so it is dropped."},
-    {ksImportProblem::kUnsupported, "The line asks for something that is not supported."},
+    {ksImportProblem::kUnsupported,
+     "The line uses a feature that is not supported and is ignored."},
 };
 static_assert(std::size(kSentences) == kProblems);
 
@@ -91,9 +92,9 @@ std::string_view sentenceOf(ksImportRefusal refusal) noexcept {
       return "The file is compressed or is not text at all.";
     case ksImportRefusal::kUnknownFormat:
       return "The file is text, but not in any known subtitle format.";
-    case ksImportRefusal::kUnknownEncoding:
+    case ksImportRefusal::kUnknownEncodingName:
       return "There is no encoding with the given name.";
-    case ksImportRefusal::kUnknownOption:
+    case ksImportRefusal::kUnknownFormatName:
       return "There is no subtitle format with the given name.";
   }
   return {};
@@ -122,7 +123,7 @@ ksImportRefusal ksImportReport::refusal() const noexcept {
 
 int ksImportReport::systemError() const noexcept { return data_ ? data_->systemError : 0; }
 
-std::string_view ksImportReport::refusalText() const noexcept {
+std::string_view ksImportReport::refusalSentence() const noexcept {
   if (data_ && !data_->refusalSentence.empty()) return data_->refusalSentence;
   return kssubtitle::importing::sentenceOf(refusal());
 }

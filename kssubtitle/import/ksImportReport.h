@@ -15,18 +15,18 @@ namespace kssubtitle::importing {
 struct ReportData;
 }
 
-/// Why a file was refused.
+/// Why no file is open.
 enum class ksImportRefusal {
-  kNone,             ///< It was not refused.
-  kNotOpened,        ///< No file has been opened yet, or memory ran out.
-  kCannotOpen,       ///< It cannot be opened or read; see ksImportReport::systemError().
-  kTooLarge,         ///< It is larger than ksImportOptions::maxBytes.
-  kEmpty,            ///< It has no bytes.
-  kPictures,         ///< It holds pictures, not text: a VobSub index or stream, or PGS.
-  kBinary,           ///< It is compressed or otherwise not text.
-  kUnknownFormat,    ///< It is text, but in no known format.
-  kUnknownEncoding,  ///< The options name an encoding that iconv does not know.
-  kUnknownOption,    ///< The options name a format that does not exist.
+  kNone,                 ///< One is open.
+  kNotOpened,            ///< No file has been opened yet, or memory ran out.
+  kCannotOpen,           ///< It cannot be opened or read; see ksImportReport::systemError().
+  kTooLarge,             ///< It is larger than ksImportOptions::maxBytes.
+  kEmpty,                ///< It has no bytes.
+  kPictures,             ///< It holds pictures, not text: a VobSub index or stream, or PGS.
+  kBinary,               ///< It is compressed, or not text at all.
+  kUnknownFormat,        ///< It is text, but in no known format.
+  kUnknownEncodingName,  ///< The options name an encoding that iconv does not know.
+  kUnknownFormatName,    ///< The options name a format that does not exist.
 };
 
 /// How the encoding of a file was determined.
@@ -42,13 +42,20 @@ enum class ksImportEncodingSource {
 };
 
 /// How the lines of a file end.
-enum class ksImportLineEnds { kNone, kLf, kCrLf, kCr, kCrCrLf, kMixed };
+enum class ksImportLineEnds {
+  kNone,    ///< There is no line end.
+  kLf,      ///< "\n", as on Unix.
+  kCrLf,    ///< "\r\n", as on Windows.
+  kCr,      ///< "\r", as on old Macintosh systems.
+  kCrCrLf,  ///< "\r\r\n", from a conversion that was done twice.
+  kMixed,   ///< Several of these.
+};
 
 /// What can be wrong with a file that was read all the same.
 enum class ksImportProblem {
   kNumberMissing,     ///< A cue has no number where others have one.
-  kNumberRepeated,    ///< A cue has the same number as the one before it.
-  kNumberDecreasing,  ///< A cue has a lower number than the one before it.
+  kNumberRepeated,    ///< A cue has the same number as the previous one.
+  kNumberDecreasing,  ///< A cue has a lower number than the previous one.
   kCueWithoutText,    ///< A cue has no text and is dropped.
   kEndNotAfterStart,  ///< A cue does not end after max(start, 0), so it is never shown.
   kOverlap,           ///< A cue starts before an earlier one has ended.
@@ -65,9 +72,9 @@ enum class ksImportProblem {
   kEndAssumed,        ///< The last cue has no end of its own; others end where the next begins.
   kDuplicate,         ///< A cue occurs twice.
   kPictureDamaged,    ///< A picture cannot be read and is dropped.
-  kColorsChange,      ///< A picture changes its colours by column; only the first set is used.
+  kColoursChange,     ///< A picture changes its colours by column; only the first set is used.
   kOutsideParent,     ///< A cue begins after the element around it has ended; dropped.
-  kUnsupported,       ///< A feature of the format is not supported and ignored.
+  kUnsupported,       ///< A feature of the format is not supported and is ignored.
 };
 
 /// Every problem. Valid for as long as the library is loaded. Never throws.
@@ -89,11 +96,11 @@ struct ksImportCondition {
   std::string_view sentence;  ///< One English sentence on a file that is not so.
 };
 
-/// What was found out about the file that a parser was last asked to open.
+/// What was found out about the last file that was to be opened.
 ///
-/// Belongs to the parser, and may be read by several threads while no file is being opened; what it
-/// returns is valid until the parser's next Open(). Nothing throws, except that
-/// unmetConditions() may throw `std::bad_alloc`.
+/// Belongs to the ksImportParser or ksImportPictures that opened the file, and may be read by
+/// several threads while that opens nothing; what it returns is valid until the next Open().
+/// Nothing throws, except that unmetConditions() may throw `std::bad_alloc`.
 class KSSUBTITLE_IMPORT_API ksImportReport {
  public:
   /// @{
@@ -104,18 +111,19 @@ class KSSUBTITLE_IMPORT_API ksImportReport {
   ~ksImportReport();
   /// @}
 
-  /// Why the file was refused; kNone if it was read.
+  /// Why no file is open; kNone if one is.
   ksImportRefusal refusal() const noexcept;
   /// The `errno` of kCannotOpen; 0 otherwise.
   int systemError() const noexcept;
-  /// One English sentence on the refusal; empty if the file was read.
-  std::string_view refusalText() const noexcept;
-  /// The name of the format, such as "subrip"; empty if it was not recognised.
+  /// One English sentence for viewers on why no file is open; empty if one is.
+  std::string_view refusalSentence() const noexcept;
+  /// The name of the format: one of ksImportFormats(), "vobsub" for pictures; empty if the format
+  /// was not recognised.
   std::string_view format() const noexcept;
-  /// The name of the encoding, such as "UTF-8" or "windows-1251"; empty if the file was refused
-  /// before it was determined.
+  /// The name of the encoding, such as "UTF-8" or "windows-1251", as in the IANA registry (RFC
+  /// 2978) where it has one; empty if the file was refused before it was determined.
   std::string_view encoding() const noexcept;
-  /// How the encoding was determined.
+  /// How the encoding was determined; meaningless if encoding() is empty.
   ksImportEncodingSource encodingSource() const noexcept;
   /// How the lines end.
   ksImportLineEnds lineEnds() const noexcept;

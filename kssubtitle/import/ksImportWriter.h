@@ -11,16 +11,17 @@
 
 /// The formats that cues can be written in.
 enum class ksImportTarget {
-  kSubRip,
-  kWebVtt,  ///< W3C WebVTT.
-  kAss,     ///< With a single style, Default.
+  kSubRip,  ///< SubRip.
+  kWebVtt,  ///< The W3C's "WebVTT: The Web Video Text Tracks Format".
+  kAss,     ///< A script of type v4.00+ with a single style, Default.
   kText,    ///< The texts alone, separated by blank lines.
 };
 
 /// Returns the content of a `target` file with `cues`, whose texts are in `markup`: UTF-8 without a
 /// BOM, lines ending in LF, cues by start (in the given order where starts are equal), numbered
 /// where the format numbers them. The cues may come from a parser, which must have been asked for
-/// kHtml if style is to be kept, or be made by the host. Throws nothing but `std::bad_alloc`.
+/// kHtml if style is to be kept, or be made by the host. Throws nothing but `std::bad_alloc`; any
+/// thread may call it.
 ///
 /// Whatever would be read as a tag, an entity, a time or another part of the format is escaped;
 /// other text is written to SubRip unchanged. ksImportParser reads the same cues back, except:

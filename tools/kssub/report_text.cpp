@@ -83,7 +83,7 @@ std::string counted(std::size_t count, std::string_view what) {
 }
 
 std::string refusalOf(const ksImportReport& report) {
-  const std::string_view text = report.refusalText();
+  const std::string_view text = report.refusalSentence();
   if (text.find("VobSub") != text.npos && report.refusal() == ksImportRefusal::kPictures) {
     return std::string(text) + " See kssub list and kssub picture.";
   }

@@ -89,7 +89,7 @@ class Surveyor {
     if (!entry.damage.empty()) {
       notes_.add(ksImportProblem::kPictureDamaged, entry.line);
     } else if (subpicture_.control.changesColors) {
-      notes_.add(ksImportProblem::kColorsChange, entry.line);
+      notes_.add(ksImportProblem::kColoursChange, entry.line);
     }
   }
 

@@ -74,7 +74,7 @@ Recognised recogniseCleaned(std::string_view text, std::string_view path,
   if (const Kind* const kind = kindOf(Content::kText, text)) return refused(*kind);
   if (!givenFormat.empty()) {
     const Format* const given = formatNamed(givenFormat);
-    if (given == nullptr) return {.refusal = ksImportRefusal::kUnknownOption};
+    if (given == nullptr) return {.refusal = ksImportRefusal::kUnknownFormatName};
     return {.format = given};
   }
   const Format* const format = formatOf(text, path);

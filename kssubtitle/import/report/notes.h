@@ -41,7 +41,7 @@ class Notes {
   void dropLast();
 
   std::array<std::size_t, kProblems> counts_{};
-  int end_ = INT_MAX;  // a line of which no note is kept any more
+  int end_ = INT_MAX;  // notes on this line and later ones are no longer kept
   std::vector<ksImportNote> kept_;
   FailedConditions failed_;
 };

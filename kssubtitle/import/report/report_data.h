@@ -15,7 +15,7 @@ namespace kssubtitle::importing {
 struct ReportData {
   ksImportRefusal refusal = ksImportRefusal::kNotOpened;  // what stays if memory runs out
   int systemError = 0;
-  std::string_view refusalSentence;  // where more can be said than what the reason is
+  std::string_view refusalSentence;  // if there is more to say than the reason alone
   std::string_view format;           // a name from the table of formats
   std::string encoding;
   ksImportEncodingSource encodingSource = ksImportEncodingSource::kValidUtf8;
@@ -23,7 +23,7 @@ struct ReportData {
   std::size_t size = 0;
   std::vector<std::string> languages;
   Notes notes;
-  std::span<const ksImportCue> cues;  // the parser's, as long as this
+  std::span<const ksImportCue> cues;  // owned by the parser; valid as long as this
 };
 
 }  // namespace kssubtitle::importing
