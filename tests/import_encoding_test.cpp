@@ -226,4 +226,48 @@ TEST(ImportEncodings, whatHasNoMeaning_isReplacedAndNoted) {
   }
 }
 
+TEST(ImportEncodings, nulsAtTheEnd_areLeftOutAndNotedOnce) {
+  const std::string subRip = "1\n00:00:01,000 --> 00:00:02,000\nHello, you.";
+  const std::tuple<std::string, const char*, const char*> cases[] = {
+      {subRip, "1000-2000 Hello, you.", "3 ZeroCharacter"},
+      {"{0}{48}a", "0-2002 a", "0 NoFrameRate; 1 ZeroCharacter"},
+      {"WEBVTT\n\n00:01.000 --> 00:02.000\nA\n", "1000-2000 A", "5 ZeroCharacter"},
+  };
+  for (const auto& [text, cues, notes] : cases) {
+    for (const char* const encoding : {"UTF-8", "UTF-16LE", "UTF-16BE", "UTF-32LE", "UTF-32BE"}) {
+      for (const std::size_t nuls : {1U, 3U, 4U, 2000U}) {
+        SCOPED_TRACE(encoding + std::to_string(nuls));
+        ksImportParser parser;
+        EXPECT_TRUE(openText(parser, encoded(text, encoding) + std::string(nuls, '\0')));
+        EXPECT_EQ(parser.report().encoding(), encoding);
+        EXPECT_EQ(cuesOf(parser), cues);
+        EXPECT_EQ(notesOf(parser), notes);
+      }
+    }
+  }
+}
+
+TEST(ImportEncodings, aGivenName_yieldsToTheBomOfAnotherEncoding) {
+  using enum ksImportEncodingSource;
+  const std::string text = film(kRussian);
+  const std::string withBom = "\xEF\xBB\xBF" + text;
+  const std::tuple<const char*, std::string, const char*, ksImportEncodingSource> cases[] = {
+      {"UTF-16", withBom, "UTF-8", kBom},
+      {"UTF-32", withBom, "UTF-8", kBom},
+      {"utf16", encoded(withBom, "UTF-32BE"), "UTF-32BE", kBom},
+      {"UCS-2", encoded(text, "UTF-32LE"), "UTF-32LE", kNulBytes},
+      {"UTF-16", encoded(withBom, "UTF-16BE"), "UTF-16BE", kGiven},
+      {"UTF-16", encoded(text, "UTF-16BE"), "UTF-16BE", kGiven},
+      {"UTF-8", withBom, "UTF-8", kGiven},
+  };
+  for (const auto& [name, bytes, encoding, source] : cases) {
+    SCOPED_TRACE(encoding);
+    ksImportParser parser;
+    EXPECT_TRUE(openText(parser, bytes, given(name)));
+    EXPECT_EQ(parser.report().encoding(), encoding);
+    EXPECT_EQ(parser.report().encodingSource(), source);
+    EXPECT_NE(cuesOf(parser).find("Здравствуйте"), std::string::npos);
+  }
+}
+
 }  // namespace

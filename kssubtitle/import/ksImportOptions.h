@@ -17,8 +17,9 @@ struct ksImportOptions {
   /// The name of a format from ksImportFormats(), in any case; empty: detected from the content.
   /// A file is refused if no format has the name.
   std::string format;
-  /// The encoding to use whatever the bytes look like, by a name that iconv knows; empty: detected.
-  /// A file is refused if no encoding has the name.
+  /// The encoding, by a name that iconv knows, to use whatever the bytes look like; empty:
+  /// detected. "UTF-16" and "UTF-32" name no byte order: the file's counts, and a BOM of another
+  /// encoding overrides them. A file is refused if no encoding has the name.
   std::string encoding;
   /// The encoding of 8-bit text that cannot be detected, best the code page that is usual where the
   /// viewer lives; empty: windows-1252. An unknown name refuses only files that need it.

@@ -64,7 +64,7 @@ enum class ksImportProblem {
   kLineIgnored,       ///< A line belongs to no cue.
   kTagUnclosed,       ///< A tag or an override block is not closed.
   kUndecodable,       ///< Bytes that are invalid in the file's encoding became U+FFFD.
-  kNulCharacter,      ///< A NUL character was dropped, or replaced by U+FFFD.
+  kNulCharacter,      ///< A NUL was dropped, or replaced by U+FFFD; all at the end count as one.
   kCueCutOff,         ///< The file ends in the middle of a cue.
   kColumnsMissing,    ///< An event has fewer columns than its section's Format line; dropped.
   kUnknownStyle,      ///< An event names a style that the script does not define.

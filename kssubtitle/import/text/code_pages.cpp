@@ -26,7 +26,7 @@ class Conversion {
 
   bool isOpen() const noexcept { return handle_ != kNone; }
 
-  /// Converts what it can, from and to the fronts of both, which it takes off; 0, or an `errno`.
+  /// Converts what it can and consumes it, and the room for it, from both; 0, or an `errno`.
   int convert(std::string_view& from, std::span<char>& to) noexcept {
     char* input = const_cast<char*>(from.data());  // NOLINT: iconv only reads it
     std::size_t left = from.size();
@@ -35,7 +35,7 @@ class Conversion {
     return error;
   }
 
-  /// Writes the character that is kept back until the next one tells whether they are one.
+  /// Writes the character that is held back because the next one might combine with it.
   int flush(std::span<char>& to) noexcept { return call(nullptr, nullptr, to); }
 
  private:
@@ -68,7 +68,7 @@ class Output {
     text.copy(room_.data(), text.size());
     room_ = room_.subspan(text.size());
   }
-  std::string take() {
+  std::string finish() {
     text_.resize(size());
     return std::move(text_);
   }
@@ -76,7 +76,7 @@ class Output {
  private:
   static constexpr std::size_t kLeast = 64;
   std::string text_;
-  std::span<char> room_;  // what of it is not written
+  std::span<char> room_;  // the part of it that is not written yet
 };
 
 }  // namespace
@@ -89,7 +89,7 @@ bool isAsciiCodePage(const std::string& name) {
 std::optional<DecodedText> decodeCodePage(std::string_view bytes, const std::string& name) {
   Conversion conversion(name);
   if (!conversion.isOpen()) return std::nullopt;
-  Output output(bytes.size() + bytes.size() / 2);
+  Output output(bytes.size());
   Replacements replacements;
   while (!bytes.empty()) {
     const int error = conversion.convert(bytes, output.room());
@@ -102,7 +102,7 @@ std::optional<DecodedText> decodeCodePage(std::string_view bytes, const std::str
     }
   }
   while (conversion.flush(output.room()) == E2BIG) output.grow();
-  return DecodedText{output.take(), std::move(replacements)};
+  return DecodedText{output.finish(), std::move(replacements)};
 }
 
 }  // namespace kssubtitle::importing

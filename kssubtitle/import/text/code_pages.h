@@ -8,9 +8,9 @@
 
 namespace kssubtitle::importing {
 
-/// Whether there is a code page of that name in which digits are those of ASCII.
+/// Whether the C library knows a code page of that name that has the digits of ASCII.
 bool isAsciiCodePage(const std::string& name);
-/// Nothing if there is no code page of that name.
+/// Nothing if the C library does not know the code page.
 std::optional<DecodedText> decodeCodePage(std::string_view bytes, const std::string& name);
 
 }  // namespace kssubtitle::importing

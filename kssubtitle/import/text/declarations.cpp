@@ -11,8 +11,8 @@ constexpr bool isNameCharacter(char c) noexcept {
   return isDigit(c) || isLetter(c) || c == '-' || c == '_' || c == ':' || c == '.';
 }
 
-/// The name behind the first `key` in `text`, with or without quotes.
-std::string_view nameBehind(std::string_view text, std::string_view key) noexcept {
+/// The value of the first attribute `key` in `text`, with or without quotes.
+std::string_view valueOf(std::string_view text, std::string_view key) noexcept {
   const std::size_t found = findNoCase(text, key);
   if (found == text.npos) return {};
   text.remove_prefix(found + key.size());
@@ -33,11 +33,11 @@ std::string_view declaredEncoding(std::string_view bytes) noexcept {
   std::string_view name;
   if (const std::size_t xml = findNoCase(head, "<?xml"); xml != head.npos) {
     const std::string_view declaration = head.substr(xml);
-    name = nameBehind(declaration.substr(0, declaration.find("?>")), "encoding");
+    name = valueOf(declaration.substr(0, declaration.find("?>")), "encoding");
   } else if (startsWithNoCase(head, "Content-Type:")) {
-    name = nameBehind(head.substr(0, head.find('\n')), "charset");
+    name = valueOf(head.substr(0, head.find('\n')), "charset");
   } else if (const std::size_t meta = findNoCase(head, "<meta"); meta != head.npos) {
-    name = nameBehind(head.substr(meta), "charset");
+    name = valueOf(head.substr(meta), "charset");
   }
   return name;
 }

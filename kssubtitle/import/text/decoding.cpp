@@ -1,10 +1,12 @@
-// Bytes become UTF-8.
+// Decodes bytes to UTF-8.
 #include "kssubtitle/import/text/decoding.h"
 
 #include <algorithm>
 #include <array>
 #include <cstdint>
 #include <cstring>
+#include <new>
+#include <stdexcept>
 #include <utility>
 
 #include "kssubtitle/import/text/code_pages.h"
@@ -13,7 +15,7 @@
 namespace kssubtitle::importing {
 namespace {
 
-/// Reads units of `kSize` bytes off the front of a text.
+/// Consumes code units of `kSize` bytes.
 template <std::size_t kSize, bool kBigEndian>
 class Units {
  public:
@@ -37,11 +39,13 @@ class Units {
   std::string_view bytes_;
 };
 
-/// Takes a code point off the units; kReplacement for what is none. Requires: they are not empty.
+/// Consumes a code point; kReplacement for what is not one. Part of a NUL, as padding may end with,
+/// is one. Requires: the units are not empty.
 template <std::size_t kSize, bool kBigEndian>
-char32_t takeCodePoint(Units<kSize, kBigEndian>& units, bool& isReplaced) noexcept {
-  isReplaced = !units.hasOne();
-  const char32_t c = isReplaced ? kReplacement : units.peek();
+char32_t readCodePoint(Units<kSize, kBigEndian>& units, bool& isReplaced) noexcept {
+  const bool isCut = !units.hasOne();
+  isReplaced = isCut && units.rest().find_first_not_of('\0') != std::string_view::npos;
+  const char32_t c = isReplaced ? kReplacement : isCut ? U'\0' : units.peek();
   units.drop();
   if (isScalar(c)) return c;
   if (kSize == 2 && c < 0xDC00 && units.hasOne()) {
@@ -55,8 +59,7 @@ char32_t takeCodePoint(Units<kSize, kBigEndian>& units, bool& isReplaced) noexce
   return kReplacement;
 }
 
-/// Writes the units of ASCII at the front of `bytes`, in steps of four; returns how many bytes they
-/// take there.
+/// Writes the ASCII that `bytes` begin with, four units at a time; returns how many bytes it read.
 template <bool kBigEndian>
 std::size_t writeAscii(std::string_view bytes, char* to, std::size_t room) noexcept {
   constexpr std::uint64_t kOthers = kBigEndian ? 0x80FF80FF80FF80FFU : 0xFF80FF80FF80FF80U;
@@ -88,7 +91,7 @@ DecodedText decodeUnits(std::string_view bytes) {
         if (units.empty() || to >= full) break;
       }
       bool isReplaced = false;
-      const char32_t c = takeCodePoint(units, isReplaced);
+      const char32_t c = readCodePoint(units, isReplaced);
       if (isReplaced) {
         decoded.replacements.add(decoded.text.size() + static_cast<std::size_t>(to - block.data()));
       }
@@ -108,8 +111,7 @@ DecodedText decodeUtf8(std::string bytes) {
   return decoded;
 }
 
-/// The C library also writes UTF-8 for what is above U+10FFFF, which only some encodings can
-/// express.
+/// The C library also writes UTF-8 for what is above U+10FFFF, which a few encodings can express.
 std::optional<DecodedText> decodeByIconv(std::string_view bytes, const std::string& name) {
   constexpr unsigned char kHighestLead = 0xF4;
   std::optional<DecodedText> decoded = decodeCodePage(bytes, name);
@@ -123,7 +125,7 @@ std::optional<DecodedText> decodeByIconv(std::string_view bytes, const std::stri
              : DecodedText{std::move(valid.text), std::move(decoded->replacements)};
 }
 
-std::optional<DecodedText> decodeAs(std::string bytes, const Encoding& encoding) {
+std::optional<DecodedText> decodeAs(std::string bytes, const Encoding& encoding) try {
   switch (encoding.kind) {
     case EncodingKind::kUtf8:
       return decodeUtf8(std::move(bytes));
@@ -139,17 +141,18 @@ std::optional<DecodedText> decodeAs(std::string bytes, const Encoding& encoding)
       break;
   }
   return decodeByIconv(bytes, encoding.name);
+} catch (const std::length_error&) {  // on 32 bits a text may outgrow what a string can have
+  throw std::bad_alloc();
 }
 
 }  // namespace
 
 std::optional<DecodedText> decode(std::string bytes, const FoundEncoding& found) {
   if (found.isValid) return DecodedText{std::move(bytes), {}};
-  constexpr std::string_view kBom = "\xEF\xBB\xBF";
   std::optional<DecodedText> decoded = decodeAs(std::move(bytes), found.encoding);
-  if (decoded && decoded->text.starts_with(kBom)) {
-    decoded->text.erase(0, kBom.size());
-    decoded->replacements.shift(kBom.size());
+  if (decoded && decoded->text.starts_with(kBomUtf8)) {
+    decoded->text.erase(0, kBomUtf8.size());
+    decoded->replacements.shift(kBomUtf8.size());
   }
   return decoded;
 }

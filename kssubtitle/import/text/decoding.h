@@ -1,4 +1,4 @@
-// Bytes become UTF-8.
+// Decodes bytes to UTF-8.
 #pragma once
 
 #include <cstddef>
@@ -18,12 +18,12 @@ class Replacements {
     ++count_;
     if (offsets_.size() < kMostKept) offsets_.push_back(offset);
   }
-  /// Takes into account that `removed` bytes in front of all of them are gone.
+  /// Adjusts to the removal of `removed` bytes before all of them.
   void shift(std::size_t removed) noexcept {
     for (std::size_t& offset : offsets_) offset -= removed;
   }
   std::size_t count() const noexcept { return count_; }
-  /// Ascending; of many the first ones.
+  /// Ascending; only the first kMostKept.
   const std::vector<std::size_t>& offsets() const noexcept { return offsets_; }
 
  private:
@@ -32,7 +32,7 @@ class Replacements {
   std::vector<std::size_t> offsets_;
 };
 
-/// A file's text as valid UTF-8 without its mark.
+/// A file's text as valid UTF-8 without its BOM.
 struct DecodedText {
   std::string text;
   Replacements replacements;

@@ -1,4 +1,4 @@
-// The encoding that the statistics of a text's bytes tell.
+// The encoding that the statistics of a text's bytes suggest.
 #include <uchardet/uchardet.h>
 
 #include <algorithm>
@@ -11,14 +11,14 @@
 namespace kssubtitle::importing {
 namespace {
 
-/// The detector reads about 6 MB a second, so it is shown no more than it needs.
+/// The detector reads about 6 MB a second, so it gets no more than it needs.
 constexpr std::size_t kShown = 65536;
 
 using Detector = std::unique_ptr<uchardet, decltype(&uchardet_delete)>;
 
 bool isHigh(char c) noexcept { return (static_cast<unsigned char>(c) & 0x80) != 0; }
 
-/// `line` without what stands between '<' and '>'.
+/// `line` without its tags.
 std::string withoutTags(std::string_view line) {
   std::string text;
   while (!line.empty()) {
@@ -42,8 +42,8 @@ bool isSami(std::string_view bytes) noexcept {
   return findNoCase(head, "<sami") != head.npos || findNoCase(head, "<sync") != head.npos;
 }
 
-/// Shows the detector the lines that are not ASCII. Tags weigh in the statistics where they are
-/// many.
+/// Shows the detector the lines that are not ASCII, in SAMI without tags, which would outweigh the
+/// text there.
 void showText(uchardet* detector, std::string_view bytes) {
   const bool hasTags = isSami(bytes);
   std::size_t room = kShown;
@@ -65,7 +65,7 @@ void showText(uchardet* detector, std::string_view bytes) {
 }
 
 struct Meaning {
-  std::string_view said;
+  std::string_view written;
   std::string_view meant;
 };
 
@@ -73,18 +73,19 @@ constexpr bool isC1Control(char c) noexcept {
   return static_cast<unsigned char>(c) >= 0x80 && static_cast<unsigned char>(c) < 0xA0;
 }
 
-// Where these standards have controls, which no text holds, Windows has letters and quotation
-// marks.
+// Where these standards have control characters, which no text contains, Windows has letters and
+// quotation marks.
 constexpr Meaning kMeaningsWithC1[] = {
     {"ISO-8859-2", "windows-1250"},
     {"ISO-8859-7", "windows-1253"},
     {"ISO-8859-15", "windows-1252"},
 };
 
-/// What `name` means for a text of those bytes.
+/// The code page that `name` means for a text of these bytes.
 std::string codePageOfBytes(std::string_view bytes, std::string name) {
   for (const Meaning& entry : kMeaningsWithC1) {
-    const bool isMeant = entry.said == name && std::any_of(bytes.begin(), bytes.end(), isC1Control);
+    const bool isMeant =
+        entry.written == name && std::any_of(bytes.begin(), bytes.end(), isC1Control);
     if (isMeant) return std::string(entry.meant);
   }
   return name;
@@ -117,7 +118,7 @@ constexpr std::string_view kSubtitleEncodings[] = {
 
 std::string usualCodePage(std::string_view name) {
   for (const Meaning& entry : kMeanings) {
-    if (equalNoCase(entry.said, name)) return std::string(entry.meant);
+    if (equalNoCase(entry.written, name)) return std::string(entry.meant);
   }
   for (const std::string_view known : kSubtitleEncodings) {
     if (equalNoCase(known, name)) return std::string(known);

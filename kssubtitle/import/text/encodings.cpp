@@ -1,4 +1,4 @@
-// How the encoding of a text is told.
+// How the encoding of a text is found.
 #include "kssubtitle/import/text/encodings.h"
 
 #include <algorithm>
@@ -43,12 +43,55 @@ bool isMostlyUtf8(const Utf8Count& count) noexcept {
   return count.sequences / kSequencesPerBadByte >= count.badBytes && count.sequences > 0;
 }
 
-/// What a name without a byte order means in front of these bytes.
-EncodingKind kindInFrontOf(std::string_view bytes, std::string_view name, EncodingKind kind) {
-  const bool isOpen = kind != EncodingKind::kUtf8 && kind != EncodingKind::kCodePage &&
-                      lowerOf(name.back()) != 'e';  // neither "...LE" nor "...BE"
-  if (!isOpen) return kind;
-  return encodingByMark(bytes).value_or(encodingByZeros(bytes).value_or(kind));
+/// The bytes of a code unit; of a code page they may differ from character to character.
+std::size_t unitSize(EncodingKind kind) noexcept {
+  switch (kind) {
+    case EncodingKind::kUtf16Le:
+    case EncodingKind::kUtf16Be:
+      return 2;
+    case EncodingKind::kUtf32Le:
+    case EncodingKind::kUtf32Be:
+      return 4;
+    case EncodingKind::kUtf8:
+    case EncodingKind::kCodePage:
+      break;
+  }
+  return 1;
+}
+
+/// The encoding that the host names. "UTF-16" and "UTF-32" leave the byte order to the bytes; bytes
+/// that begin with another encoding's BOM, or have their NULs as it has, prove the name wrong.
+FoundEncoding givenEncoding(std::string_view bytes, std::string_view name) {
+  const Encoding given = encodingNamed(name);
+  const bool namesByteOrder = unitSize(given.kind) == 1 || lowerOf(name.back()) == 'e';
+  if (namesByteOrder) return {given, ksImportEncodingSource::kGiven};
+  const auto byBom = encodingByBom(bytes);
+  const EncodingKind kind = byBom.value_or(encodingByNuls(bytes).value_or(given.kind));
+  if (unitSize(kind) == unitSize(given.kind)) {
+    return {encodingOf(kind), ksImportEncodingSource::kGiven};
+  }
+  return {encodingOf(kind),
+          byBom ? ksImportEncodingSource::kBom : ksImportEncodingSource::kNulBytes};
+}
+
+/// What the first lines declare, if text that can be read as ASCII may be in it.
+std::optional<Encoding> usableDeclaration(std::string_view bytes) {
+  const std::string_view name = declaredEncoding(bytes);
+  if (name.empty()) return std::nullopt;
+  Encoding declared = encodingNamed(usualCodePage(name));
+  const bool isUsable =
+      declared.kind == EncodingKind::kUtf8 ||
+      (declared.kind == EncodingKind::kCodePage && isAsciiCodePage(declared.name));
+  return isUsable ? std::optional(std::move(declared)) : std::nullopt;
+}
+
+/// What the statistics detect, if the C library was installed with it.
+std::optional<Encoding> usableDetection(std::string_view bytes) {
+  const std::string name = detectedEncoding(bytes);
+  if (name.empty()) return std::nullopt;
+  Encoding detected = encodingNamed(name);
+  const bool isUsable = detected.kind != EncodingKind::kCodePage || isAsciiCodePage(detected.name);
+  return isUsable ? std::optional(std::move(detected)) : std::nullopt;
 }
 
 }  // namespace
@@ -60,34 +103,35 @@ Encoding encodingNamed(std::string_view name) {
   return {EncodingKind::kCodePage, std::string(name)};
 }
 
-std::optional<EncodingKind> encodingByMark(std::string_view bytes) noexcept {
-  constexpr std::pair<std::string_view, EncodingKind> kMarks[] = {
+std::optional<EncodingKind> encodingByBom(std::string_view bytes) noexcept {
+  constexpr std::pair<std::string_view, EncodingKind> kBoms[] = {
       {"\xEF\xBB\xBF"sv, EncodingKind::kUtf8},
-      {"\xFF\xFE\0\0"sv, EncodingKind::kUtf32Le},  // before UTF-16LE, whose mark begins it
+      {"\xFF\xFE\0\0"sv, EncodingKind::kUtf32Le},  // before UTF-16LE, as it begins alike
       {"\0\0\xFE\xFF"sv, EncodingKind::kUtf32Be},
       {"\xFF\xFE"sv, EncodingKind::kUtf16Le},
       {"\xFE\xFF"sv, EncodingKind::kUtf16Be},
   };
-  for (const auto& [mark, kind] : kMarks) {
-    if (bytes.starts_with(mark)) return kind;
+  for (const auto& [bom, kind] : kBoms) {
+    if (bytes.starts_with(bom)) return kind;
   }
   return std::nullopt;
 }
 
-// Digits, punctuation and line ends have zero bytes in always the same places, whatever the
+// Digits, punctuation and line ends have their NULs always in the same places, whatever the
 // language; those of other characters are rare.
-std::optional<EncodingKind> encodingByZeros(std::string_view bytes) noexcept {
+std::optional<EncodingKind> encodingByNuls(std::string_view bytes) noexcept {
   constexpr std::size_t kLooked = 4096;
   bytes = bytes.substr(0, std::min(bytes.size(), kLooked));
+  bytes = bytes.substr(0, bytes.find_last_not_of('\0') + 1);  // the last ones may be padding
   if (bytes.find('\0') == bytes.npos) return std::nullopt;
-  std::array<std::size_t, 4> zeros{};
-  for (std::size_t i = 0; i < bytes.size(); ++i) zeros[i % 4] += bytes[i] == '\0' ? 1U : 0U;
+  std::array<std::size_t, 4> nuls{};
+  for (std::size_t i = 0; i < bytes.size(); ++i) nuls[i % 4] += bytes[i] == '\0' ? 1U : 0U;
   const std::size_t quads = bytes.size() / 4;
   const auto nearlyAll = [quads](std::size_t n) { return quads > 0 && n >= quads - quads / 16; };
-  if (nearlyAll(zeros[3]) && nearlyAll(zeros[2])) return EncodingKind::kUtf32Le;
-  if (nearlyAll(zeros[0]) && nearlyAll(zeros[1])) return EncodingKind::kUtf32Be;
-  const std::size_t even = zeros[0] + zeros[2];
-  const std::size_t odd = zeros[1] + zeros[3];
+  if (nearlyAll(nuls[3]) && nearlyAll(nuls[2])) return EncodingKind::kUtf32Le;
+  if (nearlyAll(nuls[0]) && nearlyAll(nuls[1])) return EncodingKind::kUtf32Be;
+  const std::size_t even = nuls[0] + nuls[2];
+  const std::size_t odd = nuls[1] + nuls[3];
   const auto outweighs = [quads](std::size_t a, std::size_t b) {
     return a > quads / 4 && a / 3 >= b;
   };
@@ -97,15 +141,11 @@ std::optional<EncodingKind> encodingByZeros(std::string_view bytes) noexcept {
 }
 
 FoundEncoding findEncoding(std::string_view bytes, const EncodingHints& hints) {
-  if (!hints.given.empty()) {
-    Encoding given = encodingNamed(hints.given);
-    const EncodingKind kind = kindInFrontOf(bytes, hints.given, given.kind);
-    return {kind == given.kind ? given : encodingOf(kind), ksImportEncodingSource::kGiven};
-  }
-  if (const auto kind = encodingByMark(bytes)) {
+  if (!hints.given.empty()) return givenEncoding(bytes, hints.given);
+  if (const auto kind = encodingByBom(bytes)) {
     return {encodingOf(*kind), ksImportEncodingSource::kBom};
   }
-  if (const auto kind = encodingByZeros(bytes)) {
+  if (const auto kind = encodingByNuls(bytes)) {
     return {encodingOf(*kind), ksImportEncodingSource::kNulBytes};
   }
   const Utf8Count count = countUtf8(bytes);
@@ -115,20 +155,11 @@ FoundEncoding findEncoding(std::string_view bytes, const EncodingHints& hints) {
   if (isMostlyUtf8(count)) {
     return {encodingOf(EncodingKind::kUtf8), ksImportEncodingSource::kMostlyUtf8};
   }
-  if (const auto name = declaredEncoding(bytes); !name.empty()) {
-    Encoding declared = encodingNamed(usualCodePage(name));
-    // What can be read as ASCII is in none of the wider encodings.
-    const bool isUtf8 = declared.kind == EncodingKind::kUtf8;
-    if (isUtf8 || (declared.kind == EncodingKind::kCodePage && isAsciiCodePage(declared.name))) {
-      return {std::move(declared), ksImportEncodingSource::kDeclared};
-    }
+  if (auto declared = usableDeclaration(bytes)) {
+    return {std::move(*declared), ksImportEncodingSource::kDeclared};
   }
-  if (const auto name = detectedEncoding(bytes); !name.empty()) {
-    Encoding detected = encodingNamed(name);
-    // The C library may have been installed without it.
-    if (detected.kind != EncodingKind::kCodePage || isAsciiCodePage(detected.name)) {
-      return {std::move(detected), ksImportEncodingSource::kDetected};
-    }
+  if (auto detected = usableDetection(bytes)) {
+    return {std::move(*detected), ksImportEncodingSource::kDetected};
   }
   const std::string_view fallback = hints.fallback.empty() ? kUsualFallback : hints.fallback;
   return {encodingNamed(fallback), ksImportEncodingSource::kFallback};

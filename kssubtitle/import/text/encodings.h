@@ -1,4 +1,4 @@
-// The encodings that text may have, and how one is told from another.
+// The encodings that text may have, and which one it has.
 #pragma once
 
 #include <optional>
@@ -13,13 +13,13 @@ enum class EncodingKind { kUtf8, kUtf16Le, kUtf16Be, kUtf32Le, kUtf32Be, kCodePa
 
 struct Encoding {
   EncodingKind kind;
-  std::string name;  // as the report shows it, and iconv knows it
+  std::string name;  // as the report shows it and iconv knows it
 };
 
-/// The encoding of that name, in any case; a code page is not looked up.
+/// The encoding of that name, in any case. What is not Unicode is taken for a code page unseen.
 Encoding encodingNamed(std::string_view name);
 
-/// What a host says of the encoding; either may be empty.
+/// What a host says about the encoding; either may be empty.
 struct EncodingHints {
   std::string_view given;
   std::string_view fallback;
@@ -28,21 +28,21 @@ struct EncodingHints {
 struct FoundEncoding {
   Encoding encoding;
   ksImportEncodingSource source;
-  bool isValid = false;  ///< All of the text was seen to be UTF-8 already.
+  bool isValid = false;  ///< The whole text is known to be valid UTF-8.
 };
 
 /// The encoding of the text in `bytes`.
 FoundEncoding findEncoding(std::string_view bytes, const EncodingHints& hints);
 
-/// The encoding that a mark at the front of `bytes` tells.
-std::optional<EncodingKind> encodingByMark(std::string_view bytes) noexcept;
-/// UTF-16 or UTF-32 without a mark, told by where the zero bytes stand.
-std::optional<EncodingKind> encodingByZeros(std::string_view bytes) noexcept;
-/// The name that the first lines of an ASCII-like text declare; empty if none.
+/// The encoding whose BOM begins `bytes`.
+std::optional<EncodingKind> encodingByBom(std::string_view bytes) noexcept;
+/// UTF-16 or UTF-32 without a BOM, by where the NULs are.
+std::optional<EncodingKind> encodingByNuls(std::string_view bytes) noexcept;
+/// The name that the first lines of a text declare, as far as they are ASCII; empty without one.
 std::string_view declaredEncoding(std::string_view bytes) noexcept;
-/// The code page of subtitles that the statistics of the bytes tell; empty if none.
+/// The code page that the statistics of the bytes suggest; empty if it is none that subtitles use.
 std::string detectedEncoding(std::string_view bytes);
-/// The code page that is meant where `name` is said, as far as people use one for the other.
+/// The code page that people mean when they write `name`.
 std::string usualCodePage(std::string_view name);
 
 }  // namespace kssubtitle::importing

@@ -1,4 +1,4 @@
-// The bytes of a file become its text.
+// From the bytes of a file to its text.
 #include "kssubtitle/import/text/file_text.h"
 
 #include <string_view>
@@ -10,6 +10,14 @@
 
 namespace kssubtitle::importing {
 namespace {
+
+/// Drops the NULs that a file is padded with, and notes all of them once.
+void dropPadding(std::string& text, Notes& notes) {
+  const std::size_t size = text.find_last_not_of('\0') + 1;
+  if (size == text.size()) return;
+  text.resize(size);
+  notes.add(ksImportProblem::kNulCharacter, 1 + countLines(text));
+}
 
 /// Notes the lines of what could not be decoded.
 void noteReplacements(const DecodedText& decoded, Notes& notes) {
@@ -39,8 +47,9 @@ std::optional<std::string> textOf(std::string bytes, const ksImportOptions& opti
   report.encodingSource = found.source;
   report.encoding = std::move(found.encoding.name);
   report.lineEnds = settleLineEnds(decoded->text);
+  dropPadding(decoded->text, report.notes);
   noteReplacements(*decoded, report.notes);
-  if (dropMarks(decoded->text)) report.notes.fail(Condition::kVerbatim);
+  if (dropBoms(decoded->text)) report.notes.fail(Condition::kVerbatim);
   return std::move(decoded->text);
 }
 

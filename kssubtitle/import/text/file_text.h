@@ -1,4 +1,4 @@
-// The bytes of a file become its text.
+// From the bytes of a file to its text.
 #pragma once
 
 #include <optional>
@@ -9,9 +9,10 @@
 
 namespace kssubtitle::importing {
 
-/// The text of `bytes`, which are not empty, as valid UTF-8 without marks at the fronts of lines,
-/// with a line feed where a lone carriage return was. What is found out on the way goes to
-/// `report`. Nothing if the options name an encoding that there is none of.
+/// The text of `bytes`, which are not empty, as valid UTF-8: without BOMs where lines begin,
+/// without NULs at its end, and with a line feed for each lone carriage return. Fills in what
+/// `report` has on encoding, line ends and what was repaired. Nothing if the options name an
+/// unknown encoding.
 std::optional<std::string> textOf(std::string bytes, const ksImportOptions& options,
                                   ReportData& report);
 

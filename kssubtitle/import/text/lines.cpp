@@ -1,10 +1,10 @@
-// How the lines of a text end.
+// The lines of a text and how they end.
 #include "kssubtitle/import/text/lines.h"
 
 #include <algorithm>
 #include <utility>
 
-#include "kssubtitle/import/text/scan.h"
+#include "kssubtitle/import/text/unicode.h"
 
 namespace kssubtitle::importing {
 namespace {
@@ -43,33 +43,7 @@ EndCounts countEnds(const std::string& text) noexcept {
   return counts;
 }
 
-/// How many characters countInPiece() looks at, so that each of its counts fits a byte.
-constexpr std::size_t kMostCounted = 255 * sizeof(Block);
-
-int sumOf(const Block& counts) noexcept {
-  int sum = 0;
-  for (std::size_t i = 0; i < sizeof counts; ++i) sum += counts[i];
-  return sum;
-}
-
-/// Counts line feeds. The last block overlaps the one before it.
-int countInPiece(std::string_view piece) noexcept {
-  constexpr Block kPlaces{0, 1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12, 13, 14, 15};
-  if (piece.size() < sizeof(Block)) {
-    return static_cast<int>(std::count(piece.begin(), piece.end(), '\n'));
-  }
-  const auto lineFeedsAt = [piece](std::size_t at) {
-    return equalBytes(wordAt<Block>(piece.data() + at), '\n');
-  };
-  const std::size_t last = piece.size() - sizeof(Block);
-  Block counts{};
-  std::size_t at = 0;
-  for (; at < last; at += sizeof(Block)) counts -= lineFeedsAt(at);
-  const Block isNew = kPlaces >= Block{} + static_cast<unsigned char>(at - last);
-  return sumOf(counts - (lineFeedsAt(last) & isNew));
-}
-
-/// Whether every line feed has two carriage returns in front of it.
+/// Whether every line feed has two carriage returns before it.
 bool allFollowTwoReturns(std::string_view text) noexcept {
   for (std::size_t at = text.find('\n'); at != text.npos; at = text.find('\n', at + 1)) {
     if (at < 2 || text[at - 1] != '\r' || text[at - 2] != '\r') return false;
@@ -77,7 +51,7 @@ bool allFollowTwoReturns(std::string_view text) noexcept {
   return true;
 }
 
-/// In a text in which some carriage returns stand without a line feed these alone end lines.
+/// Replaces by a line feed each carriage return that is not part of the usual line end.
 void endLinesAtLoneReturns(std::string& text, std::string_view usualEnd) noexcept {
   for (std::size_t at = text.find('\r'); at != text.npos; at = text.find('\r', at + 1)) {
     if (std::string_view(text).substr(at).starts_with(usualEnd)) {
@@ -102,30 +76,21 @@ ksImportLineEnds settleLineEnds(std::string& text) {
   return lf == 0 ? ksImportLineEnds::kCr : ksImportLineEnds::kMixed;
 }
 
-bool dropMarks(std::string& text) {
-  constexpr std::string_view kBom = "\xEF\xBB\xBF";
-  // A second mark in front makes WebVTT none, by its standard.
-  const bool isUnsigned = text.starts_with("\xEF\xBB\xBFWEBVTT");
+bool dropBoms(std::string& text) {
+  // WebVTT, section 4.1: the signature may follow one BOM, which is gone by now.
+  const bool isWebVttAfterTwo = text.starts_with("\xEF\xBB\xBFWEBVTT");
   std::string kept;
   std::size_t at = 0;
-  for (std::size_t mark; (mark = text.find(kBom, at)) != text.npos; at = mark + kBom.size()) {
-    kept.append(text, at, mark - at);
-    const bool isDropped = kept.empty() ? !isUnsigned : kept.back() == '\n';
-    if (!isDropped) kept += kBom;
+  for (std::size_t bom; (bom = text.find(kBomUtf8, at)) != text.npos; at = bom + kBomUtf8.size()) {
+    kept.append(text, at, bom - at);
+    const bool isDropped = kept.empty() ? !isWebVttAfterTwo : kept.back() == '\n';
+    if (!isDropped) kept += kBomUtf8;
   }
   if (at == 0) return false;
   kept.append(text, at);
   if (kept.size() == text.size()) return false;
   text = std::move(kept);
   return true;
-}
-
-int countLines(std::string_view text) noexcept {
-  int lines = 0;
-  for (; text.size() > kMostCounted; text.remove_prefix(kMostCounted)) {
-    lines += countInPiece(text.substr(0, kMostCounted));
-  }
-  return lines + countInPiece(text);
 }
 
 std::size_t httpHeaderLength(std::string_view text) noexcept {

@@ -1,4 +1,4 @@
-// The lines of a text, and how they end.
+// The lines of a text and how they end.
 #pragma once
 
 #include <algorithm>
@@ -12,19 +12,19 @@
 
 namespace kssubtitle::importing {
 
-/// Tells how the lines of `text` end, and lets each lone carriage return be a line feed. One that
-/// stands in front of a line feed stays: to every reader it is white space at a line's end.
+/// Returns how the lines of `text` end, and replaces each lone carriage return by a line feed. One
+/// before a line feed stays: to every reader it is white space at the end of a line.
 ksImportLineEnds settleLineEnds(std::string& text);
 
-/// Drops the marks of UTF-8 that stand at the fronts of lines, where files were put together, or
-/// that a second editor added, but in front of WebVTT; whether there were any.
-bool dropMarks(std::string& text);
+/// Drops the BOMs at the beginnings of lines, which files have that were joined or saved by two
+/// editors, but not one before "WEBVTT"; whether there were any.
+bool dropBoms(std::string& text);
 
-/// A line of a text, without its line feed and the carriage returns in front of it.
+/// A line of a text, without its line feed and the carriage returns before it.
 struct Line {
   std::string_view text;
   int number = 0;         ///< From 1.
-  std::size_t begin = 0;  ///< Its place in the whole text.
+  std::size_t begin = 0;  ///< Its offset in the whole text.
   std::size_t next = 0;   ///< Where the next line begins.
 };
 
@@ -68,11 +68,13 @@ class Lines {
   Iterator begin_;
 };
 
-/// How many lines end in `text`, which settleLineEnds() has seen.
-int countLines(std::string_view text) noexcept;
+/// How many lines end in `text`, which has been through settleLineEnds().
+inline int countLines(std::string_view text) noexcept {
+  return static_cast<int>(std::count(text.begin(), text.end(), '\n'));
+}
 
-/// The length of an HTTP header ("Content-Type: ..." lines and a blank one) in front; 0 without
-/// one.
+/// The length of the HTTP header ("Content-Type: ..." lines and a blank one) that a text begins
+/// with; 0 without one.
 std::size_t httpHeaderLength(std::string_view text) noexcept;
 
 }  // namespace kssubtitle::importing

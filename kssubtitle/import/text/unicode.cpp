@@ -23,8 +23,8 @@ std::size_t lengthByLead(unsigned char lead) noexcept {
   return lead < 0xF5 ? 4 : 0;
 }
 
-/// Whether `second` may follow `lead`: what it rules out are overlong forms, surrogates, and what
-/// is above U+10FFFF.
+/// Whether `second` may follow `lead`: overlong forms, surrogates and what is above U+10FFFF may
+/// not (RFC 3629, section 4).
 bool canFollow(unsigned char lead, unsigned char second) noexcept {
   switch (lead) {
     case 0xE0:
@@ -40,7 +40,7 @@ bool canFollow(unsigned char lead, unsigned char second) noexcept {
   }
 }
 
-/// How many bytes at the front of `text` agree with a sequence of `length` bytes.
+/// How many bytes at the start of `text` fit a sequence of `length` bytes.
 std::size_t agreeing(std::string_view text, std::size_t length) noexcept {
   std::size_t i = 1;
   while (

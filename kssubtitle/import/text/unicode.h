@@ -7,9 +7,10 @@
 
 namespace kssubtitle::importing {
 
-/// Shown for what has no meaning.
+/// Stands for what cannot be decoded.
 inline constexpr char32_t kReplacement = 0xFFFD;
 inline constexpr std::string_view kReplacementUtf8 = "\xEF\xBF\xBD";
+inline constexpr std::string_view kBomUtf8 = "\xEF\xBB\xBF";
 
 constexpr bool isSurrogate(char32_t c) noexcept { return c >= 0xD800 && c < 0xE000; }
 constexpr bool isScalar(char32_t c) noexcept { return c < 0x110000 && !isSurrogate(c); }
@@ -18,18 +19,18 @@ constexpr bool isScalar(char32_t c) noexcept { return c < 0x110000 && !isSurroga
 char* writeUtf8(char32_t c, char* to) noexcept;
 void appendUtf8(std::string& text, char32_t c);
 
-/// The length of the UTF-8 sequence that stands at the front of `text`; 0 if none does.
+/// The length of the UTF-8 sequence that `text` begins with; 0 if it begins with none.
 std::size_t sequenceLength(std::string_view text) noexcept;
 /// The code point of a sequence of that length.
 char32_t codePointOf(std::string_view sequence) noexcept;
 
-/// Valid UTF-8 with a character for each code point.
+/// Valid UTF-8 as one character for each code point.
 std::wstring wideText(std::string_view utf8);
 
-/// How a text fares as UTF-8.
+/// What a text is as UTF-8.
 struct Utf8Count {
   std::size_t sequences = 0;  ///< Of two bytes or more.
-  std::size_t badBytes = 0;   ///< Bytes in no sequence, but for one that the end of the text cuts.
+  std::size_t badBytes = 0;   ///< In no sequence, not counting one that the text's end cuts.
   bool cutAtEnd = false;
 };
 Utf8Count countUtf8(std::string_view text) noexcept;
