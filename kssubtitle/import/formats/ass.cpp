@@ -50,9 +50,8 @@ class Columns {
     const Read* read = reads_.data();
     for (std::size_t column = 0; column < count_; ++column) {
       const bool isLast = column + 1 == count_;
-      std::size_t end = isLast ? line.size() : 0;
-      while (end < line.size() && line[end] != ',') ++end;
-      if (!isLast && end == line.size()) return false;
+      const std::size_t end = isLast ? line.size() : line.find(',');
+      if (end == line.npos) return false;
       if (read != reads_.data() + read_ && read->column == column) {
         values[(read++)->name] = line.substr(0, end);
       }

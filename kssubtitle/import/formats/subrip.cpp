@@ -75,11 +75,6 @@ inline std::string_view fromFirstSeen(std::string_view line) noexcept {
   return isAscii ? line : withoutUnseen(line);
 }
 
-/// Whether a line that begins with `c` may be a time line.
-constexpr bool canBeginTimeLine(char c) noexcept {
-  return isDigit(c) || c == '-' || c == '+' || c == '\xE2';
-}
-
 /// Whether a line with an arrow has a time at its front or behind the arrow.
 bool isBrokenTimeLine(std::string_view text) noexcept {
   const std::size_t arrow = text.find(kArrow);
@@ -198,7 +193,6 @@ class SubRipReader {
       above_ = Above::kBlank;
       return;
     }
-    if (!canBeginTimeLine(text.front()) && above_ != Above::kNumber) return takeText(line);
     const auto digits = text.substr(0, text.size() - trailingWhiteSpace(text));
     if (isNumber(digits)) return takeNumber(line, digits);
     if (const auto timeLine = timeLineOf(text, above_)) return beginCue(line, *timeLine);

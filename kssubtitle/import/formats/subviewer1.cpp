@@ -1,4 +1,5 @@
-// SubViewer 1: "[00:00:10]" on a line, the text below, and the time of its end below that.
+// SubViewer 1: "[00:00:10]" on a line, below it the text, and below that the time of its end.
+#include <optional>
 #include <string_view>
 #include <utility>
 
@@ -14,12 +15,12 @@ namespace {
 
 constexpr BarMarkup kMarkup{BarMarkup::Signs::kNone, true};
 
-/// The time that is all of a line; one of no fields if none is.
-WrittenTime timeOf(std::string_view line) noexcept {
-  if (!consumeCharacter(line, '[')) return {};
+/// The milliseconds of a time in brackets that is all of a line.
+std::optional<long long> timeOf(std::string_view line) noexcept {
+  if (!consumeCharacter(line, '[')) return std::nullopt;
   const auto time = consumeTime(line);
-  if (!time || time->fields != 3 || !consumeCharacter(line, ']')) return {};
-  return withoutBlanks(line).empty() ? *time : WrittenTime();
+  if (!time || time->fields != 3 || !consumeCharacter(line, ']')) return std::nullopt;
+  return withoutBlanks(line).empty() ? std::optional(time->milliseconds) : std::nullopt;
 }
 
 /// "[END]", or a line of asterisks with or without words.
@@ -43,9 +44,9 @@ class SubViewer1Reader {
   void readLine(std::string_view line, int number) {
     const bool isBelowKey = std::exchange(isKey_, line.starts_with('['));
     if (line.empty() || isFrame(line)) return;
-    if (const WrittenTime time = timeOf(line); time.fields > 0) {
-      endCue(time.milliseconds);
-      start_ = time.milliseconds;
+    if (const auto time = timeOf(line)) {
+      endCue(*time);
+      start_ = *time;
       startLine_ = number;
     } else if (startLine_ > 0) {
       readText(line);
@@ -71,7 +72,7 @@ class SubViewer1Reader {
   CueSink& sink_;
   long long start_ = 0;  // the last time
   int startLine_ = 0;    // 0: there was none
-  bool isKey_ = false;   // the last line was in brackets: in a header its value stands below it
+  bool isKey_ = false;   // the last line was in brackets: in a header its value is on the next
   BarCue cue_;
 };
 
@@ -83,7 +84,7 @@ Likelihood likelihoodOf(std::string_view text) noexcept {
     if (content.starts_with("***") && findNoCase(content, "START SCRIPT") != content.npos) {
       return Likelihood::kCertain;
     }
-    const bool isTime = timeOf(content).fields > 0;
+    const bool isTime = timeOf(content).has_value();
     if (isBelowTime && !isTime && content.front() != '[') return Likelihood::kLikely;
     if (mayPrecedeText(content)) return Likelihood::kNone;
     isBelowTime = isTime;

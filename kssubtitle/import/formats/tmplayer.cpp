@@ -1,4 +1,4 @@
-// TMPlayer and VPlayer: "00:00:10:text" on a line each, no cue with an end of its own.
+// TMPlayer and VPlayer: lines such as "00:00:10:text". No cue says when it ends.
 #include <optional>
 #include <string_view>
 
@@ -16,51 +16,34 @@ constexpr BarMarkup kMarkup{BarMarkup::Signs::kSlashes, false, true};
 
 struct TimedLine {
   long long start = 0;
-  bool goesOn = false;       ///< "00:00:10,2=text": the cue of the line before has a further line.
-  bool isAmbiguous = false;  ///< Only a blank stands behind the time, as it may in any text.
+  bool goesOn = false;       ///< "00:00:10,2=text": one more line of the cue before.
+  bool isAmbiguous = false;  ///< Only a blank follows the time, as it may in any text.
   std::string_view text;
 };
 
-/// Takes "0:00:10" off, in milliseconds.
-std::optional<long long> takeClock(std::string_view& text) noexcept {
-  if (const int seconds = clockAtFront(text); seconds >= 0) {
-    text.remove_prefix(kClockLength);
-    return seconds * 1000LL;
-  }
-  const bool isNegative = consumeCharacter(text, '-');
-  const auto hours = consumeDigits(text);
-  if (!hours || !consumeCharacter(text, ':')) return std::nullopt;
-  const auto minutes = consumeDigits(text);
-  if (!minutes || minutes->count > 2 || !consumeCharacter(text, ':')) return std::nullopt;
-  const auto seconds = consumeDigits(text);
-  if (!seconds || seconds->count > 2) return std::nullopt;
-  const long long time = ((hours->value * 60 + minutes->value) * 60 + seconds->value) * 1000;
-  return isNegative ? -time : time;
-}
-
-/// Takes the fraction of VPlayer, or the line number of TMPlayer, off.
-bool takeFractionOrNumber(std::string_view& text, TimedLine& line) noexcept {
+/// Consumes the fraction of VPlayer, or the line number of TMPlayer.
+bool consumeFractionOrNumber(std::string_view& text, TimedLine& line) noexcept {
   const bool mayBeNumber = text.front() == ',';
   text.remove_prefix(1);
-  if (text.empty() || !isDigit(text.front())) return false;
-  const auto digits = consumeDigits(text);
+  const auto digits = consumeDigitsAtFront(text);
   if (!digits) return false;
   if (mayBeNumber && text.starts_with('=')) {
     line.goesOn = digits->value > 1;
-    return true;
+  } else {
+    line.start += millisecondsOfFraction(*digits);
   }
-  const long long fraction = millisecondsOfFraction(*digits);
-  line.start += line.start < 0 ? -fraction : fraction;
   return true;
 }
 
 std::optional<TimedLine> timedLineOf(std::string_view text) noexcept {
+  const bool isNegative = consumeCharacter(text, '-');
+  const auto clock = consumeClock(text);
+  if (!clock || clock->fields != 3 || clock->mostDigits > 2 || text.empty()) return std::nullopt;
   TimedLine line;
-  const auto start = takeClock(text);
-  if (!start || text.empty()) return std::nullopt;
-  line.start = *start;
+  line.start = clock->seconds * 1000;
   const bool hasMore = text.front() == '.' || text.front() == ',';
-  if (hasMore && !takeFractionOrNumber(text, line)) return std::nullopt;
+  if (hasMore && !consumeFractionOrNumber(text, line)) return std::nullopt;
+  if (isNegative) line.start = -line.start;
   line.isAmbiguous = text.starts_with(' ');
   if (!line.isAmbiguous && !text.starts_with(':') && !text.starts_with('=')) return std::nullopt;
   line.text = text.substr(1);
@@ -104,7 +87,7 @@ class TmPlayerReader {
   ksImportCue* cue_ = nullptr;  // to which the next line may add
 };
 
-/// Prose may hold such a line: several of them, among few others, are asked for.
+/// Prose may hold such a line: several are needed, among few others.
 Likelihood likelihoodOf(std::string_view text) noexcept {
   int clear = 0;
   int ambiguous = 0;
@@ -112,7 +95,7 @@ Likelihood likelihoodOf(std::string_view text) noexcept {
   for (const Line& line : Lines(text)) {
     if (withoutBlanks(line.text).empty()) continue;
     const auto timed = timedLineOf(line.text);
-    // Of two times the first one, up to a separator, looks like the time of a text.
+    // The first of two times on a line, up to its separator, looks like the time of a text.
     const bool isOwn = timed && (timed->text.empty() || !isDigit(timed->text.front()));
     if (!isOwn && mayPrecedeText(line.text)) break;
     ++(!timed ? others : timed->isAmbiguous ? ambiguous : clear);

@@ -44,19 +44,6 @@ std::optional<long long> takeFraction(std::string_view& text, Fractions fraction
   return digits->value;
 }
 
-/// The milliseconds of "00:00:00.000" at `p`; negative if another form stands there.
-constexpr long long usualTimestampAt(const char* p) noexcept {
-  const unsigned hours = twoDigits(p);
-  const unsigned minutes = twoDigits(p + 3);
-  const unsigned seconds = twoDigits(p + 6);
-  const unsigned hundredths = twoDigits(p + 9);
-  const auto thousandths = static_cast<unsigned>(p[11] - '0');
-  const bool isSeparated = p[2] == ':' && p[5] == ':' && p[8] == '.';
-  const bool isNumber = hours < 100 && hundredths < 100 && thousandths < 10;
-  if (!isSeparated || !isNumber || minutes > 59 || seconds > 59) return -1;
-  return ((hours * 60LL + minutes) * 60 + seconds) * 1000 + hundredths * 10 + thousandths;
-}
-
 /// Takes a time off, in milliseconds.
 std::optional<long long> takeTimestamp(std::string_view& text, Fractions fractions) noexcept {
   const auto first = consumeDigitsAtFront(text);
@@ -92,23 +79,8 @@ struct Times {
   std::string_view settings;
 };
 
-/// Reads "00:00:00.000 --> 00:00:00.000" with what follows, as nearly all lines with times begin.
-bool readUsualTimes(std::string_view line, Times& times) noexcept {
-  constexpr std::string_view kBetween = " --> ";
-  constexpr std::size_t kTime = 12;
-  constexpr std::size_t kEnd = kTime + kBetween.size();
-  constexpr std::size_t kLength = kEnd + kTime;
-  if (line.size() < kLength || line.substr(kTime, kBetween.size()) != kBetween) return false;
-  if (line.size() > kLength && isDigit(line[kLength])) return false;
-  times.start = usualTimestampAt(line.data());
-  times.end = usualTimestampAt(line.data() + kEnd);
-  times.settings = line.substr(kLength);
-  return times.start >= 0 && times.end >= 0;
-}
-
 /// Reads the times of a cue, with what follows them; false if `line` has none.
 bool readTimes(std::string_view line, Fractions fractions, Times& times) noexcept {
-  if (readUsualTimes(line, times)) return true;
   line = withoutLeadingBlanks(line);
   const auto start = takeTimestamp(line, fractions);
   line = withoutLeadingBlanks(line);

@@ -80,36 +80,6 @@ void noteTimes(const std::vector<ksImportCue>& cues, Notes& notes) {
   }
 }
 
-/// Gives ends to cues that stand in order, none of them twice, over another or without text, as in
-/// most files; whether they do, so that nothing else is to be done. Otherwise the ends mean
-/// nothing.
-bool endInOrder(std::vector<ksImportCue>& cues, long long longestAssumed, Notes& notes) {
-  long long lastEnd = 0;
-  for (auto cue = cues.begin(); cue != cues.end(); ++cue) {
-    const bool isLast = cue + 1 == cues.end();
-    if (cue->isEndAssumed) {
-      cue->end = cue->start + (isLast ? kLastCue : longestAssumed);
-      if (!isLast) cue->end = std::min(cue->end, (cue + 1)->start);
-    }
-    if (cue->start < lastEnd || cue->end <= cue->start || cue->text.empty()) return false;
-    if (cue->isEndAssumed && isLast) notes.add(ksImportProblem::kEndAssumed, cue->line);
-    lastEnd = cue->end;
-  }
-  return true;
-}
-
-void sortAndNote(std::vector<ksImportCue>& cues, long long longestAssumed, Notes& notes) {
-  if (!std::is_sorted(cues.begin(), cues.end(), isBefore)) {
-    std::sort(cues.begin(), cues.end(), isBefore);
-  }
-  if (std::ranges::any_of(cues, &ksImportCue::isEndAssumed)) {
-    assumeEnds(cues, longestAssumed, notes);
-  }
-  std::erase_if(cues, [](const ksImportCue& cue) { return cue.text.empty(); });
-  markDoubles(cues, notes);
-  noteTimes(cues, notes);
-}
-
 }  // namespace
 
 void CueSink::shareText(std::size_t count) noexcept {
@@ -119,7 +89,15 @@ void CueSink::shareText(std::size_t count) noexcept {
 }
 
 void arrange(std::vector<ksImportCue>& cues, long long longestAssumed, Notes& notes) {
-  if (!endInOrder(cues, longestAssumed, notes)) sortAndNote(cues, longestAssumed, notes);
+  if (!std::is_sorted(cues.begin(), cues.end(), isBefore)) {
+    std::sort(cues.begin(), cues.end(), isBefore);
+  }
+  if (std::ranges::any_of(cues, &ksImportCue::isEndAssumed)) {
+    assumeEnds(cues, longestAssumed, notes);
+  }
+  std::erase_if(cues, [](const ksImportCue& cue) { return cue.text.empty(); });
+  markDoubles(cues, notes);
+  noteTimes(cues, notes);
   if (cues.capacity() - cues.size() > cues.size() / 4) cues.shrink_to_fit();
 }
 

@@ -10,15 +10,15 @@ bool beginsFraction(std::string_view text) noexcept {
 
 }  // namespace
 
-Decimal decimalAtFront(std::string_view text) noexcept {
+std::optional<double> consumeDecimal(std::string_view& text) noexcept {
   // One division of two exact numbers rounds as the number itself would.
   constexpr long long kMostExact = 1'000'000'000'000'000;
-  std::string_view rest = withoutLeadingBlanks(text);
+  std::string_view rest = text;
   const bool isNegative = consumeSign(rest);
   const auto whole = consumeDigits(rest);
   if (!whole) rest = withoutLeadingBlanks(rest);
   const bool hasFraction = beginsFraction(rest);
-  if (!whole && !hasFraction) return {};
+  if (!whole && !hasFraction) return std::nullopt;
   long long mantissa = whole ? whole->value : 0;
   long long scale = 1;
   if (hasFraction) {
@@ -30,9 +30,9 @@ Decimal decimalAtFront(std::string_view text) noexcept {
   } else if (rest.starts_with('.')) {
     rest.remove_prefix(1);
   }
+  text = rest;
   const auto numerator = static_cast<double>(mantissa);
-  return {(isNegative ? -numerator : numerator) / static_cast<double>(scale),
-          text.size() - rest.size()};
+  return (isNegative ? -numerator : numerator) / static_cast<double>(scale);
 }
 
 }  // namespace kssubtitle::importing

@@ -1,4 +1,4 @@
-// Lines of two times.
+// Lines of two times, which announce the text of a cue below them.
 #include "kssubtitle/import/formats/common/time_lines.h"
 
 #include "kssubtitle/import/formats/common/numbers.h"
@@ -34,6 +34,13 @@ std::optional<PairOfTimes> pairOfTimes(std::string_view line) noexcept {
   const auto end = consumeTime(rest);
   if (!end || end->fields != 3 || !withoutBlanks(rest).empty()) return std::nullopt;
   return PairOfTimes{*start, *end};
+}
+
+bool mayPrecedeText(std::string_view line) noexcept {
+  line = withoutTrailingBlanks(line);
+  const bool endsInDigit = !line.empty() && isDigit(line.back());
+  if (endsInDigit && line.find(',') != line.npos && pairOfTimes(line)) return true;
+  return line.find("-->") != line.npos;
 }
 
 }  // namespace kssubtitle::importing
