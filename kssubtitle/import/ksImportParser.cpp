@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "kssubtitle/import/conditions.h"
+#include "kssubtitle/import/formats/common/arrangement.h"
 #include "kssubtitle/import/formats/common/cue_sink.h"
 #include "kssubtitle/import/formats/common/format.h"
 #include "kssubtitle/import/markup/cue_text.h"

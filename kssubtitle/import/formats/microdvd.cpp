@@ -1,4 +1,4 @@
-// MicroDVD: "{1}{25}text" on a line each, times counted in frames.
+// MicroDVD: lines such as "{1}{25}text", with times counted in frames.
 #include <optional>
 #include <string_view>
 
@@ -14,8 +14,8 @@ namespace {
 constexpr Brackets kBraces{'{', '}'};
 constexpr BarMarkup kMarkup{BarMarkup::Signs::kSlashes};
 
-/// The rate that the text at the first frame states: a number alone, one before "fps", or one with
-/// a fraction before anything, so that "2 men" stays text.
+/// The frame rate that the text at the first frame states: a number alone, before "fps", or with a
+/// fraction before anything, so that "2 men" is text.
 std::optional<double> rateOf(std::string_view text) noexcept {
   std::string_view rest = text;
   if (rest.empty() || !isDigit(rest.front())) return std::nullopt;
@@ -37,7 +37,7 @@ class MicroDvdReader {
     for (const Line& line : input_.lines()) {
       readLine(withoutBlanks(line.text), line.number);
     }
-    settleTimes(rate_ ? *rate_ : frameRateWithout(input_.options, sink_.notes()));
+    settleTimes(rate_ ? *rate_ : assumedFrameRate(input_.options, sink_.notes()));
   }
 
  private:
@@ -63,7 +63,7 @@ class MicroDvdReader {
     sink_.finish();
   }
 
-  /// Cues hold frames until the rate is known. Every frame of 12 digits has a time.
+  /// Cues hold frames until the rate is known. Frames of 12 digits are in range.
   void settleTimes(double rate) {
     for (ksImportCue& cue : sink_.cues()) {
       cue.start = millisecondsOf(static_cast<double>(cue.start), rate).value_or(0);

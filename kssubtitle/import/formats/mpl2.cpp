@@ -1,4 +1,4 @@
-// MPL2: "[1][25]text" on a line each, times counted in tenths of a second.
+// MPL2: lines such as "[1][25]text", with times counted in tenths of a second.
 #include <string_view>
 
 #include "kssubtitle/import/formats/common/spans.h"

@@ -1,4 +1,4 @@
-// MPsub: how long to wait behind the cue before and how long to show, and the lines of text below.
+// MPsub: how long to wait after the cue before and how long to show the text on the lines below.
 #include <optional>
 #include <string_view>
 
@@ -28,8 +28,8 @@ std::optional<WaitLine> waitLineOf(std::string_view line) noexcept {
   return WaitLine{*wait, *duration};
 }
 
-/// What a FORMAT line says one second has of: seconds or frames. Nothing if it is no such line, 0
-/// if what it says cannot be.
+/// The units in a second that a FORMAT line states: 1 for TIME, or a number of frames. Nothing if
+/// it is not such a line, 0 if its value makes no sense.
 std::optional<double> unitsOf(std::string_view line) noexcept {
   constexpr std::string_view kFormat = "FORMAT";
   if (!startsWithNoCase(line, kFormat)) return std::nullopt;
@@ -59,13 +59,13 @@ class MpsubReader {
     if (const auto times = waitLineOf(line)) {
       beginCue(*times, number);
     } else if (const auto units = unitsOf(line)) {
-      perSecond_ = *units > 0 ? *units : frameRateWithout(input_.options, sink_.notes());
+      perSecond_ = *units > 0 ? *units : assumedFrameRate(input_.options, sink_.notes());
     } else if (hasBegun_ || line.find('=') == line.npos) {
       sink_.notes().add(ksImportProblem::kLineIgnored, number);
     }
   }
 
-  /// Sums are kept in the file's own unit, so that what is rounded off never adds up.
+  /// Sums are kept in the file's own unit, so that rounding errors do not add up.
   void beginCue(const WaitLine& times, int number) {
     hasBegun_ = true;
     const double start = end_ + times.wait;
@@ -79,7 +79,7 @@ class MpsubReader {
   const FormatInput& input_;
   CueSink& sink_;
   double perSecond_ = 1;
-  double end_ = 0;  // of the cue before
+  double end_ = 0;  // of the previous cue
   bool hasBegun_ = false;
   BarCue cue_;
 };

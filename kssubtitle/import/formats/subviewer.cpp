@@ -1,4 +1,4 @@
-// SubViewer 2 and SBV: two times with a comma between them, and the lines of text below.
+// SubViewer 2 and SBV: two times with a comma between them, and the text on the lines below.
 #include <algorithm>
 #include <optional>
 #include <string_view>
@@ -14,7 +14,7 @@ namespace {
 
 constexpr BarMarkup kMarkup{BarMarkup::Signs::kNone, true};
 
-/// Whether a line only says what texts look like: "[COLF]&HFFFFFF,[STYLE]bd,...", in any case.
+/// Whether a line only says how texts look: "[COLF]&HFFFFFF,[STYLE]bd,...", in any case.
 bool isStyleLine(std::string_view line) noexcept {
   constexpr std::string_view kKeys[] = {"[COLF]", "[STYLE]", "[SIZE]", "[FONT]"};
   if (line.front() != '[') return false;
@@ -52,7 +52,7 @@ class SubViewerReader {
     }
   }
 
-  /// Files disagree on what a delay counts, and hardly any has one but 0.
+  /// Files disagree about the unit of a delay, and hardly any has one other than 0.
   static bool hasDelay(std::string_view line) noexcept {
     constexpr std::string_view kDelay = "[DELAY]";
     if (!startsWithNoCase(line, kDelay)) return false;
@@ -65,8 +65,8 @@ class SubViewerReader {
   BarCue cue_;
 };
 
-/// What the first time line tells: SBV has three digits in its fractions. Times without any may be
-/// of either format.
+/// By the first line of times: fractions have three digits in SBV. Times without one fit both
+/// formats.
 Likelihood likelihoodByTimes(std::string_view text, bool isSbv) noexcept {
   for (const Line& line : Lines(text)) {
     const std::string_view content = withoutBlanks(line.text);

@@ -1,4 +1,4 @@
-// A cue whose lines of text stand below its times, as in the formats of early players.
+// A cue whose lines of text follow the line of its times, as in the formats of early players.
 #pragma once
 
 #include "kssubtitle/import/formats/common/cue_sink.h"
@@ -6,15 +6,15 @@
 
 namespace kssubtitle::importing {
 
-/// Takes the lines of one cue after the other; tags go on from line to line.
+/// Writes one cue after the other, line by line; a tag goes on until it is closed or the cue ends.
 class BarCue {
  public:
   BarCue(std::string_view fileText, const BarMarkup& markup, CueSink& sink) noexcept
       : writer_(fileText, markup, sink.text()), sink_(sink) {}
 
-  /// Requires: `cue` is the one that the sink has begun last.
+  /// Requires: the sink has begun `cue` last.
   void begin(ksImportCue& cue) noexcept { cue_ = &cue; }
-  /// The cue that is being read; null if none is.
+  /// The cue that is being read, or null.
   ksImportCue* cue() const noexcept { return cue_; }
   /// Requires: a cue is being read.
   void readLine(std::string_view line) { writer_.write(line, cue_->alignment); }

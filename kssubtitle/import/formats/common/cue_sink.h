@@ -1,4 +1,4 @@
-// Takes the cues that a format's reader finds.
+// Collects the cues that a format's reader finds.
 #pragma once
 
 #include <cstddef>
@@ -11,10 +11,10 @@
 
 namespace kssubtitle::importing {
 
-/// One cue after the other, in the order of the file: begin(), then its text, then finish().
+/// For each cue, in the order of the file: begin(), its text through text(), and finish().
 class CueSink {
  public:
-  /// `textSize` is that of the file.
+  /// `textSize` is the size of the file's text.
   CueSink(CueText& text, Notes& notes, std::size_t textSize) : text_(text), notes_(notes) {
     constexpr std::size_t kShortCue = 48;
     cues_.reserve(textSize / kShortCue);
@@ -25,43 +25,38 @@ class CueSink {
     const auto index = static_cast<int>(cues_.size());
     return cues_.emplace_back(ksImportCue{start, end, {}, line, index});
   }
-  /// Begins a cue whose end the file does not say: it will be where the next one begins.
+  /// Begins a cue whose end the file does not say: arrange() will assume one.
   ksImportCue& beginWithoutEnd(long long start, int line) {
     ksImportCue& cue = begin(start, start, line);
     cue.isEndAssumed = true;
     return cue;
   }
   CueText& text() noexcept { return text_; }
-  /// Ends the cue that was begun last. One without text is noted and left out.
+  /// Ends the cue that was begun last. One without text is noted, and dropped later.
   void finish() {
     finishOrMark();
     if (cues_.back().text.empty()) notes_.add(ksImportProblem::kCueWithoutText, cues_.back().line);
   }
-  /// Ends it: one without text only marks where the one before it ends.
+  /// The same where a cue without text only marks the end of the one before it.
   void finishOrMark() { cues_.back().text = text_.finish(); }
-  /// Ends the last `count` cues, at least one, which share one text.
+  /// finishOrMark() for the last `count` cues, which share a text.
   void finishOrMark(std::size_t count) {
     finishOrMark();
-    if (count > 1) shareText(count);
+    for (auto cue = cues_.end() - static_cast<std::ptrdiff_t>(count); cue != cues_.end(); ++cue) {
+      cue->text = cues_.back().text;
+    }
   }
 
   std::vector<ksImportCue>& cues() noexcept { return cues_; }
-  /// What the file says it holds.
+  /// The languages that the file has, for the report.
   std::vector<std::string>& languages() noexcept { return languages_; }
   Notes& notes() noexcept { return notes_; }
 
  private:
-  void shareText(std::size_t count) noexcept;
-
   CueText& text_;
   Notes& notes_;
   std::vector<ksImportCue> cues_;
   std::vector<std::string> languages_;
 };
-
-/// Puts the cues in their order, gives ends to those that have none, leaves out what has no text,
-/// and tells what is there twice. An end that is not said is where the next cue begins, at most
-/// `longestAssumed` milliseconds after the start; the last cue's is five seconds after it.
-void arrange(std::vector<ksImportCue>& cues, long long longestAssumed, Notes& notes);
 
 }  // namespace kssubtitle::importing

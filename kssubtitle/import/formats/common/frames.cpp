@@ -9,7 +9,7 @@ std::optional<double> usableFrameRate(double rate) noexcept {
   return rate >= kLeast && rate <= kMost ? std::optional(rate) : std::nullopt;
 }
 
-double frameRateWithout(const ksImportOptions& options, Notes& notes) {
+double assumedFrameRate(const ksImportOptions& options, Notes& notes) {
   constexpr double kUsual = 23.976;
   if (const auto given = usableFrameRate(options.frameRate)) return *given;
   notes.add(ksImportProblem::kFrameRateAssumed, 0);

@@ -4,27 +4,28 @@
 #include <cfloat>
 #include <optional>
 
-#include "kssubtitle/import/formats/common/format.h"
+#include "kssubtitle/import/ksImportOptions.h"
+#include "kssubtitle/import/report/notes.h"
 
 namespace kssubtitle::importing {
 
-/// `rate`, if it can be the number of frames in a second; nothing otherwise.
+/// `rate` if it can be a number of frames per second.
 std::optional<double> usableFrameRate(double rate) noexcept;
 
-/// The rate for a file that states none: that of the options, else 23.976 as it is written, which
-/// is noted.
-double frameRateWithout(const ksImportOptions& options, Notes& notes);
+/// The frame rate of a file that does not state one: that of the options or else, with a note,
+/// exactly 23.976.
+double assumedFrameRate(const ksImportOptions& options, Notes& notes);
 
-/// The integer nearest to `value`, the farther one from zero if two are. Requires: it is at most
-/// 1e18 either way.
+/// The integer nearest to `value`; halves are rounded away from zero. Requires: it is at most 1e18
+/// in size.
 constexpr long long nearestTo(double value) noexcept {
-  // What is cut off is exact, and a call of the mathematical library would be most of the work.
+  // The rest is exact, and a call of the mathematical library would take most of the time.
   const auto whole = static_cast<long long>(value);
   const double rest = value - static_cast<double>(whole);
   return whole + (rest >= 0.5 ? 1 : 0) - (rest <= -0.5 ? 1 : 0);
 }
 
-/// `value` as a double has it, where the processor computes with more digits as well.
+/// `value` rounded to a double, also where the processor computes with more digits.
 inline double inDoublePrecision(double value) noexcept {
 #if FLT_EVAL_METHOD == 0
   return value;
@@ -34,8 +35,8 @@ inline double inDoublePrecision(double value) noexcept {
 #endif
 }
 
-/// The time of a place in a file; nothing if that is too far away to be one. Rounds once, to the
-/// nearest millisecond. Requires: `perSecond` is usable.
+/// The time of a count of frames or other units, rounded once; nothing if it is out of range.
+/// Requires: `perSecond` is usable.
 inline std::optional<long long> millisecondsOf(double units, double perSecond) noexcept {
   constexpr double kFarthest = 1e18;
   const double milliseconds = inDoublePrecision(units * 1000 / perSecond);

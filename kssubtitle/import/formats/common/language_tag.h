@@ -8,8 +8,8 @@
 
 namespace kssubtitle::importing {
 
-/// Whether `tag` is `wanted` or begins with it and a hyphen, in any case: "en" takes "en-US" and
-/// "en-GB". Either may have underscores as hyphens. False if `wanted` is empty.
+/// Whether `tag` is `wanted` or begins with it and a hyphen, in any case: "en" matches "en-US".
+/// Underscores count as hyphens. False if `wanted` is empty.
 inline bool isLanguage(std::string_view tag, std::string_view wanted) noexcept {
   const auto signOf = [](char c) { return c == '_' ? '-' : lowerOf(c); };
   if (wanted.empty() || tag.size() < wanted.size()) return false;

@@ -9,7 +9,7 @@ Likelihood likelihoodOfSpans(std::string_view text, Brackets brackets) {
   constexpr int kFew = 4;
   int spans = 0;
   int others = 0;
-  int prose = 0;  // others that are no damaged spans either
+  int prose = 0;  // of the others, those that do not look like damaged spans
   bool isFirst = false;
   for (const Line& line : Lines(text)) {
     const auto span = spanLineOf(line.text, brackets);

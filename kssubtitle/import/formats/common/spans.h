@@ -1,5 +1,5 @@
-// Lines that begin with two numbers in brackets, from where to where a text is shown: MicroDVD and
-// MPL2 are made of them.
+// Lines such as "{1}{25}text", of which MicroDVD and MPL2 are made: two numbers in brackets, which
+// say when the text is shown.
 #pragma once
 
 #include <limits>
@@ -17,7 +17,7 @@ struct Brackets {
   char closing;
 };
 
-/// A line such as "{1}{25}text"; either number may be missing.
+/// Such a line; either number may be missing.
 struct SpanLine {
   static constexpr long long kMissing = std::numeric_limits<long long>::min();
 
@@ -26,7 +26,7 @@ struct SpanLine {
   std::string_view text;
 };
 
-/// Takes "{25}" or "{}" off; false if there is neither.
+/// Consumes "{25}" or "{}"; false if there is neither.
 constexpr bool consumeBracketed(std::string_view& text, Brackets brackets,
                                 long long& number) noexcept {
   if (!consumeCharacter(text, brackets.opening)) return false;
@@ -34,8 +34,8 @@ constexpr bool consumeBracketed(std::string_view& text, Brackets brackets,
   return consumeCharacter(text, brackets.closing);
 }
 
-/// What `line` is; nothing if it does not begin with two pairs of brackets that hold integers of at
-/// most 12 digits, or nothing. Blanks may stand anywhere.
+/// The span that `line` is; nothing if it does not begin with two pairs of brackets that are empty
+/// or hold integers of at most 12 digits. Blanks may be anywhere.
 constexpr std::optional<SpanLine> spanLineOf(std::string_view line, Brackets brackets) noexcept {
   SpanLine span;
   if (!consumeBracketed(line, brackets, span.start)) return std::nullopt;
@@ -44,11 +44,11 @@ constexpr std::optional<SpanLine> spanLineOf(std::string_view line, Brackets bra
   return span;
 }
 
-/// How likely a text is made of such lines. One alone may stand in prose.
+/// How likely a text is made of such lines. Prose may have a single one.
 Likelihood likelihoodOfSpans(std::string_view text, Brackets brackets);
 
-/// Begins the cue of a line with those numbers; null if it has neither. A cue without the first one
-/// begins at 0, one without the second one is shown up to the next.
+/// Begins the cue of a line with these times; null if both are missing. Without the first one it
+/// begins at 0, without the second one it is shown until the next cue.
 ksImportCue* beginSpan(long long start, long long end, int line, CueSink& sink);
 
 }  // namespace kssubtitle::importing

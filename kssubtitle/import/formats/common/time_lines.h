@@ -16,8 +16,8 @@ struct PairOfTimes {
 /// The two times of three fields that `line` is, with a comma between them and nothing else.
 std::optional<PairOfTimes> pairOfTimes(std::string_view line) noexcept;
 
-/// Whether `line` is such a pair or holds an arrow: the text of a cue may follow, and that may quote
-/// any other format.
+/// Whether `line` is such a pair or holds an arrow: the text of a cue may follow, and that may
+/// quote any other format.
 bool mayPrecedeText(std::string_view line) noexcept;
 
 }  // namespace kssubtitle::importing

@@ -1,5 +1,5 @@
-// Takes the cues that a format's reader finds, and arranges them.
-#include "kssubtitle/import/formats/common/cue_sink.h"
+// Puts the cues that a reader found into their final form.
+#include "kssubtitle/import/formats/common/arrangement.h"
 
 #include <algorithm>
 #include <limits>
@@ -12,14 +12,13 @@ bool isBefore(const ksImportCue& a, const ksImportCue& b) noexcept {
   return std::tie(a.start, a.index) < std::tie(b.start, b.index);
 }
 
-constexpr long long kLastCue = 5000;
-
-/// Requires: the cues are in order, those without text included.
+/// Requires: the cues are sorted; those without text count.
 void assumeEnds(std::vector<ksImportCue>& cues, long long longest, Notes& notes) {
+  constexpr long long kLastCue = 5000;
   long long nextStart = std::numeric_limits<long long>::max();
   for (std::size_t i = cues.size(); i-- > 0;) {
     ksImportCue& cue = cues[i];
-    // Cues of one start are shown together, up to the first later one.
+    // Cues with the same start are shown together, until the next later one.
     if (i + 1 < cues.size() && cues[i + 1].start > cue.start) nextStart = cues[i + 1].start;
     if (!cue.isEndAssumed) continue;
     const bool isLast = nextStart == std::numeric_limits<long long>::max();
@@ -41,9 +40,9 @@ bool isContentBefore(const ksImportCue& a, const ksImportCue& b) noexcept {
 
 using CueIterator = std::vector<ksImportCue>::iterator;
 
-/// Marks what is there twice among cues of the same start.
-void markDoublesOfOneStart(CueIterator begin, CueIterator end, Notes& notes) {
-  std::sort(begin, end, isContentBefore);  // equal ones stand side by side for a moment
+/// Requires: the cues have the same start.
+void markDuplicatesOfOneStart(CueIterator begin, CueIterator end, Notes& notes) {
+  std::sort(begin, end, isContentBefore);  // so that equal ones are neighbours
   for (auto cue = begin + 1; cue != end; ++cue) {
     if (!hasSameContent(*(cue - 1), *cue)) continue;
     cue->isDuplicate = true;
@@ -52,8 +51,8 @@ void markDoublesOfOneStart(CueIterator begin, CueIterator end, Notes& notes) {
   std::sort(begin, end, isBefore);
 }
 
-/// Of cues with the same start, end and text all but the first one are marked.
-void markDoubles(std::vector<ksImportCue>& cues, Notes& notes) {
+/// Of cues with the same start, end and text, marks all but the first. Requires: they are sorted.
+void markDuplicates(std::vector<ksImportCue>& cues, Notes& notes) {
   const auto sameStart = [](const ksImportCue& a, const ksImportCue& b) {
     return a.start == b.start;
   };
@@ -61,12 +60,12 @@ void markDoubles(std::vector<ksImportCue>& cues, Notes& notes) {
   while (begin != cues.end()) {
     const auto end = std::find_if_not(
         begin, cues.end(), [&](const ksImportCue& cue) { return cue.start == begin->start; });
-    markDoublesOfOneStart(begin, end, notes);
+    markDuplicatesOfOneStart(begin, end, notes);
     begin = std::adjacent_find(end, cues.end(), sameStart);
   }
 }
 
-/// Requires: the cues are in order.
+/// Requires: the cues are sorted.
 void noteTimes(const std::vector<ksImportCue>& cues, Notes& notes) {
   long long greatestEnd = std::numeric_limits<long long>::min();
   for (const ksImportCue& cue : cues) {
@@ -82,12 +81,6 @@ void noteTimes(const std::vector<ksImportCue>& cues, Notes& notes) {
 
 }  // namespace
 
-void CueSink::shareText(std::size_t count) noexcept {
-  const std::string_view text = cues_.back().text;
-  std::for_each(cues_.end() - static_cast<std::ptrdiff_t>(count), cues_.end(),
-                [text](ksImportCue& cue) { cue.text = text; });
-}
-
 void arrange(std::vector<ksImportCue>& cues, long long longestAssumed, Notes& notes) {
   if (!std::is_sorted(cues.begin(), cues.end(), isBefore)) {
     std::sort(cues.begin(), cues.end(), isBefore);
@@ -96,7 +89,7 @@ void arrange(std::vector<ksImportCue>& cues, long long longestAssumed, Notes& no
     assumeEnds(cues, longestAssumed, notes);
   }
   std::erase_if(cues, [](const ksImportCue& cue) { return cue.text.empty(); });
-  markDoubles(cues, notes);
+  markDuplicates(cues, notes);
   noteTimes(cues, notes);
   if (cues.capacity() - cues.size() > cues.size() / 4) cues.shrink_to_fit();
 }
