@@ -1,4 +1,4 @@
-// Writes cues as the text of a subtitle file.
+// Selects the cues that can be written, and the writer.
 #include "kssubtitle/import/ksImportWriter.h"
 
 #include <algorithm>
@@ -12,7 +12,7 @@ using namespace kssubtitle::importing;
 
 namespace {
 
-/// The greatest time with as many digits as are read: 999999999999:59:59.990, in milliseconds.
+/// The greatest time that readers accept, 999999999999:59:59.990, in milliseconds.
 constexpr long long kLatest = 3'599'999'999'999'999'990;
 
 constexpr ksImportFormat kText = {
@@ -20,6 +20,7 @@ constexpr ksImportFormat kText = {
 
 constexpr const ksImportFormat* kWritten[] = {&kSubRip.info, &kWebVtt.info, &kAss.info, &kText};
 
+/// The cues to write, in the order in which they are written.
 std::vector<OutgoingCue> outgoing(std::span<const ksImportCue> cues, ksImportMarkup markup) {
   std::vector<OutgoingCue> all;
   all.reserve(cues.size());

@@ -2,9 +2,9 @@
 #include <CLI/CLI.hpp>
 #include <iostream>
 
-#include "tools/kssub/command_line.h"
 #include "tools/kssub/commands.h"
-#include "tools/kssub/records.h"
+#include "tools/kssub/common_options.h"
+#include "tools/kssub/json_tsv.h"
 #include "tools/kssub/terminal_text.h"
 #include "tools/kssub/times.h"
 

@@ -9,17 +9,17 @@
 #include <string>
 #include <vector>
 
-#include "tools/kssub/colours.h"
-#include "tools/kssub/command_line.h"
+#include "tools/kssub/check_limits.h"
 #include "tools/kssub/commands.h"
-#include "tools/kssub/file_walk.h"
+#include "tools/kssub/common_options.h"
+#include "tools/kssub/directory_walk.h"
 #include "tools/kssub/json.h"
+#include "tools/kssub/open_parser.h"
 #include "tools/kssub/progress.h"
-#include "tools/kssub/reading.h"
 #include "tools/kssub/report_text.h"
+#include "tools/kssub/terminal_colours.h"
 #include "tools/kssub/terminal_text.h"
 #include "tools/kssub/times.h"
-#include "tools/kssub/viewing.h"
 
 namespace kssub {
 namespace {
@@ -59,7 +59,7 @@ bool isUsual(const ksImportFormat& format, ksImportProblem problem) {
 }
 
 /// By line; those on the whole file first.
-Remarks remarksOn(const ksImportParser& parser, const ViewingLimits& limits) {
+Remarks remarksOn(const ksImportParser& parser, const CheckLimits& limits) {
   Remarks remarks;
   if (parser.cues().empty()) remarks.push_back({-1, 0, "The file has no cue that can be shown."});
   const ksImportFormat& format = formatOf(parser.report());
@@ -291,7 +291,7 @@ class Check : public Command {
       return;
     }
     hasSubtitles_ = true;
-    ViewingLimits limits = limits_;
+    CheckLimits limits = limits_;
     limits.ordersCount = formatOf(parser.report()).isSequential;
     const Remarks remarks = remarksOn(parser, limits);
     if (!remarks.empty()) status_ = std::max(status_, kProblems);
@@ -317,7 +317,7 @@ class Check : public Command {
 
   std::vector<std::string> arguments_;
   FileRequest request_;
-  ViewingLimits limits_;
+  CheckLimits limits_;
   bool isGapSet_ = false;
   bool asJson_ = false;
   bool showsAll_ = false;

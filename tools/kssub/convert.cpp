@@ -1,6 +1,7 @@
 // The command `convert`: a subtitle file as another one, mended.
 #include <CLI/CLI.hpp>
 #include <array>
+#include <cmath>
 #include <filesystem>
 #include <iostream>
 #include <limits>
@@ -11,12 +12,12 @@
 #include <system_error>
 #include <vector>
 
-#include "tools/kssub/command_line.h"
 #include "tools/kssub/commands.h"
-#include "tools/kssub/edits.h"
+#include "tools/kssub/common_options.h"
+#include "tools/kssub/convert_edits.h"
 #include "tools/kssub/formats.h"
-#include "tools/kssub/new_file.h"
-#include "tools/kssub/reading.h"
+#include "tools/kssub/open_parser.h"
+#include "tools/kssub/output_file.h"
 #include "tools/kssub/terminal_text.h"
 #include "tools/kssub/times.h"
 
@@ -41,7 +42,16 @@ std::array<std::string, 2> halves(const char* option, const std::string& text, c
   return {text.substr(0, at), text.substr(at + 1)};
 }
 
-/// What is to be done with cues.
+/// A frame rate in millionths of a frame per second. Throws CLI::ValidationError.
+long long requireMillionths(const char* option, const std::string& text) {
+  constexpr double kMost = 1e6;
+  const double rate = requireRate(option, text);
+  const long long millionths = rate <= kMost ? std::llround(rate * 1e6) : 0;
+  if (millionths == 0) throw CLI::ValidationError(option, "not a frame rate: " + text);
+  return millionths;
+}
+
+/// What is to be done with the cues.
 struct Edits {
   std::optional<long long> from;
   std::optional<long long> until;
@@ -143,7 +153,7 @@ class Convert : public Command {
     } else if (output_ == "-") {
       std::cout << content;
     } else {
-      NewFile file(output_);
+      OutputFile file(output_);
       file.write(content);
       file.finish();
     }
@@ -162,7 +172,7 @@ class Convert : public Command {
   void addTimingOptions(CLI::App& app) {
     CLI::Option* shift =
         addTime(app, "--shift", "Show all that much later, or earlier if it is negative",
-                [this](long long time) { edits_.change.offset = time; });
+                [this](long long time) { edits_.change.after = time; });
     CLI::Option* scale = app.add_option_function<std::string>(
         "--scale", [this](const std::string& text) { setScale(text); },
         "From one frame rate to another, such as 25:23.976");
@@ -199,8 +209,8 @@ class Convert : public Command {
 
   void setScale(const std::string& text) {
     const auto [from, to] = halves("--scale", text, ':');
-    edits_.change.factor =
-        static_cast<long double>(requireRate("--scale", from)) / requireRate("--scale", to);
+    edits_.change.numerator = requireMillionths("--scale", from);
+    edits_.change.denominator = requireMillionths("--scale", to);
   }
 
   void setPairs(const std::vector<std::string>& texts) {
@@ -248,7 +258,7 @@ class Convert : public Command {
   void replaceInput(const std::string& content) const {
     const std::string path = fs::canonical(request_.path).string();
     const fs::perms permissions = fs::status(path).permissions();
-    NewFile file(path);
+    OutputFile file(path);
     file.write(content);
     fs::copy_file(path, backupName(path));
     file.finish();

@@ -1,7 +1,7 @@
 // A subtitle file as the import library reads it.
 #include <algorithm>
 
-#include "tools/kssub/reading.h"
+#include "tools/kssub/open_parser.h"
 #include "tools/kssub/report_text.h"
 #include "tools/kssub/terminal_text.h"
 

@@ -7,13 +7,13 @@
 #include <optional>
 #include <span>
 
-#include "tools/kssub/colours.h"
-#include "tools/kssub/command_line.h"
 #include "tools/kssub/commands.h"
-#include "tools/kssub/picture_file.h"
-#include "tools/kssub/picture_list.h"
-#include "tools/kssub/records.h"
+#include "tools/kssub/common_options.h"
+#include "tools/kssub/json_tsv.h"
+#include "tools/kssub/list_pictures.h"
+#include "tools/kssub/open_pictures.h"
 #include "tools/kssub/report_text.h"
+#include "tools/kssub/terminal_colours.h"
 #include "tools/kssub/terminal_text.h"
 #include "tools/kssub/times.h"
 

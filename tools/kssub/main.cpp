@@ -9,10 +9,10 @@
 #include <vector>
 
 #include "kssubtitle/version.h"
-#include "tools/kssub/colours.h"
 #include "tools/kssub/commands.h"
-#include "tools/kssub/completion.h"
-#include "tools/kssub/usage.h"
+#include "tools/kssub/help.h"
+#include "tools/kssub/shell_completion.h"
+#include "tools/kssub/terminal_colours.h"
 
 namespace {
 

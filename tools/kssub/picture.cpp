@@ -9,10 +9,10 @@
 #include <stdexcept>
 #include <system_error>
 
-#include "tools/kssub/command_line.h"
 #include "tools/kssub/commands.h"
-#include "tools/kssub/picture_file.h"
-#include "tools/kssub/png_file.h"
+#include "tools/kssub/common_options.h"
+#include "tools/kssub/open_pictures.h"
+#include "tools/kssub/picture_png.h"
 #include "tools/kssub/terminal_text.h"
 #include "tools/kssub/times.h"
 

@@ -9,11 +9,11 @@
 #include <iterator>
 #include <thread>
 
-#include "tools/kssub/colours.h"
-#include "tools/kssub/columns.h"
-#include "tools/kssub/command_line.h"
 #include "tools/kssub/commands.h"
-#include "tools/kssub/screen.h"
+#include "tools/kssub/common_options.h"
+#include "tools/kssub/terminal_colours.h"
+#include "tools/kssub/terminal_columns.h"
+#include "tools/kssub/terminal_screen.h"
 #include "tools/kssub/terminal_text.h"
 #include "tools/kssub/times.h"
 

@@ -5,20 +5,6 @@
 
 namespace kssub {
 
-const std::array<Paint, kRoles> kPaints = {{
-    {"background", {255, 255, 255}, {17, 20, 25}},
-    {"band", {240, 242, 245}, {31, 36, 43}},
-    {"grid", {214, 218, 224}, {56, 63, 72}},
-    {"text", {32, 36, 42}, {226, 230, 236}},
-    {"faint", {98, 106, 117}, {150, 159, 170}},
-    {"calm", {58, 124, 188}, {88, 154, 216}},
-    {"brisk", {44, 150, 112}, {66, 184, 140}},
-    {"fast", {219, 152, 20}, {240, 178, 52}},
-    {"too-fast", {200, 38, 52}, {244, 84, 92}},
-    {"picture", {136, 92, 178}, {172, 130, 214}},
-    {"note", {32, 36, 42}, {240, 242, 245}},
-}};
-
 namespace {
 
 std::string number(double value) {
@@ -33,7 +19,7 @@ std::string attribute(const char* name, double value) {
 
 std::string styleClass(Role role) { return std::string(" class=\"") + paintOf(role).name + '"'; }
 
-/// XML has no place for the noncharacters U+FFFE and U+FFFF, not even escaped.
+/// XML (W3C XML 1.0, 2.2) excludes the noncharacters U+FFFE and U+FFFF even when escaped.
 std::string escaped(const std::string& text) {
   std::string out;
   for (const char c : text) {
@@ -76,6 +62,7 @@ struct ElementOf {
   }
 };
 
+/// The colours as CSS.
 std::string rules(std::array<unsigned char, 3> Paint::*colour) {
   std::string out;
   for (const Paint& paint : kPaints) {

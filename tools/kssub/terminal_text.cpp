@@ -6,7 +6,7 @@
 #include <algorithm>
 #include <iterator>
 
-#include "tools/kssub/columns.h"
+#include "tools/kssub/terminal_columns.h"
 
 namespace kssub {
 namespace {

@@ -9,11 +9,11 @@
 #include <utility>
 #include <vector>
 
-#include "tools/kssub/command_line.h"
 #include "tools/kssub/commands.h"
-#include "tools/kssub/new_file.h"
-#include "tools/kssub/picture_file.h"
-#include "tools/kssub/reading.h"
+#include "tools/kssub/common_options.h"
+#include "tools/kssub/open_parser.h"
+#include "tools/kssub/open_pictures.h"
+#include "tools/kssub/output_file.h"
 #include "tools/kssub/reading_speed.h"
 #include "tools/kssub/report_text.h"
 #include "tools/kssub/terminal_text.h"
@@ -41,10 +41,10 @@ Bar barOf(const ksImportCue& cue) {
 
 /// Notes are about lines of the file; the last of `shown` that begins above is where they belong.
 template <typename Shown>
-std::vector<Mark> marksOf(const ksImportReport& report, std::span<const Shown> shown) {
+std::vector<NoteMark> marksOf(const ksImportReport& report, std::span<const Shown> shown) {
   std::map<int, long long> startOfLine;
   for (const Shown& one : shown) startOfLine.try_emplace(one.line, one.start);
-  std::vector<Mark> marks;
+  std::vector<NoteMark> marks;
   for (const ksImportNote& note : report.notes()) {
     if (note.line == 0 || startOfLine.empty()) continue;
     auto place = startOfLine.upper_bound(note.line);
@@ -118,7 +118,7 @@ class Timeline : public Command {
     std::vector<Track> tracks;
     for (const std::string& path : paths_) tracks.push_back(trackOf({path, false, options_}));
     const Drawing drawing = drawTimeline(tracks);
-    NewFile file(output_);
+    OutputFile file(output_);
     file.write(output_.ends_with(".svg") ? svgOf(drawing) : pngOf(drawing));
     file.finish();
     return kSuccess;

@@ -1,4 +1,4 @@
-// A film's subtitles drawn over its time.
+// Draws when the subtitles of a film are shown.
 #include "tools/kssub/timeline_drawing.h"
 
 #include <algorithm>
@@ -16,7 +16,7 @@ constexpr double kMargin = 16;
 constexpr double kPlotLeft = 92;
 constexpr double kPlotWidth = 960;
 constexpr double kWidth = kPlotLeft + kPlotWidth + 2 * kMargin;
-constexpr double kLine = 18;  // of text
+constexpr double kLine = 18;  // a line of text
 constexpr double kBarHeight = 10;
 constexpr double kLaneHeight = kBarHeight + 1;
 constexpr double kRowPadding = 2;
@@ -25,7 +25,7 @@ constexpr double kMostHeight = 16000;
 constexpr std::size_t kMostLanes = 6;
 constexpr long long kMostRows = 1000;
 
-/// How long a row is, and how far apart its ticks are, in milliseconds.
+/// The length of a row and the distance of its ticks, in milliseconds.
 struct Scale {
   long long row;
   long long tick;
@@ -44,8 +44,7 @@ Scale coarser(const Scale& scale) {
 
 bool isShown(const Bar& bar) { return bar.end > std::max(bar.start, 0LL); }
 
-/// Which of the lanes of its track each bar is in: the first one that is free. What finds none is
-/// in the last one.
+/// The lane of each bar in its track: the first free one, or the last if none is free.
 std::vector<std::size_t> lanesOf(const std::vector<Bar>& bars) {
   std::vector<std::size_t> lanes;
   std::vector<long long> ends;  // of the last bar in each lane
@@ -60,11 +59,11 @@ std::vector<std::size_t> lanesOf(const std::vector<Bar>& bars) {
   return lanes;
 }
 
-/// What one track has in one row.
+/// The part of a track that is in one row.
 struct Cell {
   std::size_t lanes = 0;
   std::vector<std::pair<const Bar*, std::size_t>> bars;  // with their lanes
-  std::vector<const Mark*> marks;
+  std::vector<const NoteMark*> marks;
 
   double spaceForMarks() const { return marks.empty() ? 0 : kPointerSize; }
   double height() const {
@@ -72,7 +71,7 @@ struct Cell {
   }
 };
 
-/// The rows that have anything, by number, with a cell for each track.
+/// The rows that are not empty, by number, with a cell for each track.
 using Rows = std::map<long long, std::vector<Cell>>;
 
 double heightOf(const std::vector<Cell>& cells) {
@@ -81,17 +80,17 @@ double heightOf(const std::vector<Cell>& cells) {
   return height;
 }
 
-/// Spreads tracks over rows of one length.
-class Spreading {
+/// Distributes tracks over rows of equal length.
+class RowLayout {
  public:
-  Spreading(const std::vector<Track>& tracks, long long rowLength)
+  RowLayout(const std::vector<Track>& tracks, long long rowLength)
       : tracks_(tracks), rowLength_(rowLength) {}
 
-  /// Nothing if there would be too many rows.
+  /// std::nullopt if there would be too many rows.
   std::optional<Rows> rows() {
     for (std::size_t i = 0; i < tracks_.size(); ++i) {
-      if (!spreadBars(i)) return std::nullopt;
-      for (const Mark& mark : tracks_[i].marks) {
+      if (!layOutBars(i)) return std::nullopt;
+      for (const NoteMark& mark : tracks_[i].marks) {
         cell(std::max(mark.time, 0LL) / rowLength_, i).marks.push_back(&mark);
       }
     }
@@ -102,7 +101,7 @@ class Spreading {
   }
 
  private:
-  bool spreadBars(std::size_t track) {
+  bool layOutBars(std::size_t track) {
     const std::vector<Bar>& bars = tracks_[track].bars;
     const std::vector<std::size_t> lanes = lanesOf(bars);
     for (std::size_t i = 0; i < bars.size(); ++i) {
@@ -128,7 +127,7 @@ class Spreading {
   Rows rows_;
 };
 
-/// A length for which one row holds it all, or the minute.
+/// The shortest rows of which one holds everything; at most a minute.
 Scale finestFor(const std::vector<Track>& tracks) {
   long long end = 0;
   for (const Track& track : tracks) {
@@ -139,19 +138,14 @@ Scale finestFor(const std::vector<Track>& tracks) {
   return scale;
 }
 
-Role roleOf(const std::optional<double>& speed) {
-  if (!speed) return Role::kPicture;
-  if (*speed <= 15) return Role::kCalm;
-  if (*speed <= 20) return Role::kBrisk;
-  return *speed <= 25 ? Role::kFast : Role::kTooFast;
-}
+Role roleOf(const Bar& bar) { return bar.speed ? roleOfSpeed(*bar.speed) : Role::kPicture; }
 
 std::string withoutMilliseconds(long long time) {
   const std::string text = formatTime(time);
   return text.substr(0, text.find('.'));
 }
 
-/// Draws from the top to the bottom.
+/// Draws from top to bottom.
 class TimelineDrawer {
  public:
   TimelineDrawer(const std::vector<Track>& tracks, const Scale& scale)
@@ -198,11 +192,6 @@ class TimelineDrawer {
 
   void drawLegend() {
     constexpr double kSquare = 10;
-    constexpr std::pair<Role, const char*> kSpeeds[] = {
-        {Role::kCalm, "up to 15 characters a second"},
-        {Role::kBrisk, "up to 20"},
-        {Role::kFast, "up to 25"},
-        {Role::kTooFast, "more"}};
     double x = kMargin;
     y_ += kLine;
     const auto add = [&](Role role, const char* text, double width) {
@@ -215,7 +204,10 @@ class TimelineDrawer {
       x += width;
     };
     if (any([](const Bar& bar) { return bar.speed.has_value(); })) {
-      for (const auto& [role, text] : kSpeeds) add(role, text, role == Role::kCalm ? 210 : 90);
+      for (const auto& [role, most, text] : kSpeedColours) {
+        add(role, text, role == Role::kCalm ? 210 : 90);
+      }
+      add(Role::kTooFast, kTooFastCaption, 90);
     }
     if (any([](const Bar& bar) { return !bar.speed; })) add(Role::kPicture, "a picture", 100);
     const bool hasMarks =
@@ -233,7 +225,7 @@ class TimelineDrawer {
   void drawTicks() {
     y_ += kLine;
     for (long long tick = 0; tick <= scale_.row; tick += scale_.tick) {
-      label(Role::kFaintText, kPlotLeft + across(tick), y_, nameOf(tick), Anchor::kMiddle);
+      label(Role::kFaintText, kPlotLeft + widthOf(tick), y_, nameOf(tick), Anchor::kMiddle);
     }
     y_ += kRowGap;
   }
@@ -244,12 +236,12 @@ class TimelineDrawer {
     return std::to_string(tick / kMinute) + " min";
   }
 
-  /// What a length of time is on the plot.
-  double across(long long time) const {
+  /// The width of a length of time.
+  double widthOf(long long time) const {
     return static_cast<double>(time) / static_cast<double>(scale_.row) * kPlotWidth;
   }
 
-  /// One or two rows without anything are drawn, more are told of.
+  /// Up to two empty rows are drawn; more become a line of text.
   void drawGap(long long from, long long to) {
     if (to - from < 3) {
       for (; from < to; ++from) drawRow(from, std::vector<Cell>(tracks_.size()));
@@ -266,7 +258,7 @@ class TimelineDrawer {
     const double height = heightOf(cells);
     rectangle(Role::kBand, kPlotLeft, y_, kPlotWidth, height);
     for (long long tick = scale_.tick; tick < scale_.row; tick += scale_.tick) {
-      rectangle(Role::kGrid, kPlotLeft + across(tick) - 0.5, y_, 1, height);
+      rectangle(Role::kGrid, kPlotLeft + widthOf(tick) - 0.5, y_, 1, height);
     }
     double top = y_ + kRowPadding;
     const double baseLine = top + cells.front().spaceForMarks() + kBarHeight;
@@ -284,8 +276,8 @@ class TimelineDrawer {
   }
 
   void drawCell(long long rowStart, const Cell& cell, double top) {
-    for (const Mark* mark : cell.marks) {
-      const double x = kPlotLeft + across(std::max(mark->time, 0LL) - rowStart);
+    for (const NoteMark* mark : cell.marks) {
+      const double x = kPlotLeft + widthOf(std::max(mark->time, 0LL) - rowStart);
       drawing_.shapes.emplace_back(Pointer{Role::kNote, x, top + kPointerSize - 1, mark->hint});
     }
     top += cell.spaceForMarks();
@@ -294,18 +286,18 @@ class TimelineDrawer {
     }
   }
 
-  /// The part of the bar in this row, a pixel short, so that two that meet can be told apart.
+  /// The part of the bar in this row, a pixel short to separate bars that touch.
   void drawBar(long long rowStart, const Bar& bar, double top) {
-    const double left = across(std::max(bar.start, rowStart) - rowStart);
-    const double right = across(std::min(bar.end - rowStart, scale_.row));
-    rectangle(roleOf(bar.speed), kPlotLeft + left, top, std::max(right - left - 1, 1.0), kBarHeight,
+    const double left = widthOf(std::max(bar.start, rowStart) - rowStart);
+    const double right = widthOf(std::min(bar.end - rowStart, scale_.row));
+    rectangle(roleOf(bar), kPlotLeft + left, top, std::max(right - left - 1, 1.0), kBarHeight,
               bar.hint);
   }
 
   const std::vector<Track>& tracks_;
   Scale scale_;
   Drawing drawing_;
-  double y_ = 0;  // where the next thing is drawn
+  double y_ = 0;  // where to draw next
 };
 
 }  // namespace
@@ -313,7 +305,7 @@ class TimelineDrawer {
 Drawing drawTimeline(const std::vector<Track>& tracks) {
   constexpr long long kLongestRow = 1LL << 62;
   for (Scale scale = finestFor(tracks); scale.row < kLongestRow / 6; scale = coarser(scale)) {
-    std::optional<Rows> rows = Spreading(tracks, scale.row).rows();
+    std::optional<Rows> rows = RowLayout(tracks, scale.row).rows();
     if (rows) return TimelineDrawer(tracks, scale).draw(*rows);
   }
   throw std::runtime_error("too many files for one picture");

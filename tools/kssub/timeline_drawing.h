@@ -1,4 +1,4 @@
-// A film's subtitles drawn over its time.
+// Draws when the subtitles of a film are shown.
 #pragma once
 
 #include <optional>
@@ -9,31 +9,31 @@
 
 namespace kssub {
 
-/// Something that is shown. Times are milliseconds.
+/// A cue or picture. Times are in milliseconds.
 struct Bar {
   long long start;
   long long end;
-  std::optional<double> speed;  ///< Characters a second; nothing for a picture.
+  std::optional<double> speed;  ///< Characters per second; none for a picture.
   std::string hint;
 };
 
-/// A place where something is noted.
-struct Mark {
+/// A note on the file, placed in time.
+struct NoteMark {
   long long time;
   std::string hint;
 };
 
-/// What one file has.
+/// The contents of one file.
 struct Track {
   std::string name;
   std::string summary;
   std::vector<Bar> bars;  ///< By start.
-  std::vector<Mark> marks;
+  std::vector<NoteMark> marks;
 };
 
-/// Rows of a minute, or of longer if there would be too many, in which the tracks stand one under
-/// another, and the bars of one that overlap as well. Rows without anything are left out where
-/// several follow each other. Throws std::runtime_error if there are too many tracks for a picture.
+/// Draws rows of a minute, or longer ones if there would be too many. In a row the tracks are below
+/// one another, and so are bars of a track that overlap. Runs of empty rows are left out. Throws
+/// std::runtime_error if there are too many tracks for one drawing.
 Drawing drawTimeline(const std::vector<Track>& tracks);
 
 }  // namespace kssub

@@ -30,14 +30,14 @@ constexpr ClockForm kClock{1, '.', 2};
 
 constexpr std::string_view kWordJoiner = "\xE2\x81\xA0";
 
-/// "&HBBGGRR&"; nothing, which goes back to the style's own, for no colour.
+/// "&HBBGGRR&"; empty, which restores the colour of the style, for no colour.
 std::string colourValue(int colour) {
   if (colour == Style::kNoColour) return {};
   const int blueGreenRed = (colour & 0xFF) << 16 | (colour & 0xFF00) | (colour >> 16 & 0xFF);
   return std::string("&H").append(HtmlColour(blueGreenRed)) + '&';
 }
 
-/// The tags that lead from one style to another.
+/// The override tags that change one style into another.
 std::string overridesFor(const Style& from, const Style& to) {
   constexpr std::pair<bool Style::*, char> kSwitches[] = {{&Style::italic, 'i'},
                                                           {&Style::bold, 'b'},
@@ -52,12 +52,12 @@ std::string overridesFor(const Style& from, const Style& to) {
   return tags;
 }
 
-/// A text in braces is not shown, and behind a backslash some characters are codes. `rest` is what
-/// follows the characters, behind a block of overrides unless a line ends there.
+/// Text in braces would not be shown, and a backslash before some characters is a code. `rest` is
+/// the text after `characters`; a block of overrides precedes it unless it begins with a line feed.
 void appendCharacters(std::string& out, std::string_view characters, std::string_view rest) {
-  const char behind = rest.empty() || rest.front() == '\n' ? '\0' : '{';
+  const char after = rest.empty() || rest.front() == '\n' ? '\0' : '{';
   for (std::size_t i = 0; i < characters.size(); ++i) {
-    const char next = i + 1 < characters.size() ? characters[i + 1] : behind;
+    const char next = i + 1 < characters.size() ? characters[i + 1] : after;
     switch (characters[i]) {
       case '\n':
         out += "\\N";
@@ -93,7 +93,7 @@ void appendText(std::string& out, const OutgoingCue& cue) {
   });
 }
 
-/// Hundredths of a second, in milliseconds.
+/// Milliseconds, rounded to hundredths of a second.
 long long rounded(long long milliseconds) noexcept { return (milliseconds + 5) / 10 * 10; }
 
 }  // namespace

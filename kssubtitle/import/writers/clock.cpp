@@ -1,4 +1,4 @@
-// Times as the formats write them.
+// Times of day as text.
 #include "kssubtitle/import/writers/clock.h"
 
 #include <cstdio>

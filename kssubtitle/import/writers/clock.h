@@ -1,4 +1,4 @@
-// Times as the formats write them.
+// Times of day as text.
 #pragma once
 
 #include <string>
@@ -7,9 +7,9 @@ namespace kssubtitle::importing {
 
 /// How a time of hours, minutes and seconds is written.
 struct ClockForm {
-  int hourDigits;  ///< At least.
+  int hourDigits;  ///< The least number of them.
   char point;
-  int fractionDigits;  ///< 3 or 2, of which the third is cut off.
+  int fractionDigits;  ///< 3, or 2, in which case milliseconds are truncated to hundredths.
 };
 
 /// Requires: `milliseconds` is not negative.

@@ -1,4 +1,4 @@
-// Writes the texts alone.
+// Writes plain text: the texts of the cues alone.
 #include "kssubtitle/import/writers/writers.h"
 
 namespace kssubtitle::importing {

@@ -11,12 +11,12 @@
 namespace kssubtitle::importing {
 namespace {
 
-/// Takes characters and styles, and gives the text its form.
+/// Collects characters and their styles into a normalised text.
 class Builder {
  public:
   void setStyle(const Style& style) { style_ = style; }
 
-  /// Requires: no line ends.
+  /// Requires: `characters` contains no line ends.
   void append(std::string_view characters) {
     if (text_.characters.size() == lineBegin_) {
       characters.remove_prefix(leadingWhiteSpace(characters));
@@ -26,7 +26,7 @@ class Builder {
     extendRun(style_);
   }
 
-  /// A line feed looks like what stands before it.
+  /// The line feed belongs to the run before it.
   void endLine() {
     const std::string_view line = std::string_view(text_.characters).substr(lineBegin_);
     if (line.empty()) return;
@@ -48,7 +48,7 @@ class Builder {
     text_.runs.back().end = text_.characters.size();
   }
 
-  /// A line begins with a character that is no white space, so that a run is left.
+  /// A line begins with a character that is not white space, so at least one run remains.
   void cutTo(std::size_t size) {
     text_.characters.resize(size);
     while (text_.runs.size() > 1 && text_.runs[text_.runs.size() - 2].end >= size) {
@@ -62,42 +62,42 @@ class Builder {
   std::size_t lineBegin_ = 0;
 };
 
-/// Walks over a text with tags and entities.
+/// Reads a text with tags and entities into a Builder.
 class HtmlReader {
  public:
   HtmlReader(std::string_view text, Builder& out) : rest_(text), out_(out) {}
 
   void read() {
     while (!rest_.empty()) {
-      takeText(std::min(rest_.find_first_of("\n\r<&"), rest_.size()));
-      if (!rest_.empty()) takeSpecial();
+      consumeText(std::min(rest_.find_first_of("\n\r<&"), rest_.size()));
+      if (!rest_.empty()) consumeSpecial();
     }
   }
 
  private:
-  void takeText(std::size_t length) {
+  void consumeText(std::size_t length) {
     out_.append(rest_.substr(0, length));
     rest_.remove_prefix(length);
   }
 
-  void takeSpecial() {
-    if (rest_.front() == '<') return takeTag();
-    if (rest_.front() == '&') return takeEntity();
+  void consumeSpecial() {
+    if (rest_.front() == '<') return consumeTag();
+    if (rest_.front() == '&') return consumeEntity();
     out_.endLine();
     rest_.remove_prefix(1);
   }
 
-  void takeTag() {
+  void consumeTag() {
     const TagAtFront tag = tagAtFront(rest_);
-    if (tag.length == 0) return takeText(1);
+    if (tag.length == 0) return consumeText(1);
     applyTag(tag, style_);
     out_.setStyle(style_.style());
     rest_.remove_prefix(tag.length);
   }
 
-  void takeEntity() {
+  void consumeEntity() {
     const Entity entity = entityOf(rest_);
-    if (entity.length == 0) return takeText(1);
+    if (entity.length == 0) return consumeText(1);
     rest_.remove_prefix(entity.length);
     if (entity.character == '\n' || entity.character == '\r') return out_.endLine();
     std::string character;

@@ -1,4 +1,4 @@
-// The text of a cue with the style of each part, on its way into a file.
+// The text of a cue that is to be written, with the style of each part.
 #pragma once
 
 #include <cstddef>
@@ -11,7 +11,7 @@
 
 namespace kssubtitle::importing {
 
-/// Lines that neither begin nor end in white space, none of them empty, separated by line feeds.
+/// Non-empty lines without leading or trailing white space, separated by line feeds.
 struct StyledText {
   struct Run {
     std::size_t end;  ///< In `characters`.
@@ -19,15 +19,15 @@ struct StyledText {
   };
 
   std::string characters;
-  std::vector<Run> runs;  ///< One behind the other, up to the end; neighbours differ in style.
+  std::vector<Run> runs;  ///< Adjacent and complete; neighbours differ in style.
 };
 
-/// Any text: what is not UTF-8 becomes U+FFFD, and in kHtml anything but the tags and entities of
-/// the small set is text.
+/// Accepts any text: invalid UTF-8 becomes U+FFFD, and in kHtml whatever is not a tag or an entity
+/// of ksImportMarkup::kHtml is text.
 StyledText styledText(std::string_view text, ksImportMarkup markup);
 
 /// Calls `write` with the style of each run, where it begins and ends, and whether a line feed
-/// follows that belongs to neither run beside it.
+/// follows. That line feed is in no run, so that tags are closed before it.
 template <typename Write>
 void forEachRun(const StyledText& text, Write write) {
   std::size_t begin = 0;

@@ -11,8 +11,8 @@
 namespace kssubtitle::importing {
 namespace {
 
-/// Both times get the hours' digits that the end needs: some players look for the separators of the
-/// start where those of the end are.
+/// Both times have as many hour digits as the end needs: some players expect the separators of both
+/// in the same columns.
 std::string timesOf(const OutgoingCue& cue) {
   constexpr long long kHour = 3'600'000;
   const auto digits = static_cast<int>(std::to_string(cue.end / kHour).size());
@@ -31,7 +31,7 @@ std::string_view escapeOf(char c) noexcept {
   }
 }
 
-/// Escapes only what might not be read as it stands, as few players know entities.
+/// Escapes only what could be read as markup, because few players know entities.
 void appendCharacters(std::string& out, std::string_view all, std::size_t begin, std::size_t end) {
   for (std::size_t i = begin; i < end; ++i) {
     if (mayBeSubRipMarkup(all.substr(i))) {
@@ -55,9 +55,10 @@ std::string taggedText(const OutgoingCue& cue) {
   return out;
 }
 
-/// Writes the ends of all arrows as entities. Those of tags stand behind other characters.
+/// Escapes the heads of all arrows. The '>' that ends a tag follows other characters.
 void appendWithoutArrows(std::string& out, std::string_view line) {
-  constexpr std::string_view kBeforeArrowHead = "- \x93\x94";  // the last bytes of two dashes
+  constexpr std::string_view kBeforeArrowHead =
+      "- \x93\x94";  // \u2013 and \u2014 end in these bytes
   for (std::size_t i = 0; i < line.size(); ++i) {
     const bool isArrowHead =
         line[i] == '>' && i > 0 && kBeforeArrowHead.find(line[i - 1]) != line.npos;
@@ -69,19 +70,19 @@ void appendWithoutArrows(std::string& out, std::string_view line) {
   }
 }
 
-/// A line of text that looks like the times of a cue would begin one.
+/// A line of text that looks like the times of a cue would begin a cue.
 void appendLines(std::string& out, std::string_view text) {
-  bool isBelowNumber = false;
+  bool followsNumber = false;
   while (!text.empty()) {
     const std::size_t end = std::min(text.find('\n'), text.size());
     const std::string_view line = text.substr(0, end);
-    if (isSubRipTimeLine(line, isBelowNumber)) {
+    if (isSubRipTimeLine(line, followsNumber)) {
       appendWithoutArrows(out, line);
     } else {
       out += line;
     }
     out += '\n';
-    isBelowNumber = isNumber(withoutBlanks(line));
+    followsNumber = isNumber(withoutBlanks(line));
     text.remove_prefix(std::min(end + 1, text.size()));
   }
 }

@@ -1,5 +1,4 @@
 // Writes WebVTT.
-#include <algorithm>
 #include <set>
 
 #include "kssubtitle/import/markup/html_tags.h"
@@ -11,21 +10,22 @@ namespace {
 
 constexpr ClockForm kClock{2, '.', 3};
 
-/// The classes that every player colours by the standard.
+/// The classes whose colours the WebVTT standard defines.
 constexpr std::pair<int, std::string_view> kColourClasses[] = {
     {0xFFFFFF, "white"},  {0x00FF00, "lime"},    {0x00FFFF, "cyan"}, {0xFF0000, "red"},
     {0xFFFF00, "yellow"}, {0xFF00FF, "magenta"}, {0x0000FF, "blue"}, {0x000000, "black"}};
 
-bool hasColourClass(int colour) noexcept {
-  return std::any_of(std::begin(kColourClasses), std::end(kColourClasses),
-                     [colour](const auto& entry) { return entry.first == colour; });
+/// Empty if the standard defines none.
+std::string_view standardClassOf(int colour) noexcept {
+  for (const auto& [known, name] : kColourClasses) {
+    if (known == colour) return name;
+  }
+  return {};
 }
 
 std::string classOf(int colour) {
-  for (const auto& [known, name] : kColourClasses) {
-    if (known == colour) return std::string(name);
-  }
-  return std::string("color").append(HtmlColour(colour));
+  const std::string_view standard = standardClassOf(colour);
+  return standard.empty() ? std::string("color").append(HtmlColour(colour)) : std::string(standard);
 }
 
 void appendText(std::string& out, const StyledText& text) {
@@ -44,7 +44,7 @@ void appendText(std::string& out, const StyledText& text) {
   });
 }
 
-/// With a blank in front of each. Bottom and centre are what WebVTT does by itself.
+/// Each preceded by a space. Bottom and centre are the defaults of WebVTT.
 std::string settingsOf(int alignment) {
   constexpr std::string_view kRows[] = {"", " line:50%", " line:0"};
   constexpr std::string_view kColumns[] = {" align:left", "", " align:right"};
@@ -52,7 +52,7 @@ std::string settingsOf(int alignment) {
   return std::string(kRows[key / 3]).append(kColumns[key % 3]);
 }
 
-/// Tells players the colours of the classes that they do not know.
+/// Defines the colours of all other classes in use.
 std::string styleBlocks(OutgoingCues cues) {
   std::set<int> colours;
   for (const OutgoingCue& cue : cues) {
@@ -60,7 +60,7 @@ std::string styleBlocks(OutgoingCues cues) {
   }
   std::string out;
   for (const int colour : colours) {
-    if (colour == Style::kNoColour || hasColourClass(colour)) continue;
+    if (colour == Style::kNoColour || !standardClassOf(colour).empty()) continue;
     out += "\nSTYLE\n::cue(." + classOf(colour) + ") { color: #";
     out.append(HtmlColour(colour)) += "; }\n";
   }

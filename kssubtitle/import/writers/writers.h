@@ -1,4 +1,4 @@
-// The writers of all formats; each stands in a source of its own.
+// The writers of all formats, each in a source of its own.
 #pragma once
 
 #include <span>
@@ -8,11 +8,11 @@
 
 namespace kssubtitle::importing {
 
-/// A cue that a file can have: 0 <= start < end.
+/// A cue that every format can express: 0 <= start < end.
 struct OutgoingCue {
   long long start;
   long long end;
-  int alignment;  ///< As on a number pad.
+  int alignment;  ///< As on a numeric keypad.
   StyledText text;
 };
 using OutgoingCues = std::span<const OutgoingCue>;

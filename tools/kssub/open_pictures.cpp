@@ -1,5 +1,5 @@
 // A file of pictures: opened in the language that is asked for.
-#include "tools/kssub/picture_file.h"
+#include "tools/kssub/open_pictures.h"
 
 #include <unistd.h>
 

@@ -1,5 +1,5 @@
 // Files that appear or change only when all is written.
-#include "tools/kssub/new_file.h"
+#include "tools/kssub/output_file.h"
 
 #include <unistd.h>
 
@@ -12,7 +12,7 @@
 
 namespace kssub {
 
-NewFile::NewFile(const std::string& path)
+OutputFile::OutputFile(const std::string& path)
     : path_(path), temporaryPath_(path + "." + std::to_string(getpid()) + ".part") {
   std::error_code ignored;
   const auto status = std::filesystem::symlink_status(path, ignored);
@@ -23,15 +23,15 @@ NewFile::NewFile(const std::string& path)
   if (!file_) failBySystem();
 }
 
-NewFile::~NewFile() {
+OutputFile::~OutputFile() {
   if (!temporaryPath_.empty()) std::remove(temporaryPath_.c_str());
 }
 
-void NewFile::write(std::string_view bytes) {
+void OutputFile::write(std::string_view bytes) {
   if (std::fwrite(bytes.data(), 1, bytes.size(), file_.get()) != bytes.size()) failBySystem();
 }
 
-void NewFile::finish() {
+void OutputFile::finish() {
   if (std::fclose(file_.release()) != 0 ||
       std::rename(temporaryPath_.c_str(), path_.c_str()) != 0) {
     failBySystem();
@@ -39,10 +39,10 @@ void NewFile::finish() {
   temporaryPath_.clear();
 }
 
-void NewFile::fail(const std::string& reason) const {
+void OutputFile::fail(const std::string& reason) const {
   throw std::runtime_error(terminalText(path_) + ": cannot write: " + reason);
 }
 
-void NewFile::failBySystem() const { fail(std::generic_category().message(errno)); }
+void OutputFile::failBySystem() const { fail(std::generic_category().message(errno)); }
 
 }  // namespace kssub

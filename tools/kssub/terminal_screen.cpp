@@ -1,5 +1,5 @@
 // The whole terminal, taken over for a while.
-#include "tools/kssub/screen.h"
+#include "tools/kssub/terminal_screen.h"
 
 #include <fcntl.h>
 #include <poll.h>

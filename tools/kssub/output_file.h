@@ -11,13 +11,13 @@ namespace kssub {
 
 /// A file under a temporary name, beside the one that it becomes in the end. Every member throws
 /// std::runtime_error, naming the file, if that fails.
-class NewFile {
+class OutputFile {
  public:
   /// Only regular files are replaced: a device, such as the null device, would be gone.
-  explicit NewFile(const std::string& path);
-  NewFile(const NewFile&) = delete;
-  NewFile& operator=(const NewFile&) = delete;
-  ~NewFile();
+  explicit OutputFile(const std::string& path);
+  OutputFile(const OutputFile&) = delete;
+  OutputFile& operator=(const OutputFile&) = delete;
+  ~OutputFile();
 
   std::FILE* stream() { return file_.get(); }
   void write(std::string_view bytes);

@@ -6,8 +6,8 @@
 #include <string_view>
 #include <utility>
 
-#include "tools/kssub/edits.h"
-#include "tools/kssub/marked_text.h"
+#include "tools/kssub/convert_edits.h"
+#include "tools/kssub/tagged_text.h"
 #include "tools/kssub/terminal_text.h"
 
 namespace kssub {
@@ -157,7 +157,7 @@ std::string rest(std::string_view text, const Ranges& ranges, std::size_t begin,
 }
 
 /// Takes out the ranges, and the lines from which they take all letters and digits.
-void takeOut(MarkedText& text, Ranges ranges) {
+void takeOut(TaggedText& text, Ranges ranges) {
   const std::string_view all = text.characters();
   std::ranges::sort(ranges, {}, &TextRange::begin);
   Ranges lines;
@@ -171,7 +171,7 @@ void takeOut(MarkedText& text, Ranges ranges) {
 }
 
 void takeSoundsOut(EditedCue& cue) {
-  MarkedText text(cue.text);
+  TaggedText text(cue.text);
   const std::size_t size = text.characters().size();
   takeOut(text, bracketsIn(text.characters()));
   takeOut(text, namesIn(text.characters()));

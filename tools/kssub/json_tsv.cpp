@@ -1,5 +1,5 @@
 // Answers for other programs: records of named values.
-#include "tools/kssub/records.h"
+#include "tools/kssub/json_tsv.h"
 
 #include <CLI/CLI.hpp>
 #include <ostream>

@@ -10,7 +10,7 @@
 namespace kssub {
 
 /// From where on something is noticed; 0 of anything: never.
-struct ViewingLimits {
+struct CheckLimits {
   long long leastDuration = 500;  ///< Milliseconds that a cue is shown.
   long long leastGap = 80;        ///< Milliseconds between two cues: two frames of 25 a second.
   double mostSpeed = 25;          ///< Characters to read in a second.
@@ -27,6 +27,6 @@ struct Finding {
 };
 
 /// Of a parser's cues in plain text. Those that are never shown do not count.
-std::vector<Finding> findingsIn(std::span<const ksImportCue> cues, const ViewingLimits& limits);
+std::vector<Finding> findingsIn(std::span<const ksImportCue> cues, const CheckLimits& limits);
 
 }  // namespace kssub

@@ -1,5 +1,5 @@
 // What a viewer would notice of the cues of a film.
-#include "tools/kssub/viewing.h"
+#include "tools/kssub/check_limits.h"
 
 #include <algorithm>
 #include <cmath>
@@ -26,7 +26,7 @@ std::size_t longestLine(std::string_view text) {
 
 class Viewer {
  public:
-  explicit Viewer(const ViewingLimits& limits) : limits_(limits) {}
+  explicit Viewer(const CheckLimits& limits) : limits_(limits) {}
 
   void look(const ksImportCue& cue) {
     lookAtGap(cue);
@@ -74,7 +74,7 @@ class Viewer {
     add(Flaw::kLongLine, cue, "The cue has a line of " + counted(longest, "character") + ".");
   }
 
-  const ViewingLimits& limits_;
+  const CheckLimits& limits_;
   std::optional<long long> latestEnd_;
 };
 
@@ -99,7 +99,7 @@ void findOutOfOrder(std::span<const ksImportCue> cues, std::vector<Finding>& fin
 
 }  // namespace
 
-std::vector<Finding> findingsIn(std::span<const ksImportCue> cues, const ViewingLimits& limits) {
+std::vector<Finding> findingsIn(std::span<const ksImportCue> cues, const CheckLimits& limits) {
   Viewer viewer(limits);
   for (const ksImportCue& cue : cues) {
     if (isShown(cue)) viewer.look(cue);

@@ -15,10 +15,10 @@ struct TextRange {
 };
 
 /// The characters of a text apart from its tags, which stay where they are when characters go.
-class MarkedText {
+class TaggedText {
  public:
   /// Takes a text in ksImportMarkup::kHtml.
-  explicit MarkedText(std::string_view html);
+  explicit TaggedText(std::string_view html);
 
   /// UTF-8, lines separated by line feeds.
   const std::string& characters() const { return characters_; }

@@ -1,11 +1,11 @@
 // What shells are told so that they complete command lines of kssub.
-#include "tools/kssub/completion.h"
+#include "tools/kssub/shell_completion.h"
 
 #include <CLI/CLI.hpp>
 #include <string_view>
 #include <vector>
 
-#include "tools/kssub/command_line.h"
+#include "tools/kssub/common_options.h"
 #include "tools/kssub/formats.h"
 
 namespace kssub {

@@ -2,8 +2,8 @@
 #include <algorithm>
 #include <string_view>
 
-#include "tools/kssub/edits.h"
-#include "tools/kssub/marked_text.h"
+#include "tools/kssub/convert_edits.h"
+#include "tools/kssub/tagged_text.h"
 
 namespace kssub {
 namespace {
@@ -78,7 +78,7 @@ bool hasLongLine(std::string_view text, std::size_t width) {
 }
 
 void wrap(EditedCue& cue, std::size_t width) {
-  MarkedText text(cue.text);
+  TaggedText text(cue.text);
   if (!hasLongLine(text.characters(), width)) return;
   for (std::size_t begin = 0; begin < text.characters().size();) {
     const std::size_t end = paragraphEnd(text.characters(), begin);

@@ -3,7 +3,7 @@
 
 #include <optional>
 
-#include "tools/kssub/records.h"
+#include "tools/kssub/json_tsv.h"
 #include "tools/kssub/subtitle_file.h"
 
 namespace kssub {

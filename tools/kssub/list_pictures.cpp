@@ -1,11 +1,11 @@
 // The command `list` of a file of pictures: their times, sizes and places.
-#include "tools/kssub/picture_list.h"
+#include "tools/kssub/list_pictures.h"
 
 #include <algorithm>
 #include <iomanip>
 #include <iostream>
 
-#include "tools/kssub/picture_file.h"
+#include "tools/kssub/open_pictures.h"
 #include "tools/kssub/report_text.h"
 #include "tools/kssub/terminal_text.h"
 #include "tools/kssub/times.h"

@@ -1,5 +1,5 @@
 // Reads subtitle files through the import library.
-#include "tools/kssub/reading.h"
+#include "tools/kssub/open_parser.h"
 
 #include <algorithm>
 #include <array>

@@ -1,5 +1,5 @@
 // Arguments and options that several commands have.
-#include "tools/kssub/command_line.h"
+#include "tools/kssub/common_options.h"
 
 #include <iconv.h>
 
@@ -8,9 +8,9 @@
 #include <cmath>
 #include <optional>
 
-#include "tools/kssub/code_pages.h"
 #include "tools/kssub/formats.h"
 #include "tools/kssub/times.h"
+#include "tools/kssub/user_code_page.h"
 
 namespace kssub {
 namespace {
@@ -63,7 +63,7 @@ void addFile(CLI::App& app, FileRequest& request) {
 }
 
 std::vector<CLI::Option*> addReadingOptions(CLI::App& app, ksImportOptions& options) {
-  options.fallbackEncoding = codePageOfUser();
+  options.fallbackEncoding = userCodePage();
   const auto addEncoding = [&](const char* option, std::string& value, const char* description) {
     const auto set = [option, &value](const std::string& name) {
       requireEncoding(option, name);

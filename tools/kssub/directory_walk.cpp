@@ -1,5 +1,5 @@
 // Which subtitle files the arguments of a command mean.
-#include "tools/kssub/file_walk.h"
+#include "tools/kssub/directory_walk.h"
 
 #include <CLI/StringTools.hpp>
 #include <algorithm>

@@ -1,5 +1,5 @@
 // The code pages that subtitles have in the languages of the world: a table.
-#include "tools/kssub/code_pages.h"
+#include "tools/kssub/user_code_page.h"
 
 #include <cstdlib>
 
@@ -43,7 +43,7 @@ std::string_view codePageOf(std::string_view locale) noexcept {
   return "windows-1252";
 }
 
-std::string_view codePageOfUser() noexcept {
+std::string_view userCodePage() noexcept {
   for (const char* name : {"LC_ALL", "LC_CTYPE", "LANG"}) {
     const char* const locale = std::getenv(name);
     if (locale != nullptr && *locale != '\0') return codePageOf(locale);

@@ -1,5 +1,5 @@
 // What the command line can be told about itself: help, and what is wrong with it.
-#include "tools/kssub/usage.h"
+#include "tools/kssub/help.h"
 
 #include <unistd.h>
 
@@ -8,10 +8,10 @@
 #include <sstream>
 #include <vector>
 
-#include "tools/kssub/colours.h"
-#include "tools/kssub/columns.h"
-#include "tools/kssub/command_line.h"
+#include "tools/kssub/common_options.h"
 #include "tools/kssub/suggestion.h"
+#include "tools/kssub/terminal_colours.h"
+#include "tools/kssub/terminal_columns.h"
 #include "tools/kssub/terminal_text.h"
 
 namespace kssub {

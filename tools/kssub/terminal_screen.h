@@ -8,7 +8,7 @@
 #include <string>
 #include <vector>
 
-#include "tools/kssub/columns.h"
+#include "tools/kssub/terminal_columns.h"
 
 namespace kssub {
 

@@ -1,5 +1,5 @@
 // How text fits into the columns of a terminal.
-#include "tools/kssub/columns.h"
+#include "tools/kssub/terminal_columns.h"
 
 #include <sys/ioctl.h>
 

@@ -1,16 +1,16 @@
 // Pictures as PNG files, written by libpng.
-#include "tools/kssub/png_file.h"
+#include "tools/kssub/picture_png.h"
 
 #include <png.h>
 
 #include <cerrno>
 #include <system_error>
 
-#include "tools/kssub/new_file.h"
+#include "tools/kssub/output_file.h"
 
 namespace kssub {
 void writePng(const std::string& path, const ksImportPicture& picture) {
-  NewFile file(path);
+  OutputFile file(path);
   png_image png{};
   png.version = PNG_IMAGE_VERSION;
   png.width = static_cast<png_uint_32>(picture.width);

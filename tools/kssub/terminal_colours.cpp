@@ -1,5 +1,5 @@
 // Colours on a terminal.
-#include "tools/kssub/colours.h"
+#include "tools/kssub/terminal_colours.h"
 
 #include <unistd.h>
 

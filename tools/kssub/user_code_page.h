@@ -8,6 +8,6 @@ namespace kssub {
 /// The code page that is usual in the language of a locale such as "uk_UA.UTF-8".
 std::string_view codePageOf(std::string_view locale) noexcept;
 /// That of the locale which the environment names for characters.
-std::string_view codePageOfUser() noexcept;
+std::string_view userCodePage() noexcept;
 
 }  // namespace kssub

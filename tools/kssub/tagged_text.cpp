@@ -1,5 +1,5 @@
 // A text with style, as the import library has it.
-#include "tools/kssub/marked_text.h"
+#include "tools/kssub/tagged_text.h"
 
 #include <algorithm>
 #include <utility>
@@ -34,7 +34,7 @@ char takeCharacter(std::string_view& html) {
 
 }  // namespace
 
-MarkedText::MarkedText(std::string_view html) {
+TaggedText::TaggedText(std::string_view html) {
   while (!html.empty()) {
     if (html.front() != '<') {
       characters_ += takeCharacter(html);
@@ -46,7 +46,7 @@ MarkedText::MarkedText(std::string_view html) {
   }
 }
 
-void MarkedText::erase(std::vector<TextRange> ranges) {
+void TaggedText::erase(std::vector<TextRange> ranges) {
   std::ranges::sort(ranges, {}, &TextRange::begin);
   std::string kept;
   std::size_t done = 0;
@@ -67,7 +67,7 @@ void MarkedText::erase(std::vector<TextRange> ranges) {
   characters_ = std::move(kept);
 }
 
-std::string MarkedText::html() const {
+std::string TaggedText::html() const {
   std::string out;
   auto tag = tags_.begin();
   for (std::size_t i = 0; i <= characters_.size(); ++i) {
