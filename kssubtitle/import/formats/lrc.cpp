@@ -8,6 +8,7 @@
 #include "kssubtitle/import/formats/common/times.h"
 #include "kssubtitle/import/formats/formats.h"
 #include "kssubtitle/import/text/lines.h"
+#include "kssubtitle/import/text/scan.h"
 
 namespace kssubtitle::importing {
 namespace {
@@ -77,7 +78,7 @@ void writeLyrics(std::string_view text, CueText& out) {
       out.endLine();
       text.remove_prefix(kBreak.size());
     } else {
-      const std::size_t length = std::min(text.find_first_of("<[", 1), text.size());
+      const std::size_t length = 1 + findAny<'<', '['>(text.substr(1));
       out.append(text.substr(0, length));
       isAfterBlank = isBlank(text[length - 1]);
       text.remove_prefix(length);

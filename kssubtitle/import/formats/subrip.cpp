@@ -93,6 +93,7 @@ bool isCutShort(const WrittenTime& time, std::string_view rest) noexcept {
 std::optional<TimeLine> timeLineOf(std::string_view text, Above above) noexcept {
   const std::string_view whole = text;
   const auto start = consumeTime(text);
+  if (!start && above != Above::kNumber) return std::nullopt;
   const int arrow = takeArrow(text);
   if (arrow == 0) {
     return above == Above::kNumber && isBrokenTimeLine(whole) ? std::optional(TimeLine())

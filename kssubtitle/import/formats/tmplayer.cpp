@@ -38,7 +38,7 @@ bool consumeFractionOrNumber(std::string_view& text, TimedLine& line) noexcept {
 std::optional<TimedLine> timedLineOf(std::string_view text) noexcept {
   const bool isNegative = consumeCharacter(text, '-');
   const auto clock = consumeClock(text);
-  if (!clock || clock->fields != 3 || clock->mostDigits > 2 || text.empty()) return std::nullopt;
+  if (!clock || clock->fields != 3 || clock->isLong || text.empty()) return std::nullopt;
   TimedLine line;
   line.start = clock->seconds * 1000;
   const bool hasMore = text.front() == '.' || text.front() == ',';
