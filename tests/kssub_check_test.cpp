@@ -5,7 +5,7 @@
 
 namespace {
 
-// Each cue but the last has one flaw; the line of every cue is in its text.
+// Each cue except the last has one flaw; the text of every cue says its line.
 const std::string kFlawed =
     "1\n00:00:01,000 --> 00:00:01,499\nline 1: shown for 499 ms\n\n"
     "2\n00:00:01,578 --> 00:00:04,000\nline 5: 79 ms later\n\n"
@@ -16,7 +16,7 @@ const std::string kFlawed =
     "6\n00:00:09,999 --> 00:00:11,000\nline 22\n\n"
     "7\n00:00:11,080 --> 00:00:12,000\nline 26: fits\n";
 
-TEST_F(KssubTest, check_tells_what_a_viewer_notices) {
+TEST_F(KssubTest, check_reports_what_a_viewer_notices) {
   directory.write("film.srt", kFlawed);
   const std::string form =
       "film.srt: subrip, UTF-8 \\(valid throughout\\), LF, 7 cues, 0:00:12.000\n";
@@ -25,10 +25,10 @@ TEST_F(KssubTest, check_tells_what_a_viewer_notices) {
   expectRun("check film.srt",
             form +
                 "film.srt:1: The cue is shown for only 499 ms\\.\n"
-                "film.srt:5: The cue begins only 79 ms after the one before it ends\\.\n"
-                "film.srt:9: The cue has 26 characters to read in a second\\.\n"
+                "film.srt:5: The cue begins only 79 ms after the previous one ends\\.\n"
+                "film.srt:9: The cue must be read at 26 characters per second\\.\n"
                 "film.srt:14: The cue has a line of 43 characters\\.\n"
-                "film.srt:18: The cue begins before one that stands above it\\.\n"
+                "film.srt:18: The cue begins before one that precedes it in the file\\.\n"
                 "film.srt:22: The cue begins while an earlier one is still shown\\.\n" +
                 fixed,
             "", 1);
@@ -69,7 +69,7 @@ TEST_F(KssubTest, check_looks_into_directories) {
   expectRun("check", "", "kssub: .*\n.*\n", 2);
 }
 
-TEST_F(KssubTest, check_shortens_what_comes_often) {
+TEST_F(KssubTest, check_abbreviates_frequent_problems) {
   std::string film;
   std::string script = "[Events]\n";
   for (int i = 0; i < 1200; ++i) {
@@ -85,10 +85,10 @@ TEST_F(KssubTest, check_shortens_what_comes_often) {
             "", 0);
   expectRun("check film.srt --all | wc -l", "\\s*1004\n", "", 0);
   expectRun("check layers.ass",
-            "layers.ass: .*\nlayers.ass: .* \\(script, .*; --all tells why\\)\\.\n", "", 0);
+            "layers.ass: .*\nlayers.ass: .* \\(script, .*; --all explains\\)\\.\n", "", 0);
 }
 
-TEST_F(KssubTest, check_lets_formats_without_order_be) {
+TEST_F(KssubTest, check_accepts_formats_without_order) {
   directory.write("song.lrc", "[00:09.00]C\n[00:01.00]A\n[00:05.00]B\n");
   directory.write("layers.ttml",
                   "<tt xmlns='http://www.w3.org/ns/ttml'><body><div>"
@@ -98,7 +98,7 @@ TEST_F(KssubTest, check_lets_formats_without_order_be) {
             "", 0);
 }
 
-TEST_F(KssubTest, check_shows_a_bar_on_a_terminal) {
+TEST_F(KssubTest, check_shows_progress_on_a_terminal) {
   directory.write("a.srt", kFlawed);
   directory.write("b.srt", kFlawed);
   int terminal = -1;

@@ -95,7 +95,7 @@ TEST_F(KssubTest, convert_in_place_keeps_a_backup) {
   EXPECT_EQ(after.out, kFilm + "1\n640\n4\n");
 }
 
-TEST_F(KssubTest, convert_refuses_what_it_cannot_do) {
+TEST_F(KssubTest, convert_rejects_what_it_cannot_do) {
   directory.write("film.srt", kFilm);
   for (const char* arguments :
        {"film.srt", "film.srt film.xyz", "film.srt a.srt --to x", "--in-place film.srt a.srt",
@@ -112,7 +112,7 @@ TEST_F(KssubTest, convert_refuses_what_it_cannot_do) {
   expectRun("convert film.srt a.srt --from 1:00:00", "", "kssub: film.srt: no cue is left\n", 1);
   EXPECT_EQ(countFiles(directory.path("")), 1);
   directory.write("film.srt", kFilm + kFilm.substr(kFilm.rfind("\n6\n")));
-  expectRun("convert film.srt a.srt", "", "film.srt: 1 cue that repeats .*\nfilm.srt: 1 .*\n", 0);
+  expectRun("convert film.srt a.srt", "", "film.srt: 1 duplicate cue .*\nfilm.srt: 1 .*\n", 0);
 }
 
 }  // namespace

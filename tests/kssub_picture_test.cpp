@@ -51,7 +51,7 @@ TEST_F(PictureTest, pictures_become_png_files) {
       {"a.idx 1:00:01 no.png", "a.idx: no picture at 1:00:00.000: .* inside it[.]"},
       {"a.idx 500000 no.png", "a.idx: no picture is shown at 0:08:20.000"},
       {"a.idx 0 no.png --language zz", "a.idx: no language zz; it has en, de"},
-      {"a.idx 0 no.png --stream 1", "a.idx: there is no language of the index 1"},
+      {"a.idx 0 no.png --stream 1", "a.idx: there is no language with index 1"},
       {"a.idx 0 d.png", "d.png: cannot write: not a regular file"}};
   for (const auto& [arguments, reason] : failures) {
     expectRun(std::string("picture ") + arguments, "", std::string("kssub: ") + reason + "\n", 1);

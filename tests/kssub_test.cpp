@@ -10,7 +10,7 @@ namespace {
 
 const std::string kPlain =
     "1\n00:00:01,000 --> 00:00:02,000\nHello\nthere\n\n2\n00:00:02,500 --> 00:00:03,000\nBye\n";
-// The long cue is seen only between the two that follow it.
+// The long cue is visible only between the two that follow it.
 const std::string kOverlap =
     "1\n00:00:02,000 --> 00:00:09,000\nlong\n2\n00:00:02,000 --> 00:00:03,000\nfirst\n"
     "3\n00:00:05,000 --> 00:00:09,000\nlast\n4\n00:00:08,000 --> 00:00:01,000\nbackwards\n";
@@ -79,7 +79,7 @@ TEST_F(KssubTest, commands_print_answers) {
       {"--version", "kssub \\d+\\.\\d+\\.\\d+\n"},
       {"help", "[^]*\n  list  +Print every cue[^]*"},
       {"help play",
-       "Show each cue in its time\\.\n[^]*\nExamples:\n  kssub play [^]*TIME is in [^]*"},
+       "Show the cues in real time\\.\n[^]*\nExamples:\n  kssub play [^]*TIME is in [^]*"},
   };
   for (const auto& [arguments, out] : cases) expectRun(arguments, out, "", 0);
   expectRun("play plain.srt --from 3000", "", "kssub: plain.srt: nothing left to play, .*\n", 0);
@@ -103,7 +103,7 @@ TEST_F(KssubTest, json_holds_any_text_in_the_order_of_the_file) {
             "", 0);
 }
 
-TEST_F(KssubTest, encoding_is_found_given_or_usual_where_the_user_lives) {
+TEST_F(KssubTest, encoding_is_detected_given_or_usual_for_the_user) {
   directory.write("code-page.srt", "1\n00:00:01,000 --> 00:00:02,000\n\xe9\xe3\xf0\n");
   const struct {
     std::string locale, options, text, encoding;
@@ -121,7 +121,7 @@ TEST_F(KssubTest, encoding_is_found_given_or_usual_where_the_user_lives) {
   }
 }
 
-TEST_F(KssubTest, languages_are_told) {
+TEST_F(KssubTest, languages_are_listed) {
   directory.write(
       "two.ttml",
       "<tt xmlns='http://www.w3.org/ns/ttml'><body><div xml:lang='en'><p begin='1s' "
@@ -163,7 +163,7 @@ TEST_F(KssubTest, fixed_readers_note_odd_forms_in_one_line_before_the_answers) {
   expectRun("list --exact long.srt", "", "kssub: long.srt: cannot open: .* 20000 lines\n", 1);
 }
 
-TEST_F(KssubTest, failures_are_told_apart_by_exit_status) {
+TEST_F(KssubTest, failures_have_exit_statuses_of_their_own) {
   directory.write("plain.srt", kPlain);
   directory.write("plain.txt", kPlain);
   directory.write("empty.srt", "");
@@ -226,7 +226,7 @@ class OnTerminal {
   OnTerminal& operator=(const OnTerminal&) = delete;
   ~OnTerminal() { close(terminal_); }
 
-  /// What comes up to `end`, or, as form feeds never come, all of it.
+  /// Output up to `end`; all of it by default, because form feeds never occur.
   std::string read(std::string_view end = "\f") {
     std::string screen;
     for (char c = 0; !screen.ends_with(end) && ::read(terminal_, &c, 1) == 1;) screen += c;
@@ -253,9 +253,9 @@ class OnTerminal {
 };
 
 const std::string kTaken = "\033[?1049h\033[?25l\033[2J";
-const std::string kGivenBack = "\033[?25h\033[?1049l";
+const std::string kRestored = "\033[?25h\033[?1049l";
 
-TEST_F(KssubTest, play_gives_the_terminal_back_however_it_ends) {
+TEST_F(KssubTest, play_restores_the_terminal_however_it_ends) {
   const std::string file = directory.write("plain.srt", kPlain);
   for (const int signal : {SIGINT, SIGTERM, SIGHUP, SIGQUIT}) {
     OnTerminal run("play " + file + " --from 1000 --speed 0.2");
@@ -263,7 +263,7 @@ TEST_F(KssubTest, play_gives_the_terminal_back_however_it_ends) {
               kTaken + "\033[2;1H\033[2K            Hello\033[3;1H\033[2K            there");
     EXPECT_FALSE(run.isLinewise());
     run.send(signal);
-    EXPECT_TRUE(run.read(kGivenBack).ends_with(kGivenBack));
+    EXPECT_TRUE(run.read(kRestored).ends_with(kRestored));
     const int status = run.status();
     EXPECT_TRUE(run.isLinewise());
     EXPECT_TRUE(WIFSIGNALED(status));
@@ -271,19 +271,19 @@ TEST_F(KssubTest, play_gives_the_terminal_back_however_it_ends) {
   }
 }
 
-TEST_F(KssubTest, play_obeys_keys_and_takes_the_terminal_again_after_a_stop) {
+TEST_F(KssubTest, play_obeys_keys_and_resumes_the_terminal_after_a_stop) {
   const std::string file = directory.write("plain.srt", kPlain + "3\n0:0:20,0 --> 0:0:21,0\n.\n");
   OnTerminal run("play - --speed 0.01 <" + file);
   run.read(kTaken);
   run.type(" \033[C");
   EXPECT_NE(run.read("0:00:05 / 0:00:21  paused").find("0:00:00 / 0:00:21"), std::string::npos);
   run.send(SIGTSTP);  // not obeyed by a process that nobody could continue
-  EXPECT_TRUE(run.read(kTaken).ends_with(kGivenBack + kTaken));
+  EXPECT_TRUE(run.read(kTaken).ends_with(kRestored + kTaken));
   run.read("0:00:05 / 0:00:21  paused");
   run.type("\033OD\033[A\033[D ");
   run.read("0:00:00 / 0:00:21");
   run.type("q");
-  EXPECT_TRUE(run.read().ends_with(kGivenBack));
+  EXPECT_TRUE(run.read().ends_with(kRestored));
   EXPECT_EQ(run.status(), 0);
 }
 
@@ -300,7 +300,7 @@ TEST_F(KssubTest, shells_complete_command_lines) {
   EXPECT_EQ(completed("kssub play --f"), "--fallback --format --fps --from\n");
   EXPECT_EQ(completed("kssub play --format web"), "webvtt\n");
   EXPECT_EQ(completed("kssub play fi"), "\n");
-  expectRun("completion sh", "", "kssub: \"sh\" is none of .*\n.*\n", 2);
+  expectRun("completion sh", "", "kssub: \"sh\" is not .*\n.*\n", 2);
 }
 
 TEST_F(KssubTest, tables_fit_the_terminal) {

@@ -1,11 +1,11 @@
-// The timeline that the host program draws, as its files tell of it.
+// The command `timeline` of the host program.
 #include "kssub_run.h"
 
 namespace {
 
 class TimelineTest : public KssubTest {
  protected:
-  /// The picture of these files.
+  /// The drawing of these files.
   std::string drawn(const std::string& files) const {
     expectRun("timeline " + files + " out.svg", "", "", 0);
     return contentOf(directory.path("out.svg"));
@@ -21,7 +21,7 @@ class TimelineTest : public KssubTest {
   }
 };
 
-TEST_F(TimelineTest, bars_stand_where_and_as_long_as_cues_are_shown) {
+TEST_F(TimelineTest, bars_are_where_cues_are_shown) {
   directory.write("film.srt",
                   "1\n00:00:03,000 --> 00:00:06,000\n<b>a</b> & \xEF\xBF\xBF\x1b\n\n"
                   "2\n00:00:05,000 --> 00:00:09,000\n" +
@@ -33,7 +33,7 @@ TEST_F(TimelineTest, bars_stand_where_and_as_long_as_cues_are_shown) {
   // A pixel is 15.625 ms; the second cue is below the others, of which one ends where one begins.
   expectFound(svg,
               "<rect class=\"calm\" x=\"284.0\" y=\"84.0\" width=\"191.0\" height=\"10.0\"><title>"
-              "0:00:03.000 \u2013 0:00:06.000, 2 characters a second\na &amp; \uFFFD\u241b");
+              "0:00:03.000 \u2013 0:00:06.000, 2 characters per second\na &amp; \uFFFD\u241b");
   expectFound(svg, "<rect class=\"brisk\" x=\"412.0\" y=\"95.0\" width=\"255.0\"");
   expectFound(svg, "<rect class=\"fast\" x=\"476.0\" y=\"84.0\" width=\"127.0\"");
   expectFound(svg, "<rect class=\"too-fast\" x=\"668.0\" y=\"84.0\" width=\"63.0\"");
@@ -50,7 +50,7 @@ TEST_F(TimelineTest, long_films_have_rows_and_several_files_share_them) {
   expectFound(svg, "x=\"92.0\" y=\"115.0\" width=\"15.0\" height=\"10.0\"><title>-0:00:09.000");
   expectFound(svg, ">nothing from 0:03:00 to 9:59:00</text>");
   EXPECT_EQ(count(svg, ">2</text>"), 4);
-  // Neither a cue of many years nor many at once make a picture that nobody can open.
+  // Neither a cue of many years nor many at once make a drawing that nobody can open.
   std::string many = "1\n0:00:00,000 --> 99999999:00:00,000\nx\n\n";
   for (int i = 0; i < 100; ++i) many += "1\n0:00:00,000 --> 0:00:01,000\nx\n\n";
   directory.write("b.srt", many);
@@ -60,13 +60,13 @@ TEST_F(TimelineTest, long_films_have_rows_and_several_files_share_them) {
   EXPECT_LT(std::stoi(size[1]), 20000);
 }
 
-TEST_F(TimelineTest, documented_picture_is_what_the_program_draws) {
+TEST_F(TimelineTest, documented_drawing_is_what_the_program_draws) {
   const std::string film = PROJECT_ROOT "/examples/film/lighthouse";
   EXPECT_EQ(drawn(film + ".srt " + film + "-ru.srt " + film + "-signs.ass"),
             contentOf(PROJECT_ROOT "/docs/timeline.svg"));
 }
 
-TEST_F(TimelineTest, pictures_are_png_files_too_and_appear_whole_or_not_at_all) {
+TEST_F(TimelineTest, drawings_can_be_png_and_appear_complete_or_not_at_all) {
   directory.write("film.srt", "1\n0:00:03,000 --> 0:00:06,000\nx\n");
   expectRun("timeline film.srt - out.png <film.srt", "", "", 0);
   const std::string png = contentOf(directory.path("out.png"));

@@ -42,7 +42,7 @@ class At : public Command {
     const auto addTimes = [this](const std::vector<std::string>& texts) {
       for (const std::string& text : texts) times_.push_back(requireTime(text));
     };
-    app.add_option_function<std::vector<std::string>>("TIME", addTimes, "Times to ask for")
+    app.add_option_function<std::vector<std::string>>("TIME", addTimes, "The times")
         ->required()
         ->type_name("");
     addOutput(app, output_);

@@ -31,7 +31,7 @@ constexpr int kUnreadable = 3;
 constexpr std::size_t kUsually = 10;
 constexpr std::size_t kAll = std::string::npos;
 
-/// What is wrong at a line, from the report or from a look at the cues.
+/// A problem at a line, from the report or from check_limits.h.
 struct Remark {
   int kind;
   int line;
@@ -44,7 +44,7 @@ const ksImportFormat& formatOf(const ksImportReport& report) {
   return **std::ranges::find(ksImportFormats(), report.format(), &ksImportFormat::name);
 }
 
-/// Whether files of the format are like that by its nature.
+/// Whether the problem is normal in files of the format.
 bool isUsual(const ksImportFormat& format, ksImportProblem problem) {
   switch (problem) {
     case ksImportProblem::kOverlap:
@@ -90,7 +90,8 @@ void printLine(const std::string& place, const std::string& sentence) {
   std::cout << terminalText(place) << ": " << terminalText(sentence) << '\n';
 }
 
-/// How the fixed readers answer a file. A single condition is told in full, unless all are below.
+/// How the fixed readers answer a file. A single condition is explained, unless all are explained
+/// below.
 std::string answerOfFixedReaders(const std::vector<ksImportCondition>& unmet, bool showsAll) {
   if (unmet.empty()) return "The fixed readers answer the file as it is meant.";
   const std::string otherwise = "The fixed readers may answer it otherwise";
@@ -98,7 +99,7 @@ std::string answerOfFixedReaders(const std::vector<ksImportCondition>& unmet, bo
   std::vector<std::string> names;
   names.reserve(unmet.size());
   for (const ksImportCondition& condition : unmet) names.emplace_back(condition.name);
-  return otherwise + " (" + joined(names, ", ") + (showsAll ? ")." : "; --all tells why).");
+  return otherwise + " (" + joined(names, ", ") + (showsAll ? ")." : "; --all explains).");
 }
 
 class TextReport {
@@ -109,7 +110,7 @@ class TextReport {
   void print(ksImportParser& parser, const Remarks& remarks) {
     printForm(parser);
     for (const Remark& remark : remarks) printRemark(remark);
-    countThoseNotKept(parser.report());
+    countOmitted(parser.report());
     for (const auto& [number, kind] : kinds_) printRest(kind);
     printFixedReaders(parser.report());
   }
@@ -147,7 +148,7 @@ class TextReport {
     printLine(name_ + place, remark.sentence);
   }
 
-  void countThoseNotKept(const ksImportReport& report) {
+  void countOmitted(const ksImportReport& report) {
     for (const ksImportProblem problem : ksImportProblems()) {
       if (report.count(problem) == 0 || isUsual(formatOf(report), problem)) continue;
       Kind& kind = kinds_[static_cast<int>(problem)];
@@ -218,7 +219,7 @@ void printObject(const std::string& name, ksImportParser& parser, const Remarks&
 class Check : public Command {
  public:
   Introduction introduction() const override {
-    return {"check", "Tell what is wrong with subtitle files",
+    return {"check", "Report what is wrong with subtitle files",
             "kssub check film.srt\n"
             "kssub check --max-speed 20 --max-line 0 subtitles/\n"
             "kssub check --json films/ | jq -r 'select(.encoding != \"UTF-8\").file'\n"};
@@ -229,16 +230,16 @@ class Check : public Command {
                    "Subtitle files, directories of them, or - for standard input")
         ->required()
         ->type_name("");
-    app.add_flag("--json", asJson_, "Print one JSON object a line for each file");
+    app.add_flag("--json", asJson_, "Print one JSON object per file, each on one line");
     app.add_flag("--all", showsAll_,
-                 "Print every note, not only the first ten of a kind, and what the fixed "
+                 "Print every problem, not just the first ten of a kind, and what the fixed "
                  "readers need");
     addLimits(app);
     addReadingOptions(app, request_.options);
     app.footer(
         "Exit status: 0 if nothing is wrong or there is no subtitle file, 1 if something is "
         "wrong,\n"
-        "2 on a wrong command line, 3 if a file cannot be read.");
+        "2 for a wrong command line, 3 if a file cannot be read.");
   }
 
   int run() override {
@@ -267,19 +268,19 @@ class Check : public Command {
     };
     addTime(
         "--min-duration", [this](long long time) { limits_.leastDuration = time; },
-        "Note cues that are shown for less (500); 0 for none");
+        "Report cues that are shown for less time (500); 0 turns this off");
     addTime(
         "--min-gap",
         [this](long long time) {
           limits_.leastGap = time;
           isGapSet_ = true;
         },
-        "Note cues that follow another in less (two frames, or 80); 0 for none");
+        "Report cues that follow another one sooner (two frames, or 80); 0 turns this off");
     app.add_option("--max-speed", limits_.mostSpeed,
-                   "Note cues with more characters to read in a second (25); 0 for none")
+                   "Report cues with more characters per second (25); 0 turns this off")
         ->type_name("NUMBER");
     app.add_option("--max-line", limits_.mostCharacters,
-                   "Note cues with lines of more characters (42); 0 for none")
+                   "Report cues with more characters in a line (42); 0 turns this off")
         ->type_name("NUMBER");
   }
 
@@ -321,7 +322,7 @@ class Check : public Command {
   bool isGapSet_ = false;
   bool asJson_ = false;
   bool showsAll_ = false;
-  bool hasSubtitles_ = false;  // or what should be such
+  bool hasSubtitles_ = false;  // or files that claim to be subtitles
   int status_ = kSuccess;
 };
 

@@ -1,4 +1,4 @@
-// What a viewer would notice of the cues of a film.
+// Finds the cues that exceed the limits of the command `check`.
 #include "tools/kssub/check_limits.h"
 
 #include <algorithm>
@@ -24,14 +24,14 @@ std::size_t longestLine(std::string_view text) {
   return longest;
 }
 
-class Viewer {
+class LimitChecker {
  public:
-  explicit Viewer(const CheckLimits& limits) : limits_(limits) {}
+  explicit LimitChecker(const CheckLimits& limits) : limits_(limits) {}
 
-  void look(const ksImportCue& cue) {
-    lookAtGap(cue);
-    lookAtSpeed(cue);
-    lookAtLines(cue);
+  void check(const ksImportCue& cue) {
+    checkGap(cue);
+    checkSpeed(cue);
+    checkLines(cue);
     latestEnd_ = std::max(latestEnd_.value_or(cue.end), cue.end);
   }
 
@@ -42,17 +42,17 @@ class Viewer {
     findings.push_back({flaw, cue.line, std::move(sentence)});
   }
 
-  void lookAtGap(const ksImportCue& cue) {
+  void checkGap(const ksImportCue& cue) {
     if (!latestEnd_) return;
-    constexpr long long kNone = 1;  // where the last millisecond of a cue is written as its end
+    constexpr long long kNone = 1;  // some files give the last millisecond of a cue as its end
     const long long gap = cue.start - *latestEnd_;
     if (gap <= kNone || gap >= limits_.leastGap) return;
     add(Flaw::kShortGap, cue,
-        "The cue begins only " + std::to_string(gap) + " ms after the one before it ends.");
+        "The cue begins only " + std::to_string(gap) + " ms after the previous one ends.");
   }
 
-  /// Whoever cannot see a text need not be told that it is too long to read.
-  void lookAtSpeed(const ksImportCue& cue) {
+  /// A cue that is too short to be seen is not reported as too long to read, too.
+  void checkSpeed(const ksImportCue& cue) {
     const long long duration = cue.end - cue.start;
     if (duration < limits_.leastDuration) {
       return add(Flaw::kFlash, cue,
@@ -61,11 +61,11 @@ class Viewer {
     const double speed = charactersPerSecond(cue);
     if (limits_.mostSpeed <= 0 || speed <= limits_.mostSpeed) return;
     add(Flaw::kTooFast, cue,
-        "The cue has " + std::to_string(std::llround(std::ceil(speed))) +
-            " characters to read in a second.");
+        "The cue must be read at " + std::to_string(std::llround(std::ceil(speed))) +
+            " characters per second.");
   }
 
-  void lookAtLines(const ksImportCue& cue) {
+  void checkLines(const ksImportCue& cue) {
     const std::size_t longest = longestLine(cue.text);
     if (limits_.mostCharacters <= 0 ||
         longest <= static_cast<std::size_t>(limits_.mostCharacters)) {
@@ -82,7 +82,7 @@ bool isShown(const ksImportCue& cue) {
   return cue.end > std::max(cue.start, 0LL) && !cue.isDuplicate;
 }
 
-/// Those that begin before one that stands above them in the file.
+/// Cues that begin before one that precedes them in the file.
 void findOutOfOrder(std::span<const ksImportCue> cues, std::vector<Finding>& findings) {
   std::vector<ksImportCue> inFile;
   std::ranges::copy_if(cues, std::back_inserter(inFile), isShown);
@@ -91,7 +91,7 @@ void findOutOfOrder(std::span<const ksImportCue> cues, std::vector<Finding>& fin
   for (const ksImportCue& cue : inFile) {
     if (cue.start < latestStart) {
       findings.push_back(
-          {Flaw::kOutOfOrder, cue.line, "The cue begins before one that stands above it."});
+          {Flaw::kOutOfOrder, cue.line, "The cue begins before one that precedes it in the file."});
     }
     latestStart = std::max(latestStart, cue.start);
   }
@@ -100,12 +100,12 @@ void findOutOfOrder(std::span<const ksImportCue> cues, std::vector<Finding>& fin
 }  // namespace
 
 std::vector<Finding> findingsIn(std::span<const ksImportCue> cues, const CheckLimits& limits) {
-  Viewer viewer(limits);
+  LimitChecker checker(limits);
   for (const ksImportCue& cue : cues) {
-    if (isShown(cue)) viewer.look(cue);
+    if (isShown(cue)) checker.check(cue);
   }
-  if (limits.ordersCount) findOutOfOrder(cues, viewer.findings);
-  return std::move(viewer.findings);
+  if (limits.ordersCount) findOutOfOrder(cues, checker.findings);
+  return std::move(checker.findings);
 }
 
 }  // namespace kssub

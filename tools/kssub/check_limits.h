@@ -1,4 +1,4 @@
-// What a viewer would notice of the cues of a film.
+// The limits of the command `check`, and which cues exceed them.
 #pragma once
 
 #include <span>
@@ -9,13 +9,13 @@
 
 namespace kssub {
 
-/// From where on something is noticed; 0 of anything: never.
+/// What is reported, and from which value on; 0: never.
 struct CheckLimits {
   long long leastDuration = 500;  ///< Milliseconds that a cue is shown.
-  long long leastGap = 80;        ///< Milliseconds between two cues: two frames of 25 a second.
-  double mostSpeed = 25;          ///< Characters to read in a second.
+  long long leastGap = 80;        ///< Milliseconds between two cues: two frames at 25 per second.
+  double mostSpeed = 25;          ///< Characters per second.
   int mostCharacters = 42;        ///< Characters in a line.
-  bool ordersCount = true;        ///< Whether cues should stand in the file by time.
+  bool ordersCount = true;        ///< Whether cues that are not in order of time are reported.
 };
 
 enum class Flaw { kFlash, kShortGap, kTooFast, kLongLine, kOutOfOrder };
@@ -26,7 +26,7 @@ struct Finding {
   std::string sentence;
 };
 
-/// Of a parser's cues in plain text. Those that are never shown do not count.
+/// What is wrong with the cues of a parser, in plain text. Cues that are never shown do not count.
 std::vector<Finding> findingsIn(std::span<const ksImportCue> cues, const CheckLimits& limits);
 
 }  // namespace kssub

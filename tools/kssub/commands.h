@@ -1,4 +1,4 @@
-// The commands of kssub: each is a class of its own in a source of its own, which this lists.
+// The commands of kssub, each a class in a source of its own.
 #pragma once
 
 #include <memory>
@@ -9,7 +9,7 @@ class App;
 
 namespace kssub {
 
-/// What the help tells of a command.
+/// How the help introduces a command.
 struct Introduction {
   const char* name;      ///< As it is typed.
   const char* summary;   ///< One sentence without a full stop, as an order.
@@ -25,11 +25,11 @@ class Command {
 
   virtual Introduction introduction() const = 0;
   /// Adds the command's arguments and options to `app`, which is of this command alone and is not
-  /// used after it. A footer that is set here stands below the examples.
+  /// used after it. A footer that is set here appears below the examples.
   virtual void addOptions(CLI::App& app) = 0;
-  /// Does what the command line asks for and returns the exit status. Writes to std::cout, whose
-  /// state tells of failed writes. Throws std::runtime_error when a file cannot be read or written,
-  /// and CLI::ParseError when the command line is wrong after all.
+  /// Runs the command and returns the exit status. Writes to std::cout, whose state shows failed
+  /// writes. Throws std::runtime_error if a file cannot be read or written, and CLI::ParseError if
+  /// the command line proves wrong.
   virtual int run() = 0;
 };
 

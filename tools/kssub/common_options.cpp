@@ -1,4 +1,4 @@
-// Arguments and options that several commands have.
+// Arguments and options that several commands share.
 #include "tools/kssub/common_options.h"
 
 #include <iconv.h>
@@ -22,8 +22,8 @@ std::string formatNames() {
   return enumerated(names, ", ");
 }
 
-/// The name of the format that `word` means, which is one or an extension. Throws
-/// CLI::ValidationError if it is neither, or the extension of several.
+/// The format that `word` names, or whose extension it is. Throws CLI::ValidationError if there is
+/// none or several have the extension.
 std::string formatOf(const std::string& word) {
   std::vector<std::string> names;
   for (const ksImportFormat* const format : ksImportFormats()) {
@@ -53,7 +53,7 @@ void addFile(CLI::App& app, FileRequest& request) {
       ->required()
       ->type_name("");
   CLI::Option* exact = app.add_flag("--exact", request.isExact,
-                                    "Ask the fixed readers: .srt, .ass and .ssa files alone");
+                                    "Use the fixed readers, for .srt, .ass and .ssa files only");
   for (CLI::Option* option : addReadingOptions(app, request.options)) option->excludes(exact);
   app.callback([&request] {
     if (request.isExact && request.path == "-") {
@@ -76,27 +76,29 @@ std::vector<CLI::Option*> addReadingOptions(CLI::App& app, ksImportOptions& opti
     options.frameRate = requireRate("--fps", text);
   };
   return {
-      addEncoding("--encoding", options.encoding, "The file's encoding, whatever it looks like"),
-      addEncoding(
-          "--fallback", options.fallbackEncoding,
-          "The encoding of text that cannot be told; else the one usual in the user's language"),
-      app.add_option_function<std::string>("--format", setFormat,
-                                           "The file's format, whatever it looks like, or its "
-                                           "extension: " +
-                                               formatNames())
+      addEncoding("--encoding", options.encoding,
+                  "Read the file in this encoding instead of detecting it"),
+      addEncoding("--fallback", options.fallbackEncoding,
+                  "The encoding if it cannot be detected (the usual one in your language)"),
+      app.add_option_function<std::string>(
+             "--format", setFormat,
+             "Read the file as this format instead of detecting it; a "
+             "name or an extension: " +
+                 formatNames())
           ->type_name("NAME"),
-      app.add_option("--language", options.language, "Which of a file's languages")
+      app.add_option("--language", options.language, "The language to read, if a file has several")
           ->type_name("NAME"),
-      app.add_option_function<std::string>("--fps", setRate,
-                                           "Frames in a second, where a file counts frames")
+      app.add_option_function<std::string>(
+             "--fps", setRate, "Frames per second, if the file counts frames and does not say")
           ->type_name("NUMBER"),
   };
 }
 
 void explainTimes(CLI::App& app) {
   app.footer(
-      "TIME is in milliseconds, or [hours:]minutes:seconds with up to three digits behind a point\n"
-      "or comma: 1500, 0:01.5 and 0:00:01,500 are the same. A negative one begins with '-'.");
+      "TIME is in milliseconds, or [hours:]minutes:seconds with up to three digits after a point "
+      "or\n"
+      "comma: 1500, 0:01.5 and 0:00:01,500 are the same. Negative times begin with '-'.");
 }
 
 long long requireTime(const std::string& text) {

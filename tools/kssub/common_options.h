@@ -1,4 +1,4 @@
-// Arguments and options that several commands have.
+// Arguments and options that several commands share.
 #pragma once
 
 #include <functional>
@@ -14,26 +14,25 @@ class Option;
 
 namespace kssub {
 
-/// Adds FILE, and all that says how it is read.
+/// Adds FILE and the options on how it is read.
 void addFile(CLI::App& app, FileRequest& request);
-/// Adds what says how the import library reads files. Returns the options that were added.
+/// Adds the options on how the import library reads files, and returns them.
 std::vector<CLI::Option*> addReadingOptions(CLI::App& app, ksImportOptions& options);
-/// Tells below the help how a TIME is written.
+/// Explains in the footer of the help how a TIME is written.
 void explainTimes(CLI::App& app);
 
 /// The milliseconds of a TIME. Throws CLI::ValidationError.
 long long requireTime(const std::string& text);
-/// Takes the number behind `option` into `value`, which must live as long. It throws
-/// CLI::ValidationError unless the number is finite and above 0.
+/// Returns a function that stores the number given for `option` in `value`, which must outlive it.
+/// It throws CLI::ValidationError unless the number is finite and above 0.
 std::function<void(const double&)> requirePositive(const char* option, double& value);
 
-/// The frames in a second that are given behind `option`. Throws CLI::ValidationError unless the
-/// number is finite and above 0.
+/// The frame rate given for `option`. Throws CLI::ValidationError unless it is finite and above 0.
 double requireRate(const char* option, const std::string& text);
 
-/// For messages.
+/// In quotation marks, for messages.
 std::string quoted(const std::string& word);
-/// `words` with commas between them, and `last` before the last one.
+/// `words` separated by commas, but by `last` before the last one.
 std::string enumerated(const std::vector<std::string>& words, const std::string& last);
 
 }  // namespace kssub

@@ -1,4 +1,4 @@
-// The command `convert`: a subtitle file as another one, mended.
+// The command `convert`: writes a subtitle file in another format, or edited.
 #include <CLI/CLI.hpp>
 #include <array>
 #include <cmath>
@@ -58,8 +58,8 @@ struct Edits {
   TimeChange change;
   std::vector<TimePair> pairs;
   bool hasNoSounds = false;
-  std::size_t width = 0;  // 0: lines stay
-  long long least = 0;    // 0: ends stay
+  std::size_t width = 0;  // 0: lines stay as they are
+  long long least = 0;    // 0: ends stay as they are
   bool hasNoOverlaps = false;
 };
 
@@ -73,7 +73,7 @@ EditedCues withNewTimes(EditedCues cues, const Edits& edits) {
 
 EditedCues edited(EditedCues cues, const Edits& edits) {
   if (edits.hasNoSounds) cues = withoutSounds(std::move(cues));
-  if (edits.width > 0) cues = wrapped(std::move(cues), edits.width);  // before cues become one
+  if (edits.width > 0) cues = wrapped(std::move(cues), edits.width);  // before cues are merged
   if (edits.hasNoOverlaps) cues = withoutOverlaps(std::move(cues));
   if (edits.least > 0) cues = lasting(std::move(cues), edits.least);
   return cues;
@@ -100,7 +100,7 @@ std::string written(const EditedCues& cues, ksImportTarget target) {
   return ksImportWrite(views, target, ksImportMarkup::kHtml);
 }
 
-/// A name that no file has: PATH.bak, PATH.bak2 ...
+/// The first unused name of PATH.bak, PATH.bak2 ...
 std::string backupName(const std::string& path) {
   std::string name = path + ".bak";
   for (int i = 2; fs::exists(fs::symlink_status(name)); ++i)
@@ -111,7 +111,7 @@ std::string backupName(const std::string& path) {
 class Convert : public Command {
  public:
   Introduction introduction() const override {
-    return {"convert", "Write a subtitle file in another format, or mended",
+    return {"convert", "Write a subtitle file in another format, or corrected",
             "kssub convert film.ass film.srt\n"
             "kssub convert film.srt later.srt --shift 1500\n"
             "kssub convert film.srt fitting.srt --sync 1:02.5=1:04 --sync 1:30:10=1:34:02\n"
@@ -123,10 +123,11 @@ class Convert : public Command {
     app.add_option("IN", request_.path, "A subtitle file; - for standard input")
         ->required()
         ->type_name("");
-    app.add_option("OUT", output_, "The file to write, which is replaced; - for standard output")
+    app.add_option("OUT", output_, "The file to write or replace; - for standard output")
         ->type_name("");
-    app.add_flag("--in-place", isInPlace_, "Replace IN, which is kept as IN.bak");
-    app.add_option("--to", to_, "The format: " + targets() + ", else by OUT's extension")
+    app.add_flag("--in-place", isInPlace_, "Replace IN, and keep it as IN.bak");
+    app.add_option("--to", to_,
+                   "The format: " + targets() + "; otherwise the extension of OUT decides")
         ->type_name("FORMAT");
     addTimingOptions(app);
     addSpanOptions(app);
@@ -140,8 +141,7 @@ class Convert : public Command {
     request_.options.markup = ksImportMarkup::kHtml;
     const ksImportParser parser = openedParser(request_);
     EditedCues cues = cuesIn(parser);
-    noteLeftOut(parser.cues().size() - cues.size(), "cue that repeats another one is",
-                "cues that repeat another one are");
+    noteLeftOut(parser.cues().size() - cues.size(), "duplicate cue is", "duplicate cues are");
     cues = withNewTimes(std::move(cues), edits_);
     noteLeftOut(std::erase_if(cues, isNeverShown), "cue that is never shown is",
                 "cues that are never shown are");
@@ -171,15 +171,15 @@ class Convert : public Command {
 
   void addTimingOptions(CLI::App& app) {
     CLI::Option* shift =
-        addTime(app, "--shift", "Show all that much later, or earlier if it is negative",
+        addTime(app, "--shift", "Show everything this much later, or earlier if negative",
                 [this](long long time) { edits_.change.after = time; });
     CLI::Option* scale = app.add_option_function<std::string>(
         "--scale", [this](const std::string& text) { setScale(text); },
-        "From one frame rate to another, such as 25:23.976");
+        "Convert from one frame rate to another, such as 25:23.976");
     scale->type_name("FROM:TO");
     app.add_option_function<std::vector<std::string>>(
            "--sync", [this](const std::vector<std::string>& texts) { setPairs(texts); },
-           "A time in IN and what it becomes; two of them stretch what is between")
+           "Move what is shown at OLD to NEW; given twice, also stretch")
         ->type_name("OLD=NEW")
         ->expected(1, 2)
         ->allow_extra_args(false)
@@ -188,23 +188,23 @@ class Convert : public Command {
   }
 
   void addSpanOptions(CLI::App& app) {
-    addTime(app, "--from", "Only what is shown from then on",
+    addTime(app, "--from", "Keep only what is shown from then on",
             [this](long long time) { edits_.from = time; });
-    addTime(app, "--until", "Only what is shown before",
+    addTime(app, "--until", "Keep only what is shown before",
             [this](long long time) { edits_.until = time; });
-    addTime(app, "--min-duration", "Show each cue that long, if the next one lets it",
+    addTime(app, "--min-duration", "Show each cue for at least this long, if the next one permits",
             [this](long long time) { edits_.least = time; });
     app.add_flag("--no-overlaps", edits_.hasNoOverlaps,
-                 "End each cue where the next one begins: dialogue too, where a sign begins");
+                 "End each cue where the next one begins, even dialogue where a sign begins");
   }
 
   void addTextOptions(CLI::App& app) {
-    app.add_flag(
-        "--no-sounds", edits_.hasNoSounds,
-        "Leave out what is in brackets or parentheses, and names in capitals with a colon");
-    app.add_option("--wrap", edits_.width, "Break lines of more characters, evenly")
+    app.add_flag("--no-sounds", edits_.hasNoSounds,
+                 "Remove text in brackets or parentheses, and names in capitals with a colon");
+    app.add_option("--wrap", edits_.width,
+                   "Break longer lines evenly, at most this many characters each")
         ->type_name("NUMBER")
-        ->check(CLI::Range(1, 10000));
+        ->check(CLI::Range(1, 10000).description(""));
   }
 
   void setScale(const std::string& text) {
@@ -223,11 +223,11 @@ class Convert : public Command {
     const bool isRising = first.before < second.before && first.after < second.after;
     const bool isFalling = first.before > second.before && first.after > second.after;
     if (!isRising && !isFalling) {
-      throw CLI::ValidationError("--sync", "needs two times that stay in their order");
+      throw CLI::ValidationError("--sync", "needs two times that remain in order");
     }
   }
 
-  /// Which arguments go together.
+  /// Rejects arguments that do not go together.
   void checkArguments() {
     if (isInPlace_ && (!output_.empty() || request_.path == "-")) {
       throw CLI::ValidationError("--in-place", "needs one file, and no OUT");
@@ -235,7 +235,7 @@ class Convert : public Command {
     if (!isInPlace_ && output_.empty()) throw CLI::RequiredError("OUT, or --in-place,");
     std::error_code ignored;
     if (!isInPlace_ && fs::equivalent(request_.path, output_, ignored)) {
-      throw CLI::ValidationError("OUT", "is IN: say --in-place to replace it");
+      throw CLI::ValidationError("OUT", "is IN: use --in-place to replace it");
     }
     if (edits_.from && edits_.until && *edits_.until <= *edits_.from) {
       throw CLI::ValidationError("--until", "must be later than --from");
@@ -243,7 +243,8 @@ class Convert : public Command {
     const std::string_view written = isInPlace_ ? request_.path : output_;
     const auto target = targetNamed(to_.empty() ? extensionOf(written) : std::string_view(to_));
     if (!target) {
-      throw CLI::ValidationError("--to", "must be " + targets() + ", where no extension says so");
+      throw CLI::ValidationError("--to",
+                                 "must be " + targets() + " unless the extension of OUT says so");
     }
     target_ = *target;
   }
@@ -254,7 +255,7 @@ class Convert : public Command {
               << (count == 1 ? one : several) << " left out\n";
   }
 
-  /// A link stays one, and the file keeps its permissions.
+  /// A link remains a link, and the file keeps its permissions.
   void replaceInput(const std::string& content) const {
     const std::string path = fs::canonical(request_.path).string();
     const fs::perms permissions = fs::status(path).permissions();

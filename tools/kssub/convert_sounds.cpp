@@ -1,4 +1,4 @@
-// Finds descriptions of sounds in texts, and takes them out.
+// Removes descriptions of sounds from texts.
 #include <algorithm>
 #include <clocale>
 #include <cwctype>
@@ -20,7 +20,7 @@ locale_t unicodeLocale() {
   return unicode != nullptr ? unicode : newlocale(LC_CTYPE_MASK, "C", nullptr);
 }
 
-/// What a test such as iswupper_l() says of a character of any script.
+/// The result of a test such as iswupper_l() for a character of any script.
 bool isOf(int (*test)(std::wint_t, locale_t), char32_t c) {
   static const locale_t locale = unicodeLocale();
   return test(static_cast<std::wint_t>(c), locale) != 0;
@@ -28,60 +28,61 @@ bool isOf(int (*test)(std::wint_t, locale_t), char32_t c) {
 
 bool isBlank(char c) { return c == ' ' || c == '\t'; }
 
-std::size_t behindBlanks(std::string_view text, std::size_t at) {
+std::size_t afterBlanks(std::string_view text, std::size_t at) {
   while (at < text.size() && isBlank(text[at])) ++at;
   return at;
 }
 
-/// Whether only blanks and dashes stand between the beginning of the line and `at`.
-bool isAtFront(std::string_view text, std::size_t at) {
+/// Whether only blanks and dashes precede `at` on its line.
+bool isAtLineStart(std::string_view text, std::size_t at) {
   while (at > 0 && (isBlank(text[at - 1]) || text[at - 1] == '-')) --at;
   return at == 0 || text[at - 1] == '\n';
 }
 
-/// With what follows a description at the front of a line: a colon, or the dash of what is said.
-std::size_t behindSeparator(std::string_view text, std::size_t at) {
+/// The end of a description at the start of a line, including a colon or a dash that follows it.
+std::size_t afterSeparator(std::string_view text, std::size_t at) {
   if (text.substr(at).starts_with(':')) return at + 1;
-  const std::size_t dash = behindBlanks(text, at);
+  const std::size_t dash = afterBlanks(text, at);
   return text.substr(dash).starts_with("- ") ? dash + 1 : at;
 }
 
-/// With what would part nothing.
+/// The range, extended by white space and separators that would separate nothing.
 TextRange widened(std::string_view text, TextRange range) {
   constexpr std::string_view kPunctuation = ".,;:!?\n";
-  if (isAtFront(text, range.begin)) range.end = behindSeparator(text, range.end);
+  if (isAtLineStart(text, range.begin)) range.end = afterSeparator(text, range.end);
   const char before = range.begin == 0 ? '\n' : text[range.begin - 1];
-  if (isBlank(before) || before == '\n') range.end = behindBlanks(text, range.end);
-  const bool partsNothing =
+  if (isBlank(before) || before == '\n') range.end = afterBlanks(text, range.end);
+  const bool separatesNothing =
       range.end == text.size() || kPunctuation.find(text[range.end]) != kPunctuation.npos;
-  while (partsNothing && range.begin > 0 && isBlank(text[range.begin - 1])) --range.begin;
+  while (separatesNothing && range.begin > 0 && isBlank(text[range.begin - 1])) --range.begin;
   return range;
 }
 
-/// What stands in brackets of one kind, and those. Without a letter within, as in "[1 0]", or
-/// directly behind one, as in "f(x)", they are no description, and if they are not closed, text.
+/// The texts in brackets of one kind, with the brackets. Brackets without a letter inside, as in
+/// "[1 0]", or directly after one, as in "f(x)", do not hold descriptions; unclosed ones are text.
 Ranges bracketsIn(std::string_view text, char32_t open, char32_t close) {
-  struct Begun {
+  struct Opened {
     std::size_t at;
     std::size_t lettersBefore;
-    bool isBehindWord;
+    bool followsWord;
   };
   Ranges found;
-  std::vector<Begun> begun;
+  std::vector<Opened> opened;
   std::size_t letters = 0;
-  bool isBehindWord = false;
+  bool followsWord = false;
   for (std::size_t at = 0; at < text.size();) {
     const auto [c, size] = decodeUtf8(text.substr(at));
-    if (c == open) begun.push_back({at, letters, isBehindWord});
+    if (c == open) opened.push_back({at, letters, followsWord});
     at += size;
-    if (c == close && !begun.empty()) {
-      const Begun& last = begun.back();
-      const bool isDescription = letters > last.lettersBefore && !last.isBehindWord;
+    if (c == close && !opened.empty()) {
+      const Opened& last = opened.back();
+      const bool isDescription = letters > last.lettersBefore && !last.followsWord;
       if (isDescription) found.push_back(widened(text, {last.at, at}));
-      begun.pop_back();
+      opened.pop_back();
     }
     if (isOf(iswalpha_l, c)) ++letters;
-    isBehindWord = open < 0x80 && isOf(iswalnum_l, c);  // scripts with wide brackets have no blanks
+    followsWord =
+        open < 0x80 && isOf(iswalnum_l, c);  // scripts with wide brackets do not use spaces
   }
   return found;
 }
@@ -95,10 +96,10 @@ Ranges bracketsIn(std::string_view text) {
   return found;
 }
 
-/// Where a name in capitals with its colon ends, which begins at `begin`; `begin` if none does.
-std::size_t behindName(std::string_view text, std::size_t begin) {
+/// The end of the name in capitals, colon included, that begins at `begin`; `begin` if none does.
+std::size_t afterName(std::string_view text, std::size_t begin) {
   constexpr std::size_t kLongest = 40;
-  constexpr std::u32string_view kMarks = U" .'\u2019-#&/0123456789";
+  constexpr std::u32string_view kNameCharacters = U" .'\u2019-#&/0123456789";
   const std::size_t limit = std::min(text.size(), begin + kLongest);
   int capitals = 0;
   for (std::size_t at = begin; at < limit;) {
@@ -106,16 +107,17 @@ std::size_t behindName(std::string_view text, std::size_t begin) {
     at += size;
     if (c == ':') {
       const bool isEnd = at == text.size() || isBlank(text[at]) || text[at] == '\n';
-      return capitals > 1 && isEnd ? behindBlanks(text, at) : begin;
+      return capitals > 1 && isEnd ? afterBlanks(text, at) : begin;
     }
     const bool isCapital = isOf(iswupper_l, c);
     if (isCapital) ++capitals;
-    if (!isCapital && kMarks.find(c) == kMarks.npos) return begin;
+    if (!isCapital && kNameCharacters.find(c) == kNameCharacters.npos) return begin;
   }
   return begin;
 }
 
-/// Calls `look` with where each line begins, behind dashes and blanks, and where it ends.
+/// Calls `look` with the beginning of each line, that of its content after dashes and blanks, and
+/// its end.
 template <typename Look>
 void forEachLine(std::string_view text, Look look) {
   for (std::size_t begin = 0; begin < text.size();) {
@@ -130,7 +132,7 @@ void forEachLine(std::string_view text, Look look) {
 Ranges namesIn(std::string_view text) {
   Ranges found;
   forEachLine(text, [&](std::size_t /*begin*/, std::size_t content, std::size_t /*end*/) {
-    const std::size_t nameEnd = behindName(text, content);
+    const std::size_t nameEnd = afterName(text, content);
     if (nameEnd > content) found.push_back({content, nameEnd});
   });
   return found;
@@ -145,7 +147,7 @@ bool hasWords(std::string_view text) {
   return false;
 }
 
-/// What `ranges`, by where they begin, leave of the part from `begin` to `end`.
+/// The part from `begin` to `end` without `ranges`, which are sorted.
 std::string rest(std::string_view text, const Ranges& ranges, std::size_t begin, std::size_t end) {
   std::string kept;
   for (const TextRange& range : ranges) {
@@ -156,8 +158,8 @@ std::string rest(std::string_view text, const Ranges& ranges, std::size_t begin,
   return kept.append(text.substr(begin, end - begin));
 }
 
-/// Takes out the ranges, and the lines from which they take all letters and digits.
-void takeOut(TaggedText& text, Ranges ranges) {
+/// Removes the ranges, and the lines that lose all letters and digits by that.
+void remove(TaggedText& text, Ranges ranges) {
   const std::string_view all = text.characters();
   std::ranges::sort(ranges, {}, &TextRange::begin);
   Ranges lines;
@@ -170,11 +172,11 @@ void takeOut(TaggedText& text, Ranges ranges) {
   text.erase(std::move(ranges));
 }
 
-void takeSoundsOut(EditedCue& cue) {
+void removeSounds(EditedCue& cue) {
   TaggedText text(cue.text);
   const std::size_t size = text.characters().size();
-  takeOut(text, bracketsIn(text.characters()));
-  takeOut(text, namesIn(text.characters()));
+  remove(text, bracketsIn(text.characters()));
+  remove(text, namesIn(text.characters()));
   if (text.characters().size() == size) return;
   cue.text = text.characters().empty() ? "" : text.html();
 }
@@ -182,7 +184,7 @@ void takeSoundsOut(EditedCue& cue) {
 }  // namespace
 
 EditedCues withoutSounds(EditedCues cues) {
-  for (EditedCue& cue : cues) takeSoundsOut(cue);
+  for (EditedCue& cue : cues) removeSounds(cue);
   std::erase_if(cues, [](const EditedCue& cue) { return cue.text.empty(); });
   return cues;
 }

@@ -1,4 +1,4 @@
-// Breaks the lines of texts anew.
+// Breaks long lines of texts.
 #include <algorithm>
 #include <string_view>
 
@@ -30,15 +30,15 @@ Words wordsIn(std::string_view text, std::size_t begin, std::size_t end) {
   return words;
 }
 
-/// Calls `breakBehind` with each word that ends a line, but for the last one, if lines have at most
-/// `width` characters where words let them.
-template <typename BreakBehind>
-void breakLines(const Words& words, std::size_t width, BreakBehind breakBehind) {
+/// Calls `breakAfter` with each word that ends a line, except the last, if lines have at most
+/// `width` characters where the words permit.
+template <typename BreakAfter>
+void breakLines(const Words& words, std::size_t width, BreakAfter breakAfter) {
   std::size_t length = 0;
   for (std::size_t i = 0; i + 1 < words.size(); ++i) {
     length += words[i].length + 1;
     if (length + words[i + 1].length <= width) continue;
-    breakBehind(words[i]);
+    breakAfter(words[i]);
     length = 0;
   }
 }
@@ -49,7 +49,7 @@ std::size_t countBreaks(const Words& words, std::size_t width) {
   return count;
 }
 
-/// The least width that needs no more lines than `width` does, so that lines are about equal.
+/// The least width that needs no more lines than `width`, so that lines are about equally long.
 std::size_t evenWidth(const Words& words, std::size_t width) {
   const std::size_t breaks = countBreaks(words, width);
   std::size_t tooNarrow = 0;
@@ -60,7 +60,7 @@ std::size_t evenWidth(const Words& words, std::size_t width) {
   return width;
 }
 
-/// Where the first line that belongs to others than `begin`'s begins: lines with a dash are apart.
+/// The end of the lines that may be joined with the one at `begin`: a line with a dash is separate.
 std::size_t paragraphEnd(std::string_view text, std::size_t begin) {
   for (std::size_t at = text.find('\n', begin); at != text.npos; at = text.find('\n', at + 1)) {
     if (text.substr(at + 1).starts_with('-')) return at;

@@ -1,4 +1,4 @@
-// Which subtitle files the arguments of a command mean.
+// Finds the subtitle files that are given as arguments, also in directories.
 #include "tools/kssub/directory_walk.h"
 
 #include <CLI/StringTools.hpp>
@@ -20,14 +20,14 @@ std::string extensionOf(const fs::path& path) {
   return extension.empty() ? "" : extension.substr(1);
 }
 
-bool isOfSubtitles(const std::string& extension) {
+bool isSubtitleExtension(const std::string& extension) {
   return std::ranges::any_of(ksImportFormats(), [&](const ksImportFormat* format) {
     return hasExtension(*format, extension);
   });
 }
 
 void walk(const std::string& directory, std::vector<FoundFile>& files) {
-  constexpr std::string_view kOfOthersToo[] = {"idx", "sub", "txt", "xml"};
+  constexpr std::string_view kAmbiguous[] = {"idx", "sub", "txt", "xml"};
   std::error_code error;
   fs::recursive_directory_iterator at(directory, fs::directory_options::skip_permission_denied,
                                       error);
@@ -35,9 +35,9 @@ void walk(const std::string& directory, std::vector<FoundFile>& files) {
   for (; !error && at != fs::recursive_directory_iterator(); at.increment(error)) {
     const std::string extension = extensionOf(at->path());
     std::error_code ignored;
-    if (isOfSubtitles(extension) && at->is_regular_file(ignored)) {
-      const auto* const other = std::ranges::find(kOfOthersToo, extension);
-      files.push_back({at->path().string(), other != std::end(kOfOthersToo)});
+    if (isSubtitleExtension(extension) && at->is_regular_file(ignored)) {
+      const auto* const other = std::ranges::find(kAmbiguous, extension);
+      files.push_back({at->path().string(), other != std::end(kAmbiguous)});
     }
   }
   std::sort(files.begin() + begin, files.end(),

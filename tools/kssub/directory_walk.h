@@ -1,4 +1,4 @@
-// Which subtitle files the arguments of a command mean.
+// Finds the subtitle files that are given as arguments, also in directories.
 #pragma once
 
 #include <string>
@@ -8,11 +8,11 @@ namespace kssub {
 
 struct FoundFile {
   std::string path;
-  bool mayBeOther = false;  ///< Found in a directory by an extension that other files have too.
+  bool mayBeOther = false;  ///< Found in a directory, with an extension that other files have too.
 };
 
-/// The files themselves; of directories all files in them and below that have an extension of a
-/// subtitle format, by name. What cannot be entered is passed over.
+/// The files among the arguments and, sorted by name, all files in and below the directories that
+/// have the extension of a subtitle format. Directories that cannot be entered are skipped.
 std::vector<FoundFile> filesOf(const std::vector<std::string>& arguments);
 
 }  // namespace kssub

@@ -1,4 +1,4 @@
-// A subtitle file as the fixed readers answer it, without its text width.
+// A subtitle file as the fixed readers answer it, whatever its text width.
 #include <algorithm>
 #include <set>
 #include <utility>
@@ -15,7 +15,7 @@ namespace {
 
 using Cues = std::vector<Cue>;
 
-// The pointer, not the length: the text ends at its first NUL, stale characters may follow.
+// The pointer, not the length: the text ends at its first NUL; stale characters may follow.
 template <typename Text>
 Cue makeCue(long long start, long long end, const Text& text) {
   std::string shown = utf8Text(text.getData());
@@ -23,8 +23,8 @@ Cue makeCue(long long start, long long end, const Text& text) {
   return {start, end, std::move(shown)};
 }
 
-// No text at all, not even a line feed, is what tells that nothing is shown: an ASS script without
-// events answers time 0 with such a record once it was asked for its duration.
+// Nothing is shown only if the text is empty, without even a line feed: an ASS script without
+// events answers time 0 with such a record after it was asked for its duration.
 template <typename Answer>
 std::optional<Cue> shownCue(const Answer& answer) {
   if (answer.text.isEmpty()) return std::nullopt;
@@ -51,7 +51,7 @@ Cues recordsOf(const std::string& path) {
   return records;
 }
 
-/// What the file holds; the manager tells only what is shown.
+/// The records of the file; the manager gives access only to what is shown.
 Cues readRecords(const std::string& path, const FileForm& form) {
   if (form.format == Format::kSubRip) {
     return form.isWide ? recordsOf<ksSrtParserU>(path) : recordsOf<ksSrtParser>(path);
@@ -59,7 +59,7 @@ Cues readRecords(const std::string& path, const FileForm& form) {
   return form.isWide ? recordsOf<ksAssParserU>(path) : recordsOf<ksAssParser>(path);
 }
 
-/// The only times at which the answer can change, in order.
+/// The only times at which the answer can change, sorted.
 std::set<long long> turningTimes(const Cues& records) {
   std::set<long long> times{0};
   for (const Cue& record : records) {
@@ -73,7 +73,7 @@ std::set<long long> turningTimes(const Cues& records) {
 std::string hiddenRecords(std::ptrdiff_t count) {
   if (count == 0) return "";
   return std::to_string(count) + (count == 1 ? " record" : " records") +
-         " of the file never shown (no valid times, or covered by others)";
+         " of the file never shown (invalid times, or covered by others)";
 }
 
 class ExactFile : public SubtitleFile {
@@ -90,7 +90,7 @@ class ExactFile : public SubtitleFile {
     return cue ? cue : shownCue(manager_.GetSubTitleU(time));
   }
 
-  /// Each cue that is the answer for some time once, in the order of its first appearance.
+  /// Each cue that is ever the answer, once, in the order of first appearance.
   Listing list(Order /*order*/) override {
     const Cues records = readRecords(path_, form_);
     Listing listing;

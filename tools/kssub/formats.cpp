@@ -1,4 +1,4 @@
-// What kssub asks of the library's tables of formats.
+// Looks up names and extensions in the library's tables of formats.
 #include "tools/kssub/formats.h"
 
 #include <CLI/StringTools.hpp>

@@ -1,4 +1,4 @@
-// What kssub asks of the library's tables of formats.
+// Looks up names and extensions in the library's tables of formats.
 #pragma once
 
 #include <optional>
@@ -16,7 +16,7 @@ bool hasExtension(const ksImportFormat& format, std::string_view extension);
 /// The most usual extension of each format that can be written.
 std::vector<std::string> writtenExtensions();
 
-/// The target that `word` means, which is the name of a format or an extension, in any case.
+/// The target whose name or extension is `word`, in any case.
 std::optional<ksImportTarget> targetNamed(std::string_view word);
 
 }  // namespace kssub

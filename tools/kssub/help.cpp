@@ -1,4 +1,4 @@
-// What the command line can be told about itself: help, and what is wrong with it.
+// The help, and what is printed for a wrong command line.
 #include "tools/kssub/help.h"
 
 #include <unistd.h>
@@ -35,8 +35,7 @@ std::vector<std::string> optionsOf(const CLI::App& app) {
   return names;
 }
 
-/// Help whose descriptions fit the terminal, without what is told of options that exclude each
-/// other.
+/// Fits descriptions to the terminal and omits which options exclude each other.
 class HelpFormatter : public CLI::Formatter {
  public:
   HelpFormatter() {
@@ -89,8 +88,8 @@ std::string unknownCommand(const CLI::App& app, const std::string& word) {
   return withSuggestion("there is no command or option " + quoted(word), word, candidates);
 }
 
-/// CLI11 itself speaks of subcommands, names no unknown one, and unexpected arguments from the last
-/// one on.
+/// CLI11's own messages say "subcommand", do not name an unknown one, and list unexpected arguments
+/// last to first.
 std::string reasonOf(const CLI::App& app, const CLI::Error& error) {
   const std::vector<std::string> extras = app.remaining(true);
   if (app.get_subcommands().empty() && !extras.empty()) return unknownCommand(app, extras.front());
@@ -101,7 +100,7 @@ std::string reasonOf(const CLI::App& app, const CLI::Error& error) {
   return withSuggestion(reason, extras.front(), optionsOf(*app.get_subcommands().front()));
 }
 
-/// `help` with its headings, which begin their lines and end in a colon, in bold.
+/// `help` with its headings, the unindented lines that end in a colon, in bold.
 std::string withHeadings(const std::string& help) {
   std::istringstream in(help);
   std::string out;

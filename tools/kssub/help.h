@@ -1,4 +1,4 @@
-// What the command line can be told about itself: help, and what is wrong with it.
+// The help, and what is printed for a wrong command line.
 #pragma once
 
 #include <memory>
@@ -12,14 +12,14 @@ class FormatterBase;
 
 namespace kssub {
 
-/// What makes the help of an app, its commands included.
+/// Formats the help of an app and its commands.
 std::shared_ptr<CLI::FormatterBase> makeHelpFormatter();
 
 /// The help on `command`, or on all of `app` if that is empty, for standard output. Throws
 /// CLI::ValidationError if there is no such command.
 std::string helpOn(const CLI::App& app, const std::string& command);
 
-/// Why the command line of `app` is refused, and where to read on, for standard error.
+/// What is wrong with the command line of `app`, and where to find help, for standard error.
 std::string usageMessage(const CLI::App* app, const CLI::Error& error);
 
 }  // namespace kssub

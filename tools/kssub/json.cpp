@@ -1,4 +1,4 @@
-// Values as JSON has them: strings.
+// JSON values (RFC 8259).
 #include "tools/kssub/json.h"
 
 #include <cstdio>
@@ -6,7 +6,7 @@
 namespace kssub {
 namespace {
 
-/// U+0080 to U+009F, of which terminals obey some.
+/// U+0080 to U+009F, some of which terminals obey.
 bool beginsHighControl(std::string_view text) {
   return text.size() > 1 && text[0] == '\xC2' && static_cast<unsigned char>(text[1]) < 0xA0;
 }

@@ -1,4 +1,4 @@
-// Values as JSON has them.
+// JSON values (RFC 8259).
 #pragma once
 
 #include <string>
@@ -6,8 +6,8 @@
 
 namespace kssub {
 
-/// UTF-8 text as a JSON string, quoted. Every control character is escaped, so that the result is
-/// fit for a terminal too.
+/// UTF-8 text as a quoted JSON string. Every control character is escaped, so that it can be
+/// printed to a terminal.
 std::string jsonString(std::string_view text);
 
 }  // namespace kssub

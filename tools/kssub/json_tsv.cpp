@@ -1,4 +1,4 @@
-// Answers for other programs: records of named values.
+// Output for other programs: records of named values as JSON or TSV.
 #include "tools/kssub/json_tsv.h"
 
 #include <CLI/CLI.hpp>
@@ -11,7 +11,7 @@
 namespace kssub {
 namespace {
 
-/// A value as both forms have it, but for text and for nothing, for which it is `otherwise`.
+/// A number or flag, which is the same in both forms; `otherwise` for anything else.
 std::string plainValue(const Field& field, const char* otherwise) {
   if (const auto* number = std::get_if<long long>(&field.value)) return std::to_string(*number);
   if (const auto* flag = std::get_if<bool>(&field.value)) return *flag ? "true" : "false";
@@ -43,7 +43,7 @@ std::string tsvValue(const Field& field) {
   return text != nullptr ? escaped(*text) : plainValue(field, "");
 }
 
-/// What `print` makes of each field, with `separator` between them.
+/// The results of `print` for each field, joined by `separator`.
 template <typename Print>
 std::string joined(const std::vector<Field>& record, char separator, Print print) {
   std::string out;
@@ -61,8 +61,8 @@ void addOutput(CLI::App& app, Output& output) {
     return app.add_flag_callback(
         name, [&output, value] { output = value; }, description);
   };
-  CLI::Option* json = add("--json", Output::kJson, "Print one JSON object a line");
-  add("--tsv", Output::kTsv, "Print lines of values with tabs between them")->excludes(json);
+  CLI::Option* json = add("--json", Output::kJson, "Print JSON objects, one per line");
+  add("--tsv", Output::kTsv, "Print lines of tab-separated values")->excludes(json);
 }
 
 void RecordWriter::write(const std::vector<Field>& record) {

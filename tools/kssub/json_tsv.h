@@ -1,4 +1,4 @@
-// Answers for other programs: records of named values.
+// Output for other programs: records of named values as JSON or TSV.
 #pragma once
 
 #include <iosfwd>
@@ -12,25 +12,25 @@ class App;
 
 namespace kssub {
 
-/// How a command answers.
+/// The form of a command's output.
 enum class Output {
   kTable,  ///< For people.
   kJson,
   kTsv,
 };
 
-/// Adds --json and --tsv, of which one can be given.
+/// Adds --json and --tsv, which exclude each other.
 void addOutput(CLI::App& app, Output& output);
 
 struct Field {
   const char* name;
-  /// Nothing, or one of these, text as UTF-8.
+  /// Text is UTF-8; std::monostate is no value.
   std::variant<std::monostate, bool, long long, std::string> value;
 };
 
-/// Writes records of the same fields, one a line: each as a JSON object, in which nothing is null,
-/// or below a line of the names as values with tabs between them. There nothing is the empty text,
-/// and a tab, line feed, carriage return or backslash in a text is `\t`, `\n`, `\r` or `\\`.
+/// Writes records with the same fields, one per line. In JSON (RFC 8259) each is an object, and no
+/// value is null. In TSV the first line has the names, values are separated by tabs, no value is
+/// the empty text, and a tab, line feed, carriage return or backslash is `\t`, `\n`, `\r` or `\\`.
 class RecordWriter {
  public:
   /// `output` is not kTable.

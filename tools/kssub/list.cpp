@@ -22,7 +22,7 @@ namespace {
 
 using Cues = std::vector<Cue>;
 
-/// A column of times, as wide as the longest of them.
+/// The width of the longest time.
 std::size_t timeWidth(const Cues& cues) {
   std::size_t width = 0;
   for (const Cue& cue : cues) {
@@ -90,7 +90,7 @@ class List : public Command {
   void addOptions(CLI::App& app) override {
     addFile(app, request_);
     addOutput(app, output_);
-    app.add_flag("--notes", withNotes_, "Tell the file's problems on standard error");
+    app.add_flag("--notes", withNotes_, "Print the problems of the file on standard error");
     addStream(app, stream_);
   }
 
@@ -98,7 +98,7 @@ class List : public Command {
     try {
       listCues();
     } catch (const PicturesError&) {
-      if (request_.path == "-") throw;  // they are in two files
+      if (request_.path == "-") throw;  // pictures need two files
       listPictures({request_, stream_, output_, withNotes_});
     }
     return kSuccess;

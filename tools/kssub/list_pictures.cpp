@@ -1,4 +1,4 @@
-// The command `list` of a file of pictures: their times, sizes and places.
+// The command `list` for files of pictures: their times, places and sizes.
 #include "tools/kssub/list_pictures.h"
 
 #include <algorithm>
@@ -57,7 +57,7 @@ void printSummary(const ksImportPictures& pictures) {
   }
 }
 
-/// Of a damaged picture only the times are known.
+/// Only the times of a damaged picture are known.
 void printRecords(std::span<const Entry> entries, Output output) {
   RecordWriter writer(std::cout, output);
   for (const Entry& entry : entries) {

@@ -1,4 +1,4 @@
-// The command `list` of a file of pictures.
+// The command `list` for files of pictures.
 #pragma once
 
 #include <optional>
@@ -10,13 +10,13 @@ namespace kssub {
 
 struct PictureListRequest {
   const FileRequest& file;
-  std::optional<int> stream;  ///< The number of a language in the file.
+  std::optional<int> stream;  ///< The index of a language in the file.
   Output output = Output::kTable;
   bool withNotes = false;
 };
 
-/// Prints when, where and how large each picture of a language is, and the other languages. Throws
-/// std::runtime_error.
+/// Prints the times, place and size of each picture of a language, and which other languages there
+/// are. Throws std::runtime_error.
 void listPictures(const PictureListRequest& request);
 
 }  // namespace kssub

@@ -54,7 +54,7 @@ void addCommand(CLI::App& app, Command& command) {
   added->footer(footer);
 }
 
-/// The command line as a whole. Its command is run when all of it has been read.
+/// The command line. Its command runs after all of it has been parsed.
 class CommandLine {
  public:
   CommandLine() {
@@ -66,15 +66,15 @@ class CommandLine {
     CLI::App* help = app_.add_subcommand("help", "Print the help on a command");
     help->group("Commands");
     help->add_option("COMMAND", topic_, "Which command")->type_name("");
-    CLI::App* completion = app_.add_subcommand("completion", "Print what completes commands");
-    completion->group("");  // for those who make packages
+    CLI::App* completion = app_.add_subcommand("completion", "Print a completion script");
+    completion->group("");  // hidden: only packages need it
     completion->add_option("SHELL", shell_, "bash, fish or zsh")->required()->type_name("");
     app_.footer(
         "kssub help COMMAND, or kssub COMMAND --help, shows the options of a command and "
         "examples.\n"
         "\n"
-        "Exit status: 0, or 1 if a file cannot be read or written, or 2 on a wrong command line.\n"
-        "Notes on a file and errors go to standard error.");
+        "Exit status: 0; 1 if a file cannot be read or written; 2 for a wrong command line.\n"
+        "Errors and notes on a file go to standard error.");
   }
 
   /// Returns the exit status.
@@ -108,7 +108,7 @@ class CommandLine {
   Commands commands_ = makeCommands();
   std::string topic_;
   std::string shell_;
-  CLI::App app_{"Tells what is in a subtitle file, and which subtitle is shown at a time", "kssub"};
+  CLI::App app_{"Shows what is in subtitle files, checks and converts them", "kssub"};
 };
 
 int fail(const char* reason) {
@@ -120,7 +120,7 @@ int fail(const char* reason) {
 }  // namespace
 
 int main(int argc, char** argv) {
-  std::signal(SIGPIPE, SIG_IGN);  // a closed pipe is a failed write like any other
+  std::signal(SIGPIPE, SIG_IGN);  // a closed pipe is reported like any failed write
   try {
     const int status = CommandLine().run(argc, argv);
     return std::cout.flush() ? status : fail("cannot write the output");

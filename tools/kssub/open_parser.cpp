@@ -1,4 +1,4 @@
-// Reads subtitle files through the import library.
+// Opens subtitle files through the import library.
 #include "tools/kssub/open_parser.h"
 
 #include <algorithm>
@@ -15,7 +15,7 @@ namespace {
 
 constexpr const char* kStandardInput = "standard input";
 
-/// No more than one byte beyond `most`, which is enough to be refused.
+/// At most one byte more than `most`, which is enough to be refused.
 std::string readStandardInput(std::size_t most) {
   std::string bytes;
   std::array<char, 1 << 16> block;
@@ -47,7 +47,7 @@ ksImportParser openedParser(const FileRequest& request) {
   ksImportParser parser;
   const ksImportReport& report = parser.report();
   if (!readSubtitles(parser, request)) throwRefusal(nameOf(request), report);
-  // The library takes SAMI's languages by tags, too, of which a report does not know.
+  // The library also accepts language tags of SAMI, which the report does not list.
   if (report.format() != "sami") requireLanguage(nameOf(request), request.options.language, report);
   return parser;
 }

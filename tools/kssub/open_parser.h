@@ -1,4 +1,4 @@
-// Reads subtitle files through the import library.
+// Opens subtitle files through the import library.
 #pragma once
 
 #include <string>
@@ -8,15 +8,15 @@
 
 namespace kssub {
 
-/// Reads a file into `parser`, or standard input; what isExact says does not matter. False if it is
-/// refused. Throws FileError if standard input cannot be read.
+/// Opens a file or standard input in `parser`, ignoring isExact. Returns false if it is refused.
+/// Throws FileError if standard input cannot be read.
 bool readSubtitles(ksImportParser& parser, const FileRequest& request);
 
-/// The file's name for messages.
+/// The name of the file, for messages.
 std::string nameOf(const FileRequest& request);
 
-/// A parser that has read the file. Throws std::runtime_error, whose text names the file, if it is
-/// refused or lacks the language that is asked for, PicturesError if it holds pictures.
+/// A parser that has opened the file. Throws std::runtime_error, naming the file, if it is refused
+/// or lacks the requested language; PicturesError if it contains pictures.
 ksImportParser openedParser(const FileRequest& request);
 
 }  // namespace kssub

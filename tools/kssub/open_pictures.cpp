@@ -1,4 +1,4 @@
-// A file of pictures: opened in the language that is asked for.
+// Opens VobSub files through the import library.
 #include "tools/kssub/open_pictures.h"
 
 #include <unistd.h>
@@ -17,7 +17,7 @@
 namespace kssub {
 namespace {
 
-/// It may be the other one of the two files that is missing.
+/// The missing file may be the other one of the two.
 [[noreturn]] void throwPictureRefusal(const std::string& path, const ksImportReport& report) {
   std::error_code ignored;
   const bool isCannotOpen = report.refusal() == ksImportRefusal::kCannotOpen;
@@ -35,7 +35,7 @@ namespace {
 }  // namespace
 
 void addStream(CLI::App& app, std::optional<int>& stream) {
-  app.add_option("--stream", stream, "Which of the languages of pictures, by its index in the file")
+  app.add_option("--stream", stream, "The language of pictures, by its index in the file")
       ->type_name("NUMBER");
 }
 
@@ -52,7 +52,7 @@ ksImportPictures openPictures(const std::string& path, const ksImportOptions& op
   }
   const auto found = std::ranges::find(streams, *stream, &ksImportPictureStream::index);
   if (!pictures.select(static_cast<std::size_t>(found - streams.begin()))) {
-    throw std::runtime_error(terminalText(path) + ": there is no language of the index " +
+    throw std::runtime_error(terminalText(path) + ": there is no language with index " +
                              std::to_string(*stream));
   }
   return pictures;

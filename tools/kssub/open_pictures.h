@@ -1,4 +1,4 @@
-// A file of pictures, as the import library reads it.
+// Opens VobSub files through the import library.
 #pragma once
 
 #include <optional>
@@ -12,15 +12,15 @@ class App;
 
 namespace kssub {
 
-/// Adds --stream, into `stream`.
+/// Adds the option --stream.
 void addStream(CLI::App& app, std::optional<int>& stream);
 
-/// Opens the VobSub index or stream at `path`, and selects the language that has the number
-/// `stream` there, if one is given. Throws std::runtime_error, whose text names the file.
+/// Opens the VobSub index or stream at `path` and selects the language whose index in the file is
+/// `stream`, if given. Throws std::runtime_error, naming the file.
 ksImportPictures openPictures(const std::string& path, const ksImportOptions& options,
                               std::optional<int> stream);
 
-/// "en, index 0", or what is known of that.
+/// "en, index 0", or as much of that as is known.
 std::string languageOf(const ksImportPictureStream& stream);
 
 }  // namespace kssub

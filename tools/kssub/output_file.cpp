@@ -1,4 +1,4 @@
-// Files that appear or change only when all is written.
+// Files that appear or change only once they are complete.
 #include "tools/kssub/output_file.h"
 
 #include <unistd.h>

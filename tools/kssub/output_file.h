@@ -1,4 +1,4 @@
-// Files that appear or change only when all is written.
+// Files that appear or change only once they are complete.
 #pragma once
 
 #include <cstdio>
@@ -9,11 +9,11 @@
 
 namespace kssub {
 
-/// A file under a temporary name, beside the one that it becomes in the end. Every member throws
-/// std::runtime_error, naming the file, if that fails.
+/// Writes a file under a temporary name beside the final one. Every member throws
+/// std::runtime_error, naming the file, if it fails.
 class OutputFile {
  public:
-  /// Only regular files are replaced: a device, such as the null device, would be gone.
+  /// Replaces only regular files: replacing a device, such as the null device, would remove it.
   explicit OutputFile(const std::string& path);
   OutputFile(const OutputFile&) = delete;
   OutputFile& operator=(const OutputFile&) = delete;
@@ -21,7 +21,7 @@ class OutputFile {
 
   std::FILE* stream() { return file_.get(); }
   void write(std::string_view bytes);
-  /// Gives the file its name.
+  /// Gives the file its final name.
   void finish();
   [[noreturn]] void fail(const std::string& reason) const;
 
@@ -29,7 +29,7 @@ class OutputFile {
   [[noreturn]] void failBySystem() const;
 
   std::string path_;
-  std::string temporaryPath_;  // empty once the file has its name
+  std::string temporaryPath_;  // empty once the file has its final name
   FileHandle file_;
 };
 

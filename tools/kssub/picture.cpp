@@ -21,7 +21,7 @@ namespace {
 
 using Entry = ksImportPictureEntry;
 
-/// A line on standard error that is drawn over and over, if that is a terminal.
+/// A progress bar on standard error, if that is a terminal.
 class ProgressBar {
  public:
   explicit ProgressBar(std::size_t total) : total_(total) {}
@@ -58,7 +58,7 @@ std::string fileName(std::size_t number, const Entry& entry) {
 }
 
 std::string failureOf(const std::string& path, const Entry& entry) {
-  const std::string reason(entry.damage.empty() ? "Its file has changed." : entry.damage);
+  const std::string reason(entry.damage.empty() ? "The file has changed." : entry.damage);
   return terminalText(path) + ": no picture at " + formatTime(entry.start) + ": " + reason;
 }
 
@@ -74,7 +74,7 @@ void writePicture(const std::string& path, const ksImportPicture& picture) {
   printPicture(path, picture);
 }
 
-/// Writes the pictures that can be read and reports the others.
+/// Writes all pictures that can be read and reports the others.
 class Export {
  public:
   Export(const ksImportPictures& pictures, std::string path, const std::string& directory)
@@ -151,18 +151,17 @@ class Picture : public Command {
   }
 
   void addOptions(CLI::App& app) override {
-    app.add_option("FILE", path_, "A .idx or a .sub file, with the other one beside it")
+    app.add_option("FILE", path_, "A .idx or .sub file, with the other one beside it")
         ->required()
         ->type_name("");
     const auto setTime = [this](const std::string& text) { time_ = requireTime(text); };
     CLI::Option* time =
-        app.add_option_function<std::string>("TIME", setTime, "Time to ask for")->type_name("");
+        app.add_option_function<std::string>("TIME", setTime, "The time")->type_name("");
     app.add_option("OUT.png", output_, "The PNG file to write")->type_name("");
     app.add_option("--all", directory_, "Write every picture into this directory")
         ->type_name("DIR")
         ->excludes(time);
-    app.add_option("--language", options_.language, "Which of the languages, by its name")
-        ->type_name("NAME");
+    app.add_option("--language", options_.language, "The language, by its name")->type_name("NAME");
     addStream(app, stream_);
     app.callback([this] {
       if (directory_.empty() && output_.empty()) {

@@ -1,4 +1,4 @@
-// Pictures as PNG files, written by libpng.
+// Writes pictures as PNG files, by libpng.
 #include "tools/kssub/picture_png.h"
 
 #include <png.h>

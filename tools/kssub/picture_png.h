@@ -1,4 +1,4 @@
-// Pictures as PNG files.
+// Writes pictures as PNG files.
 #pragma once
 
 #include <string>
@@ -7,8 +7,8 @@
 
 namespace kssub {
 
-/// Writes `picture` to the file at `path`, which appears or changes only when
-/// all is written. Throws std::runtime_error, naming the file.
+/// Writes `picture` to the file at `path`, which appears or changes only once it is complete.
+/// Throws std::runtime_error, naming the file.
 void writePng(const std::string& path, const ksImportPicture& picture);
 
 }  // namespace kssub

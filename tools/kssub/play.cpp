@@ -1,4 +1,4 @@
-// The command `play`: each cue in its time, as a player shows it.
+// The command `play`: shows the cues in real time, as a player does.
 #include <unistd.h>
 
 #include <CLI/CLI.hpp>
@@ -23,7 +23,7 @@ namespace {
 constexpr std::chrono::microseconds kPollInterval(1'000'000 / 60);
 constexpr double kSeekStep = 5000;
 
-/// Media time in milliseconds; a double, because a high speed leaves the integers.
+/// Media time in milliseconds; a double, because high speeds exceed the range of integers.
 class MediaClock {
  public:
   MediaClock(long long from, double speed) : base_(static_cast<double>(from)), speed_(speed) {}
@@ -51,7 +51,7 @@ class MediaClock {
   Clock::time_point begin_ = Clock::now();
 };
 
-std::string inOneLine(const std::string& text) {
+std::string asOneLine(const std::string& text) {
   std::string joined;
   for (const std::string& line : terminalLines(text)) {
     joined.append(joined.empty() ? "" : " | ").append(line);
@@ -60,7 +60,7 @@ std::string inOneLine(const std::string& text) {
 }
 
 void printChange(long long time, const std::optional<Cue>& cue) {
-  std::cout << formatTime(time) << "  " << (cue ? inOneLine(cue->text) : "nothing is shown")
+  std::cout << formatTime(time) << "  " << (cue ? asOneLine(cue->text) : "nothing is shown")
             << std::endl;
 }
 
@@ -76,12 +76,12 @@ void playInLines(MediaClock clock, SubtitleFile& file) {
     shown = std::move(cue);
     std::this_thread::sleep_for(kPollInterval);
   }
-  // An ASS script may go on showing a cue past its duration.
+  // An ASS script may show a cue beyond its duration.
   const std::optional<Cue> after = file.cueAt(duration + 1);
   if (shown && shown != after && std::cout) printChange(duration + 1, after);
 }
 
-/// Shows the cues on a terminal, and does what its keys ask for.
+/// Shows the cues on a terminal and obeys its keys.
 class Player {
  public:
   Player(MediaClock clock, SubtitleFile& file) : clock_(clock), file_(file) {}
@@ -115,7 +115,7 @@ class Player {
 
   void seek(double step) { clock_.moveTo(std::clamp(clock_.now() + step, 0.0, last_)); }
 
-  /// Time does not go on behind the user's back.
+  /// Media time stops as well.
   void suspend() {
     const bool wasHeld = clock_.isHeld();
     clock_.hold(true);
@@ -123,7 +123,7 @@ class Player {
     clock_.hold(wasHeld);
   }
 
-  /// The cues in the middle of the lower edge, and the clock below.
+  /// The cues, centred at the bottom, and the clock below.
   std::vector<std::string> rows() {
     const auto [columns, height] = screen_.size();
     const auto time = static_cast<long long>(clock_.now());
@@ -149,7 +149,7 @@ class Player {
     return rows;
   }
 
-  /// "0:01:12 / 0:14:40", and the keys if there is room.
+  /// "0:01:12 / 0:14:40", with the keys if there is room.
   std::string statusLine(long long time, std::size_t columns) const {
     constexpr std::string_view kKeys = "space pauses, arrows seek, q quits";
     std::string line = clockTime(time) + " / " + clockTime(file_.duration());
@@ -175,17 +175,17 @@ class Player {
 class Play : public Command {
  public:
   Introduction introduction() const override {
-    return {"play", "Show each cue in its time", "kssub play film.ass --from 10:00 --speed 2\n"};
+    return {"play", "Show the cues in real time", "kssub play film.ass --from 10:00 --speed 2\n"};
   }
 
   void addOptions(CLI::App& app) override {
     addFile(app, request_);
     const auto setFrom = [this](const std::string& text) { from_ = requireTime(text); };
-    app.add_option_function<std::string>("--from", setFrom, "Time to begin at")
+    app.add_option_function<std::string>("--from", setFrom, "Start at this time")
         ->type_name("TIME")
         ->default_str("0");
     app.add_option_function<double>("--speed", requirePositive("--speed", speed_),
-                                    "How many times as fast")
+                                    "Play this many times as fast")
         ->type_name("NUMBER")
         ->default_str("1");
     explainTimes(app);

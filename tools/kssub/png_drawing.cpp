@@ -1,4 +1,4 @@
-// A drawing as PNG.
+// Writes a drawing as PNG, by cairo.
 #include <cairo.h>
 
 #include <cmath>
@@ -62,7 +62,7 @@ class Painter {
   cairo_t* context_;
 };
 
-/// Called by C, through which no exception may pass.
+/// Called from C, which exceptions must not cross.
 cairo_status_t append(void* out, const unsigned char* bytes, unsigned size) noexcept {
   try {
     static_cast<std::string*>(out)->append(bytes, bytes + size);

@@ -5,8 +5,8 @@
 
 namespace kssub {
 
-/// Tells on standard error how much is done, in one line that is gone in the end; nothing if that
-/// is no terminal or there is but one thing to do.
+/// Shows progress on standard error, in a line that disappears at the end. Shows nothing if that is
+/// not a terminal or there is only one thing to do.
 class Progress {
  public:
   explicit Progress(std::size_t total);
@@ -15,7 +15,7 @@ class Progress {
   ~Progress() { hide(); }
 
   void show(std::size_t done);
-  /// Until it is shown again, so that other lines can be printed.
+  /// Makes room for other output until show() is called again.
   void hide();
 
  private:

@@ -1,4 +1,4 @@
-// How fast a cue is to be read.
+// How fast a cue must be read.
 #include "tools/kssub/reading_speed.h"
 
 #include <algorithm>
@@ -6,7 +6,7 @@
 namespace kssub {
 
 std::size_t countCharacters(std::string_view text) {
-  const auto isCharacter = [](char c) {  // counted once, by the first byte
+  const auto isCharacter = [](char c) {  // counts its first byte
     return c != '\n' && (static_cast<unsigned char>(c) & 0xC0) != 0x80;
   };
   return static_cast<std::size_t>(std::ranges::count_if(text, isCharacter));

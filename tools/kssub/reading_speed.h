@@ -1,4 +1,4 @@
-// How fast a cue is to be read.
+// How fast a cue must be read.
 #pragma once
 
 #include <cstddef>
@@ -8,11 +8,11 @@
 
 namespace kssub {
 
-/// Code points, line feeds not counted. `text` is UTF-8.
+/// The code points of `text`, which is UTF-8, without line feeds.
 std::size_t countCharacters(std::string_view text);
 
-/// The characters of the cue's plain text, line feeds not counted, for each second that it is
-/// shown; 0 if it is never shown.
+/// The characters of the cue, which is plain text, per second that it is shown; 0 if its end is not
+/// after its start.
 double charactersPerSecond(const ksImportCue& cue);
 
 }  // namespace kssub

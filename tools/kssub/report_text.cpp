@@ -1,4 +1,4 @@
-// What the import library tells of a file, in words: a refusal, a summary, the notes.
+// The report of the import library on a file, in words.
 #include "tools/kssub/report_text.h"
 
 #include <algorithm>
@@ -10,7 +10,7 @@
 namespace kssub {
 namespace {
 
-/// How sure the encoding is, where it is not plain from the text; with a blank in front.
+/// How the encoding was determined, if the text itself does not prove it; after a space.
 std::string doubtOf(ksImportEncodingSource source) {
   switch (source) {
     case ksImportEncodingSource::kDetected:
@@ -22,7 +22,7 @@ std::string doubtOf(ksImportEncodingSource source) {
   }
 }
 
-/// So that "en-US" begins with "EN", and with "en_us", but not with "e".
+/// Makes "en-US" begin with "EN" and "en_us", but not with "e".
 std::string tagOf(std::string language) {
   for (char& c : language) {
     c = c == '_' ? '-' : static_cast<char>(std::tolower(static_cast<unsigned char>(c)));
@@ -53,13 +53,13 @@ std::string_view nameOf(ksImportLineEnds ends) {
 std::string_view nameOf(ksImportEncodingSource source) {
   switch (source) {
     case ksImportEncodingSource::kBom:
-      return "by its mark";
+      return "by its BOM";
     case ksImportEncodingSource::kNulBytes:
       return "by its zero bytes";
     case ksImportEncodingSource::kValidUtf8:
       return "valid throughout";
     case ksImportEncodingSource::kMostlyUtf8:
-      return "but for a few bytes";
+      return "except for a few bytes";
     case ksImportEncodingSource::kDeclared:
       return "declared";
     case ksImportEncodingSource::kDetected:

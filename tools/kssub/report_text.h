@@ -1,4 +1,4 @@
-// What the import library tells of a file, in words.
+// The report of the import library on a file, in words.
 #pragma once
 
 #include <cstddef>
@@ -11,7 +11,7 @@
 
 namespace kssub {
 
-/// The file holds pictures, not text.
+/// The file contains pictures, not text.
 class PicturesError : public std::runtime_error {
  public:
   using std::runtime_error::runtime_error;
@@ -20,30 +20,30 @@ class PicturesError : public std::runtime_error {
 /// Why a file is refused, without its name.
 std::string refusalOf(const ksImportReport& report);
 
-/// Throws a std::runtime_error that says why the file `name` is refused, PicturesError if it holds
-/// pictures.
+/// Throws a std::runtime_error that says why the file `name` is refused; PicturesError if it
+/// contains pictures.
 [[noreturn]] void throwRefusal(const std::string& name, const ksImportReport& report);
 
-/// Throws a std::runtime_error unless the file `name`, if it names languages at all, has `wanted`
-/// or a dialect of it among them, in any case. An empty one will do, and one among `others`.
+/// Throws a std::runtime_error if the file `name` states its languages and neither they nor
+/// `others` include `wanted` or a dialect of it, in any case. An empty `wanted` is always found.
 void requireLanguage(const std::string& name, const std::string& wanted,
                      const ksImportReport& report, const std::vector<std::string>& others = {});
-/// The languages with `separator` between them.
+/// The languages, joined by `separator`.
 std::string languagesIn(const ksImportReport& report, std::string_view separator);
 
 std::string_view nameOf(ksImportLineEnds ends);
-/// How an encoding was found, in a word or two.
+/// How the encoding was determined, in a few words.
 std::string_view nameOf(ksImportEncodingSource source);
 /// "1 cue", "2 cues".
 std::string counted(std::size_t count, std::string_view what);
 
-/// How many problems were found, those that the report does not keep included.
+/// How many problems were found, including those that the report does not keep.
 std::size_t countNotes(const ksImportReport& report);
 
-/// The format, the encoding and the line ends, and how many notes there are.
+/// The format, the encoding, the line ends and the number of notes.
 std::string summaryOf(const ksImportReport& report);
 
-/// A line on each note on the file `name`.
+/// One line per note on the file `name`.
 std::vector<std::string> noteLines(std::string_view name, const ksImportReport& report);
 
 }  // namespace kssub

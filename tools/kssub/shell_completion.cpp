@@ -1,4 +1,4 @@
-// What shells are told so that they complete command lines of kssub.
+// Scripts that complete command lines of kssub in shells.
 #include "tools/kssub/shell_completion.h"
 
 #include <CLI/CLI.hpp>
@@ -13,9 +13,9 @@ namespace {
 
 struct OptionWords {
   std::string name;     // "--json"
-  std::string summary;  // without the signs that shells have uses for
-  std::string value;    // what is behind it, such as "NAME"; empty: nothing
-  std::string choices;  // for that, with blanks between them; empty: anything
+  std::string summary;  // without characters that are special in shells
+  std::string value;    // the kind of its value, such as "NAME"; empty: it has none
+  std::string choices;  // the possible values, separated by spaces; empty: any
 };
 
 struct CommandWords {
@@ -24,7 +24,7 @@ struct CommandWords {
   std::vector<OptionWords> options;
 };
 
-/// The first part of a sentence; its apostrophes are not those that quote.
+/// The first part of a sentence, with typographic apostrophes, which quote nothing.
 std::string summaryOf(const std::string& description) {
   std::string out;
   for (const char c : description.substr(0, description.find_first_of(":;"))) {
@@ -53,7 +53,7 @@ std::string targetNames() {
   return names;
 }
 
-/// What may follow an option; empty: anything.
+/// The possible values of an option; empty: any.
 std::string choicesOf(const std::string& option) {
   if (option == "format") return formatNames();
   return option == "to" ? targetNames() : "";
@@ -71,7 +71,7 @@ std::vector<OptionWords> optionsOf(const CLI::App& command) {
   return options;
 }
 
-/// Those that help shows.
+/// The commands that the help shows.
 std::vector<CommandWords> commandsOf(const CLI::App& app) {
   std::vector<CommandWords> commands;
   for (const CLI::App* command : app.get_subcommands({})) {
@@ -89,7 +89,7 @@ std::string namesOf(const std::vector<Words>& all) {
   return names;
 }
 
-/// What there is no word for is completed as bash does it always: to the names of files.
+/// Without words of its own it leaves completion to bash, which completes file names.
 std::string bashScript(const std::vector<CommandWords>& commands) {
   std::string cases;
   for (const CommandWords& command : commands) {
@@ -181,7 +181,7 @@ std::string completionScript(const CLI::App& app, const std::string& shell) {
   if (shell == "bash") return bashScript(commands);
   if (shell == "fish") return fishScript(commands);
   if (shell == "zsh") return zshScript(commands);
-  throw CLI::ValidationError(kssub::quoted(shell) + " is none of bash, fish and zsh");
+  throw CLI::ValidationError(kssub::quoted(shell) + " is not bash, fish or zsh");
 }
 
 }  // namespace kssub

@@ -1,4 +1,4 @@
-// What shells are told so that they complete command lines of kssub.
+// Scripts that complete command lines of kssub in shells.
 #pragma once
 
 #include <string>
@@ -9,8 +9,8 @@ class App;
 
 namespace kssub {
 
-/// The script for `shell`, which is bash, fish or zsh, made from the commands and options of `app`.
-/// Throws CLI::ValidationError if it is another one.
+/// The script for `shell`, generated from the commands and options of `app`. Throws
+/// CLI::ValidationError unless it is bash, fish or zsh.
 std::string completionScript(const CLI::App& app, const std::string& shell);
 
 }  // namespace kssub

@@ -12,7 +12,7 @@
 
 namespace kssub {
 
-/// A cue, its text UTF-8 with a line feed between lines.
+/// A cue; its text is UTF-8 with line feeds between lines.
 struct Cue {
   long long start;
   long long end;
@@ -28,7 +28,7 @@ enum class Order { kByTime, kAsInFile };
 
 struct Listing {
   std::vector<Cue> cues;
-  std::string summary;  ///< What is known of the file beside its cues, in a few words.
+  std::string summary;  ///< What else is known about the file, in a few words.
 };
 
 class SubtitleFile {
@@ -41,23 +41,23 @@ class SubtitleFile {
   virtual long long duration() = 0;
   virtual std::optional<Cue> cueAt(long long time) = 0;
   virtual Listing list(Order order) = 0;
-  /// A line on each problem of the file that `path` names.
+  /// One line per problem of the file, which is at `path`.
   virtual std::vector<std::string> notes(std::string_view path) const = 0;
 };
 
 /// Which file is read, and how.
 struct FileRequest {
   std::string path;      ///< "-" for standard input.
-  bool isExact = false;  ///< By the fixed readers, which know none of the options.
+  bool isExact = false;  ///< By the fixed readers, which ignore the options.
   ksImportOptions options;
 };
 
-/// Opens a file. Throws std::runtime_error, whose text names the file, if it cannot be read.
+/// Opens a file. Throws std::runtime_error, naming the file, if it cannot be read.
 std::unique_ptr<SubtitleFile> openSubtitles(const FileRequest& request);
 /// By the import library.
 std::unique_ptr<SubtitleFile> openImported(const FileRequest& request);
-/// By the fixed readers, which tell a file's format by its name. Says on standard error what in its
-/// form is known to give odd answers. Throws FileError.
+/// By the fixed readers, which choose the format by the name. Prints to standard error which forms
+/// of the file are known to give odd answers. Throws FileError.
 std::unique_ptr<SubtitleFile> openExact(const std::string& path);
 
 }  // namespace kssub

@@ -1,4 +1,4 @@
-// What was probably meant by a misspelt word.
+// The word that was probably meant by a misspelt one.
 #include "tools/kssub/suggestion.h"
 
 #include <algorithm>
@@ -8,8 +8,8 @@
 namespace kssub {
 namespace {
 
-/// How many characters must be put in, left out or replaced, or neighbours exchanged, to make one
-/// word of the other.
+/// The edit distance: how many characters to insert, delete or replace, or neighbours to exchange,
+/// to turn one word into the other.
 std::size_t distance(std::string_view from, std::string_view to) {
   using Row = std::vector<std::size_t>;
   Row beforeLast(to.size() + 1);
@@ -34,7 +34,7 @@ std::size_t distance(std::string_view from, std::string_view to) {
 std::string suggestionFor(std::string_view word, const std::vector<std::string>& candidates) {
   constexpr std::size_t kLongest = 32;
   std::string best;
-  // A third of the word may be wrong; of "ls" one letter.
+  // A third of the word may be wrong, but at least one letter.
   std::size_t least = std::max<std::size_t>(word.size() / 3, 1) + 1;
   if (word.size() > kLongest) return best;
   for (const std::string& candidate : candidates) {

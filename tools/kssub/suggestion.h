@@ -1,4 +1,4 @@
-// What was probably meant by a misspelt word.
+// The word that was probably meant by a misspelt one.
 #pragma once
 
 #include <string>
@@ -7,7 +7,7 @@
 
 namespace kssub {
 
-/// The one of `candidates` that is most like `word`; empty if none is close.
+/// The candidate that is most similar to `word`; empty if none is close.
 std::string suggestionFor(std::string_view word, const std::vector<std::string>& candidates);
 
 }  // namespace kssub

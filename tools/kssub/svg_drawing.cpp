@@ -1,4 +1,4 @@
-// A drawing as SVG.
+// Writes a drawing as SVG (W3C SVG 2).
 #include <cstdio>
 
 #include "tools/kssub/drawing.h"

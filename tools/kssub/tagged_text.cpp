@@ -1,4 +1,4 @@
-// A text with style, as the import library has it.
+// A styled text of the import library whose characters can be changed.
 #include "tools/kssub/tagged_text.h"
 
 #include <algorithm>
@@ -20,8 +20,8 @@ void appendEscaped(std::string& out, char c) {
   out += c;
 }
 
-/// Takes a character, or what stands for one, off the front of `html`.
-char takeCharacter(std::string_view& html) {
+/// Consumes a character or an entity at the front of `html`.
+char consumeCharacter(std::string_view& html) {
   for (const auto& [entity, character] : kEntities) {
     if (!html.starts_with(entity)) continue;
     html.remove_prefix(entity.size());
@@ -37,7 +37,7 @@ char takeCharacter(std::string_view& html) {
 TaggedText::TaggedText(std::string_view html) {
   while (!html.empty()) {
     if (html.front() != '<') {
-      characters_ += takeCharacter(html);
+      characters_ += consumeCharacter(html);
       continue;
     }
     const std::size_t length = std::min(html.find('>'), html.size() - 1) + 1;

@@ -1,4 +1,4 @@
-// A text with style, as the import library has it, made fit for changes to its characters.
+// A styled text of the import library whose characters can be changed.
 #pragma once
 
 #include <cstddef>
@@ -8,23 +8,24 @@
 
 namespace kssub {
 
-/// Bytes of a text.
+/// A range of bytes in a text.
 struct TextRange {
   std::size_t begin;
   std::size_t end;
 };
 
-/// The characters of a text apart from its tags, which stay where they are when characters go.
+/// The characters of a text, separate from its tags, which stay in place when characters are
+/// removed.
 class TaggedText {
  public:
-  /// Takes a text in ksImportMarkup::kHtml.
+  /// `html` is a text in ksImportMarkup::kHtml.
   explicit TaggedText(std::string_view html);
 
   /// UTF-8, lines separated by line feeds.
   const std::string& characters() const { return characters_; }
-  /// Puts one ASCII character in place of another.
+  /// Replaces one ASCII character by another.
   void replace(std::size_t at, char c) { characters_[at] = c; }
-  /// In any order, and some may overlap. Requires: the characters are there.
+  /// Ranges may overlap and be in any order. Requires: they are within characters().
   void erase(std::vector<TextRange> ranges);
 
   std::string html() const;

@@ -8,8 +8,8 @@ namespace kssub {
 
 enum class Colour { kBold, kDim, kRed, kGreen, kYellow };
 
-/// `text` as it is written to the file `descriptor`: in that colour if it is a terminal which has
-/// colours, and as it is if it is none or the environment has NO_COLOR.
+/// `text` in that colour if the file `descriptor` is a terminal with colours and the environment
+/// variable NO_COLOR is empty or not set; otherwise `text` as it is.
 std::string coloured(std::string_view text, Colour colour, int descriptor);
 
 }  // namespace kssub

@@ -9,8 +9,8 @@
 namespace kssub {
 namespace {
 
-/// While it exists, this thread's characters are those of Unicode. The program's own locale is left
-/// as it is: the fixed readers look at it.
+/// Gives this thread the Unicode character set while it exists. The locale of the program stays as
+/// it is, because the fixed readers depend on it.
 class UnicodeLocale {
  public:
   UnicodeLocale() {
@@ -34,8 +34,8 @@ struct Character {
   std::size_t columns;
 };
 
-/// The first character of `text`, which is not empty. Where the system has no such locale, every
-/// byte has one column.
+/// The first character of `text`, which is not empty. Without that locale every byte counts as one
+/// column.
 Character firstOf(std::string_view text) {
   wchar_t c = 0;
   std::mbstate_t state{};
@@ -45,7 +45,7 @@ Character firstOf(std::string_view text) {
   return {bytes, columns < 0 ? 1 : static_cast<std::size_t>(columns)};
 }
 
-/// Where the line that `text` begins with ends, and the next one begins.
+/// Where the first line of a text ends, and where the next one begins.
 struct Break {
   std::size_t end;
   std::size_t next;

@@ -1,4 +1,4 @@
-// The whole terminal, taken over for a while.
+// The whole terminal, used for a while.
 #include "tools/kssub/terminal_screen.h"
 
 #include <fcntl.h>
@@ -47,8 +47,8 @@ Screen::Event eventOf(std::string_view key) {
   return Screen::Event::kNone;
 }
 
-/// How many of the bytes that a terminal sent are one key: a control sequence goes up to its first
-/// letter or '~'.
+/// How many of the bytes that a terminal sent are the first key: a control sequence ends with its
+/// first letter or '~'.
 std::size_t lengthOfKey(std::string_view typed) {
   if (typed.size() < 2 || typed[0] != '\033' || (typed[1] != '[' && typed[1] != 'O')) return 1;
   std::size_t length = 2;
@@ -58,8 +58,8 @@ std::size_t lengthOfKey(std::string_view typed) {
 
 }  // namespace
 
-// The signals are blocked but while wait() waits: none is missed between a look at what it left
-// behind and the wait.
+// The signals are blocked except while wait() waits, so that none is missed between a check of the
+// flags and the wait.
 Screen::Screen() : keys_(open("/dev/tty", O_RDONLY | O_NONBLOCK | O_CLOEXEC)) {
   hasKeys_ = keys_ >= 0 && tcgetattr(keys_, &before_) == 0;
   for (volatile std::sig_atomic_t* seen : {&endingSignalSeen, &stopSeen, &changeSeen}) *seen = 0;
@@ -141,7 +141,7 @@ void Screen::suspend() {
   setHandler(SIGTSTP, SIG_DFL);
   std::raise(SIGTSTP);
   const sigset_t handled = handledSignals();
-  sigprocmask(SIG_SETMASK, &signalsBefore_, nullptr);  // here the process stops
+  sigprocmask(SIG_SETMASK, &signalsBefore_, nullptr);  // the process stops here
   sigprocmask(SIG_BLOCK, &handled, nullptr);
   setHandler(SIGTSTP, rememberStop);
   enter();

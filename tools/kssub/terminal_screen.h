@@ -1,4 +1,4 @@
-// The whole terminal, taken over for a while.
+// The whole terminal, used for a while.
 #pragma once
 
 #include <termios.h>
@@ -12,10 +12,10 @@
 
 namespace kssub {
 
-/// The terminal that is standard output: its alternate screen, and the keys of the terminal that
-/// controls the process, which is the same one, also while standard input is a file. However the
-/// process ends or stops while this exists, by any signal but SIGKILL and SIGSTOP, the terminal is
-/// as it was. One object at a time.
+/// Uses the alternate screen of the terminal that is standard output, and the keys of the
+/// controlling terminal, which is the same one even if standard input is a file. The terminal is
+/// restored however the process ends or stops, except by SIGKILL or SIGSTOP. Only one object may
+/// exist at a time.
 class Screen {
  public:
   enum class Event { kNone, kPause, kBack, kForward, kSuspend, kEnd };
@@ -26,14 +26,13 @@ class Screen {
   ~Screen();
 
   TerminalSize size() const;
-  /// Shows `rows`, at most as many as there are and none wider than the terminal, from the top on.
-  /// Writes only those that are not there yet.
+  /// Shows `rows`, which fit the terminal, from the top. Writes only those that have changed.
   void show(const std::vector<std::string>& rows);
-  /// Waits for a key or a signal, at most for `time`.
+  /// Waits for a key or a signal, but at most `time`.
   Event wait(std::chrono::microseconds time);
-  /// Gives the terminal back and stops the process until it is told to go on.
+  /// Restores the terminal and stops the process until it is continued.
   void suspend();
-  /// The signal behind an Event::kEnd, to be raised when this is destroyed; 0 if it was a key.
+  /// The signal that caused Event::kEnd, to be raised after destruction; 0 if it was a key.
   int endingSignal() const;
 
  private:
@@ -42,11 +41,11 @@ class Screen {
   Event eventOfSignals();
   Event nextKey();
 
-  int keys_;                // a file descriptor; -1: there are none
-  termios before_{};        // how the keys' terminal was
+  int keys_;                // a file descriptor; -1 if there is none
+  termios before_{};        // the state to restore
   bool hasKeys_ = false;    // before_ is valid
-  sigset_t signalsBefore_;  // those that were blocked
-  std::string typed_;       // keys that nobody asked for yet
+  sigset_t signalsBefore_;  // the mask to restore
+  std::string typed_;       // keys that are not yet processed
   std::vector<std::string> shown_;
 };
 

@@ -1,4 +1,4 @@
-// Text of any file, made UTF-8 and fit for a terminal.
+// Converts text of any origin to UTF-8 that is safe to print to a terminal.
 #include "tools/kssub/terminal_text.h"
 
 #include <unistd.h>
@@ -30,7 +30,7 @@ SequenceForm formOfLead(unsigned char lead) {
   return {0, 0, 0};
 }
 
-/// A control character would let the file steer the terminal.
+/// Control characters would let a file control the terminal.
 char32_t visible(char32_t c) {
   if (c == '\n') return c;
   if (c < 0x20) return 0x2400 + c;
@@ -47,7 +47,7 @@ void appendUtf8(std::string& out, char32_t c) {
   for (int i = tailBytes - 1; i >= 0; --i) append(0x80 | (c >> (6 * i) & 0x3F));
 }
 
-/// Every code point of `text` as `map` gives it.
+/// `text` with `map` applied to every code point.
 template <typename Map>
 std::string mapped(std::string_view text, Map map) {
   std::string out;

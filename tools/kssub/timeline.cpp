@@ -1,4 +1,4 @@
-// The command `timeline`: a picture of a film's subtitles over its time.
+// The command `timeline`: draws when the subtitles of a film are shown.
 #include <CLI/CLI.hpp>
 #include <algorithm>
 #include <cmath>
@@ -35,11 +35,11 @@ Bar barOf(const ksImportCue& cue) {
   const double speed = charactersPerSecond(cue);
   const auto characters = static_cast<std::size_t>(std::ceil(speed));
   std::string hint = spanOf(cue.start, cue.end) + ", " + counted(characters, "character") +
-                     " a second\n" + terminalText(cue.text);
+                     " per second\n" + terminalText(cue.text);
   return {cue.start, cue.end, speed, std::move(hint)};
 }
 
-/// Notes are about lines of the file; the last of `shown` that begins above is where they belong.
+/// Notes refer to lines of the file; each belongs to the last of `shown` at or above its line.
 template <typename Shown>
 std::vector<NoteMark> marksOf(const ksImportReport& report, std::span<const Shown> shown) {
   std::map<int, long long> startOfLine;
@@ -63,7 +63,7 @@ Track trackOfCues(const ksImportParser& parser) {
   return track;
 }
 
-/// A picture is replaced by the next one, if that comes before its end.
+/// A picture ends where the next one starts, at the latest.
 Track trackOfPictures(const ksImportPictures& pictures) {
   Track track;
   const std::span<const ksImportPictureEntry> entries = pictures.entries();
@@ -93,14 +93,14 @@ class Timeline : public Command {
  public:
   Introduction introduction() const override {
     return {"timeline",
-            "Draw when cues are shown and how fast they are to be read, or when pictures are shown",
+            "Draw when cues are shown and how fast they must be read, or when pictures are shown",
             "kssub timeline film.srt film.svg\nkssub timeline film.en.srt film.fr.srt both.png\n"};
   }
 
   void addOptions(CLI::App& app) override {
     app.add_option("FILE", paths_,
-                   "Subtitle files, to be drawn one under another; and last the picture to write, "
-                   "a .svg or .png file")
+                   "Subtitle files, which are drawn below one another, and last the .svg or "
+                   ".png file to write")
         ->required()
         ->expected(2, CLI::detail::expected_max_vector_size)
         ->type_name("");

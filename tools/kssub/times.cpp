@@ -1,4 +1,4 @@
-// Times as people write them: reading and writing.
+// Times as people write them.
 #include "tools/kssub/times.h"
 
 #include <algorithm>
@@ -19,13 +19,13 @@ std::optional<long long> parseNumber(std::string_view digits) {
   return value;
 }
 
-/// One to three digits behind the decimal separator.
+/// The one to three digits after the decimal separator.
 std::optional<long long> parseFraction(std::string_view digits) {
   if (digits.empty() || digits.size() > 3) return std::nullopt;
   return parseNumber(std::string(digits).append(3 - digits.size(), '0'));
 }
 
-/// Hours, minutes and seconds, the first one or two of them given, in seconds.
+/// The seconds of [hours:]minutes:seconds.
 std::optional<long long> parseClock(std::string_view text) {
   long long total = 0;
   for (int field = 0; field < 3; ++field) {
@@ -61,7 +61,7 @@ std::optional<long long> parseTime(std::string_view text) {
 std::string formatTime(long long milliseconds) {
   const bool negative = milliseconds < 0;
   const auto bits = static_cast<unsigned long long>(milliseconds);
-  const unsigned long long t = negative ? 0 - bits : bits;  // the lowest time has no negation
+  const unsigned long long t = negative ? 0 - bits : bits;  // the lowest time cannot be negated
   char text[32];
   std::snprintf(text, sizeof text, "%s%llu:%02llu:%02llu.%03llu", negative ? "-" : "", t / 3600000,
                 t / 60000 % 60, t / 1000 % 60, t % 1000);

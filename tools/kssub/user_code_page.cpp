@@ -1,4 +1,4 @@
-// The code pages that subtitles have in the languages of the world: a table.
+// The code page that subtitles usually have in the user's language: a table.
 #include "tools/kssub/user_code_page.h"
 
 #include <cstdlib>
@@ -7,7 +7,7 @@ namespace kssub {
 namespace {
 
 struct Row {
-  std::string_view languages;  // each between blanks
+  std::string_view languages;  // each between spaces
   std::string_view codePage;
 };
 

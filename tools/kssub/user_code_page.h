@@ -1,4 +1,4 @@
-// The code pages that subtitles have in the languages of the world.
+// The code page that subtitles usually have in the user's language.
 #pragma once
 
 #include <string_view>
@@ -7,7 +7,7 @@ namespace kssub {
 
 /// The code page that is usual in the language of a locale such as "uk_UA.UTF-8".
 std::string_view codePageOf(std::string_view locale) noexcept;
-/// That of the locale which the environment names for characters.
+/// That of the user's locale, as the environment names it.
 std::string_view userCodePage() noexcept;
 
 }  // namespace kssub
