@@ -18,7 +18,7 @@ void checkEntries(const ksImportPictures& pictures) {
     check(i == 0 || entries[i - 1].start <= entries[i].start, "entries are sorted");
     check(entries[i].rectangle.width >= 0 && entries[i].rectangle.height >= 0, "sizes are sizes");
   }
-  check(!pictures.Picture(entries.size()), "there is nothing behind the last entry");
+  check(!pictures.Picture(entries.size()), "there is nothing after the last entry");
 }
 
 void checkPictures(const ksImportPictures& pictures) {
@@ -26,7 +26,8 @@ void checkPictures(const ksImportPictures& pictures) {
     const ksImportPictureEntry& entry = pictures.entries()[i];
     if (!isDrawn(entry)) continue;
     const auto picture = pictures.Picture(i);
-    check(entry.damage.empty() == (picture != nullptr), "there are pictures but for damaged ones");
+    check(entry.damage.empty() == (picture != nullptr),
+          "every entry that is not damaged has a picture");
     if (!picture) continue;
     check(picture->width > 0 && picture->width <= 4096 && picture->height > 0 &&
               picture->height <= 4096,
@@ -38,22 +39,38 @@ void checkPictures(const ksImportPictures& pictures) {
   }
 }
 
-/// What is shown at a time is found by looking at all entries.
-void checkTimes(const ksImportPictures& pictures) {
+/// The entry that is shown at `t`, by a look at all entries; null if none is.
+const ksImportPictureEntry* shownAt(const ksImportPictures& pictures, long long t,
+                                    bool showsForcedOnly) {
+  const ksImportPictureEntry* last = nullptr;
+  for (const ksImportPictureEntry& entry : pictures.entries()) {
+    if (entry.start <= t && (entry.isForced || !showsForcedOnly)) last = &entry;
+  }
+  return last != nullptr && t < last->end && last->damage.empty() ? last : nullptr;
+}
+
+bool isShownAsModelled(const ksImportPictures& pictures, bool showsForcedOnly) {
   for (std::size_t i = 0; i < std::min(kEnough, pictures.entries().size()); ++i) {
     const long long start = pictures.entries()[i].start;
     for (const long long t : {start - 1, start}) {
-      const ksImportPictureEntry* last = nullptr;
-      for (const ksImportPictureEntry& entry : pictures.entries()) {
-        if (entry.start <= t) last = &entry;
-      }
-      if (last != nullptr && !isDrawn(*last)) continue;
-      const bool isShown = last != nullptr && t < last->end && last->damage.empty();
+      const auto isTooLarge = [&](bool forcedOnly) {
+        const ksImportPictureEntry* const entry = shownAt(pictures, t, forcedOnly);
+        return entry != nullptr && !isDrawn(*entry);
+      };
+      if (isTooLarge(false) || isTooLarge(true)) continue;
+      const ksImportPictureEntry* const expected = shownAt(pictures, t, showsForcedOnly);
       const auto picture = pictures.PictureAt(t);
-      check((picture != nullptr) <= isShown, "what is not shown has no picture");
-      check(!picture || picture->start == last->start, "the last picture that began is shown");
+      if ((picture != nullptr) != (expected != nullptr)) return false;
+      if (picture && picture->start != expected->start) return false;
     }
   }
+  return true;
+}
+
+/// Whether the index asks for forced pictures only is known to the library alone.
+void checkTimes(const ksImportPictures& pictures) {
+  check(isShownAsModelled(pictures, false) || isShownAsModelled(pictures, true),
+        "the last picture that began is shown until its end");
 }
 
 }  // namespace
@@ -73,7 +90,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   check(isOpen || (pictures.streams().empty() && pictures.entries().empty()),
         "refused files have no pictures");
   for (std::size_t i = 0; i < pictures.streams().size(); ++i) {
-    check(pictures.select(i) && pictures.entries().size() == pictures.streams()[i].pictures,
+    check(pictures.Select(i) && pictures.entries().size() == pictures.streams()[i].pictures,
           "a language has as many entries as it says");
     checkEntries(pictures);
     checkPictures(pictures);

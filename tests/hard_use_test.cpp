@@ -180,7 +180,7 @@ struct ImportPicturePlayer {
       EXPECT_TRUE(pictures.entries().empty());
       throw;
     }
-    std::string all = pictures.select(1) ? "selected" : "one language";
+    std::string all = pictures.Select(1) ? "selected" : "one language";
     for (std::size_t i = 0; i < pictures.entries().size(); ++i) {
       const auto picture = pictures.Picture(i);
       all += picture ? std::to_string(picture->rgba.size()) + " " : "none ";

@@ -1,4 +1,4 @@
-// The import library: every encoding that subtitles have, told or given.
+// The import library: every encoding that subtitles have, detected or given.
 #include <iconv.h>
 
 #include "tests/import_support.h"
@@ -176,7 +176,7 @@ TEST(ImportEncodings, whereAnIsoStandardHasControls_windowsIsMeant) {
   }
 }
 
-TEST(ImportEncodings, tagsTellNothing_inSamiAlone) {
+TEST(ImportEncodings, tagsDoNotCount_inSamiAlone) {
   const std::string font =
       encoded("굴림체명조바탕고딕 굴림체명조바탕고딕 굴림체명조바탕고딕", "CP949");
   const std::string text = encoded("Здравствуйте, вы давно здесь живёте?", "windows-1251");
@@ -216,7 +216,7 @@ TEST(ImportEncodings, whatHasNoMeaning_isReplacedAndNoted) {
       {withTimes("@1A\x01") + "\0B"s, "",
        "1000-2000 A\x01"
        "B",
-       "2 ZeroCharacter"},
+       "2 NulCharacter"},
   };
   for (const auto& [bytes, encoding, cues, notes] : cases) {
     ksImportParser parser;
@@ -229,9 +229,9 @@ TEST(ImportEncodings, whatHasNoMeaning_isReplacedAndNoted) {
 TEST(ImportEncodings, nulsAtTheEnd_areLeftOutAndNotedOnce) {
   const std::string subRip = "1\n00:00:01,000 --> 00:00:02,000\nHello, you.";
   const std::tuple<std::string, const char*, const char*> cases[] = {
-      {subRip, "1000-2000 Hello, you.", "3 ZeroCharacter"},
-      {"{0}{48}a", "0-2002 a", "0 NoFrameRate; 1 ZeroCharacter"},
-      {"WEBVTT\n\n00:01.000 --> 00:02.000\nA\n", "1000-2000 A", "5 ZeroCharacter"},
+      {subRip, "1000-2000 Hello, you.", "3 NulCharacter"},
+      {"{0}{48}a", "0-2002 a", "0 NoFrameRate; 1 NulCharacter"},
+      {"WEBVTT\n\n00:01.000 --> 00:02.000\nA\n", "1000-2000 A", "5 NulCharacter"},
   };
   for (const auto& [text, cues, notes] : cases) {
     for (const char* const encoding : {"UTF-8", "UTF-16LE", "UTF-16BE", "UTF-32LE", "UTF-32BE"}) {

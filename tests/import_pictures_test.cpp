@@ -93,8 +93,8 @@ TEST(ImportPictures, indexes_are_read_as_people_write_them) {
       {"keys", "SIZE:720X576\n TimeStamp : 0:0:1:0 FILEPOS:0\nTIMESTAMP:00:00:09:000,filepos:800",
        usual},
       {"utf16", Width<wchar_t>::encode(three("", "")), usual},
-      {"mark_and_cr",
-       "\xEF\xBB\xBFtimestamp: 0:0:1:0, filepos: 0\rtimestamp: 0:0:9:0, filepos: 800", usual},
+      {"bom_and_cr", "\xEF\xBB\xBFtimestamp: 0:0:1:0, filepos: 0\rtimestamp: 0:0:9:0, filepos: 800",
+       usual},
       {"sorted", entry("00:00:09:000", 0x800) + e, usual},
       {"negative", three("time offset: -00:00:02:000\n", ""),
        "-1000-7000? 10,20 1x1; 7000-12000? 10,20 1x1"},
@@ -173,7 +173,7 @@ TEST(ImportPictures, units_are_gathered_from_any_packs) {
   }
 }
 
-TEST(ImportPictures, damaged_units_are_told_and_the_others_shown) {
+TEST(ImportPictures, damaged_units_are_reported_and_the_others_shown) {
   const std::string good = packsOf(makeUnit({}));
   const std::string unit = makeUnit({.rows = {"0123", "3210"}});
   const auto changed = [&](std::size_t at, char byte) {
@@ -224,10 +224,10 @@ TEST(ImportPictures, damaged_units_are_told_and_the_others_shown) {
   ksImportPictures pictures;
   EXPECT_FALSE(pictures.Picture(0));
   EXPECT_FALSE(pictures.PictureAt(0));
-  EXPECT_FALSE(pictures.select(0));
+  EXPECT_FALSE(pictures.Select(0));
 }
 
-TEST(ImportPictures, units_tell_when_and_how_they_are_shown) {
+TEST(ImportPictures, units_say_when_and_how_they_are_shown) {
   const UnitParts row{.rows = {"0123"}};
   const auto with = [&](auto change) {
     UnitParts parts = row;
@@ -321,9 +321,9 @@ TEST(ImportPictures, each_language_has_its_pictures) {
   open(pictures, index, english + german, options);
   EXPECT_EQ(entriesOf(pictures), "2000-7000? 2,0 1x1");
   EXPECT_EQ(pictures.report().languages().size(), 2U);
-  EXPECT_TRUE(pictures.select(0));
+  EXPECT_TRUE(pictures.Select(0));
   EXPECT_EQ(entriesOf(pictures), "1000-6000? 1,0 1x1");
-  EXPECT_FALSE(pictures.select(2));
+  EXPECT_FALSE(pictures.Select(2));
   ksImportPictures moved = std::move(pictures);
   EXPECT_EQ(moved.Picture(0)->rectangle.left, 1);
   EXPECT_FALSE(pictures.IsOpen());  // NOLINT(bugprone-use-after-move)
@@ -377,6 +377,25 @@ TEST(ImportPictures, files_are_found_beside_each_other) {
   std::filesystem::resize_file(directory.path("alone.sub"), 20);
   EXPECT_EQ(pictures.Picture(1), nullptr);
 
+  EXPECT_EQ(notesOf(pictures), note(0, ksImportProblem::kEndAssumed));
+
+  // An index that cannot be read is not the same as none.
+  const std::string blind = note(0, ksImportProblem::kIndexUnreadable);
+  directory.write("empty_index.sub", stream);
+  directory.write("empty_index.idx", "");
+  directory.write("large_index.sub", stream);
+  directory.write("large_index.idx", index + std::string(200, '\n'));
+  directory.write("directory.sub", stream);
+  std::filesystem::create_directory(directory.path("directory.idx"));
+  ksImportOptions options;
+  options.maxBytes = 200;
+  for (const char* const name : {"empty_index.sub", "large_index.sub", "directory.sub"}) {
+    EXPECT_TRUE(pictures.Open(directory.path(name).c_str(), options)) << name;
+    EXPECT_EQ(entriesOf(pictures), "2000-7000? 0,0 1x1");
+    EXPECT_TRUE(notesOf(pictures).starts_with(blind)) << name;
+    EXPECT_TRUE(pictures.Select(0) && notesOf(pictures).starts_with(blind)) << name;
+  }
+
   const struct {
     const char* name;
     std::string content;
@@ -389,8 +408,6 @@ TEST(ImportPictures, files_are_found_beside_each_other) {
                  {"film.sub", packHeader() + packet(0xE0, "film"), ksImportRefusal::kUnknownFormat},
                  {"empty.idx", "", ksImportRefusal::kEmpty},
                  {"large.idx", index + std::string(200, '\n'), ksImportRefusal::kTooLarge}};
-  ksImportOptions options;
-  options.maxBytes = 200;
   for (const auto& [name, content, refusal, error] : refused) {
     EXPECT_FALSE(pictures.Open(directory.write(name, content).c_str(), options)) << name;
     EXPECT_EQ(pictures.report().refusal(), refusal) << name;

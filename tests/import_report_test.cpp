@@ -50,7 +50,7 @@ TEST(ImportReport, eachProblem_isNotedAtItsLine) {
     EXPECT_EQ(notes[0].line, row.line) << row.text;
     problems.insert(row.problem);
   }
-  EXPECT_EQ(problems.size(), ksImportProblems().size() - 2);  // the others are those of pictures
+  EXPECT_EQ(problems.size(), ksImportProblems().size() - 3);  // the others are those of pictures
 }
 
 TEST(ImportReport, problems_haveSentencesOfTheirOwn) {

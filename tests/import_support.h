@@ -31,9 +31,9 @@ inline std::string notesOf(const ksImportParser& parser) {
   constexpr const char* kNames[] = {
       "NumberMissing", "NumberDoubled", "NumberFalling",  "CueWithoutText", "EndNotBehindStart",
       "Overlap",       "TimeRepaired",  "TimeUnreadable", "LineIgnored",    "TagUnclosed",
-      "Undecodable",   "ZeroCharacter", "CueCutOff",      "ColumnsMissing", "UnknownStyle",
+      "Undecodable",   "NulCharacter",  "CueCutOff",      "ColumnsMissing", "UnknownStyle",
       "NoFrameRate",   "EndAssumed",    "Duplicate",      "PictureDamaged", "ColorsChange",
-      "OutsideParent", "Unsupported"};
+      "OutsideParent", "Unsupported",   "IndexUnreadable"};
   std::string all;
   for (const ksImportNote& note : parser.report().notes()) {
     all += (all.empty() ? "" : "; ") + std::to_string(note.line) + " " +

@@ -95,7 +95,7 @@ TEST_F(PictureTest, unfit_files_and_arguments_are_refused) {
   } cases[] = {
       {"lone.idx", entry("0:0:1:0", "0"), "cannot open its pictures, lone.sub: No such .*ory"},
       {"empty.idx", "", "empty"},
-      {"text.idx", "1\n", "no VobSub index"}};
+      {"text.idx", "1\n", "not a VobSub index"}};
   for (const auto& [name, content, reason] : cases) {
     directory.write(name, content);
     expectRun(std::string("picture ") + name + " 1000 out.png", "",

@@ -64,6 +64,8 @@ constexpr Sentence kSentences[] = {
      "The cue begins after the element around it has ended, so it is dropped."},
     {ksImportProblem::kUnsupported,
      "The line uses a feature that is not supported and is ignored."},
+    {ksImportProblem::kIndexUnreadable,
+     "The index beside the stream cannot be read, so its languages and colours are not known."},
 };
 static_assert(std::size(kSentences) == kProblems);
 

@@ -51,7 +51,7 @@ ksImportPictures openPictures(const std::string& path, const ksImportOptions& op
     return pictures;
   }
   const auto found = std::ranges::find(streams, *stream, &ksImportPictureStream::index);
-  if (!pictures.select(static_cast<std::size_t>(found - streams.begin()))) {
+  if (!pictures.Select(static_cast<std::size_t>(found - streams.begin()))) {
     throw std::runtime_error(terminalText(path) + ": there is no language with index " +
                              std::to_string(*stream));
   }

@@ -13,7 +13,7 @@ int opacityOf(const Display& display) noexcept {
   return std::accumulate(display.contrasts.begin(), display.contrasts.end(), 0);
 }
 
-/// In the order of the pixel codes, of which the unit has the last one first.
+/// In the order of the pixel codes; the unit has the last one first.
 FourNibbles readNibbles(UnitReader& reader) noexcept {
   const unsigned word = reader.word();
   FourNibbles nibbles;
@@ -60,7 +60,7 @@ class SequenceReader {
     if (isSound()) control_.damage = sentence;
   }
 
-  /// Returns the offset of the next one; the last one names itself.
+  /// Returns the offset of the next one; the last one gives its own.
   std::size_t readOne(std::size_t offset) noexcept {
     UnitReader reader(unit_, offset);
     const unsigned delay = reader.word();
@@ -106,7 +106,7 @@ class SequenceReader {
     }
   }
 
-  /// The size of changes of colours and contrast counts its own two bytes.
+  /// The size of the changes of colours and contrasts includes its own two bytes.
   bool skipChanges(UnitReader& reader) noexcept {
     const unsigned size = reader.word();
     if (size < 2) damage("A control command has an impossible size.");

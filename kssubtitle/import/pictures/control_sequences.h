@@ -14,10 +14,10 @@ namespace kssubtitle::importing {
 using FourNibbles = std::array<unsigned char, 4>;
 
 struct DisplayArea {
-  int left, right, top, bottom;  // the last two numbers of each pair are inside
+  int left, right, top, bottom;  // right and bottom are the last column and row inside
 };
 
-/// What is shown, as far as control sequences have told.
+/// What is shown, as far as control sequences have said.
 struct Display {
   FourNibbles colors{};
   FourNibbles contrasts{};
@@ -26,15 +26,15 @@ struct Display {
 };
 
 struct Control {
-  Display shown;                  ///< Where the unit is most opaque, and latest of such.
+  Display shown;                  ///< When the unit is most opaque, the last such time.
   std::optional<unsigned> start;  ///< The first one's delay, in units of 1024/90 ms.
   std::optional<unsigned> stop;   ///< The last one's, likewise; nothing if it never comes.
   bool isForced = false;
-  bool changesColors = false;  ///< From column to column, which is not followed.
+  bool changesColors = false;  ///< By column, which is not supported.
   std::string_view damage;     ///< A sentence on what cannot be read; empty if all can.
 };
 
-/// Reads all control sequences of `unit`, of which the first stands at `offset`.
+/// Reads all control sequences of `unit`; the first is at `offset`.
 Control readControl(UnitBytes unit, std::size_t offset) noexcept;
 
 }  // namespace kssubtitle::importing

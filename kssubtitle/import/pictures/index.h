@@ -7,7 +7,8 @@
 #include <string_view>
 #include <vector>
 
-#include "kssubtitle/import/pictures/subpicture.h"
+#include "kssubtitle/import/pictures/index_values.h"
+#include "kssubtitle/import/pictures/palette.h"
 #include "kssubtitle/import/report/notes.h"
 
 namespace kssubtitle::importing {
@@ -26,23 +27,21 @@ struct IndexStream {
   std::vector<IndexEntry> entries;
 };
 
-/// Two numbers, across and down.
-struct Pair {
-  int x = 0;
-  int y = 0;
-};
-
 struct PictureIndex {
   Palette palette;
   Pair size;  ///< Of the frame in pixels; zeros if the index does not say.
   Pair origin;
   Pair scalePercent{100, 100};
   bool showsForcedOnly = false;
-  std::optional<int> chosenStream;  ///< A number.
+  std::optional<int> chosenStream;  ///< The number of the one that the index selects.
   std::vector<IndexStream> streams;
 };
 
-/// Reads an index line by line. What cannot be read is noted and left out.
+/// Reads an index line by line. What cannot be read is noted and ignored.
 PictureIndex readIndex(std::string_view text, Notes& notes);
+
+/// The position of the stream to select at first: that of the wanted language or name, else the one
+/// that the index selects, else the first that has pictures; 0 without any.
+std::size_t streamToSelect(const PictureIndex& index, std::string_view language);
 
 }  // namespace kssubtitle::importing

@@ -1,4 +1,4 @@
-// The pictures that were asked for last.
+// The most recently used pictures.
 #pragma once
 
 #include <algorithm>
@@ -12,12 +12,12 @@
 
 namespace kssubtitle::importing {
 
-/// Keeps a bounded number of pictures, and the last one whatever its size.
+/// Keeps a bounded number of pictures, and the most recent one whatever its size.
 class PictureCache {
  public:
   using Picture = std::shared_ptr<const ksImportPicture>;
 
-  /// The picture of that index, which becomes the last one; null if it is not kept.
+  /// The picture of that index, which becomes the most recent one; null if it is not kept.
   Picture find(std::size_t index) noexcept {
     const auto found = std::find_if(slots_.begin(), slots_.end(),
                                     [&](const Slot& slot) { return slot.index == index; });
@@ -45,8 +45,8 @@ class PictureCache {
   };
 
   static constexpr std::size_t kMostPictures = 32;
-  static constexpr std::size_t kMostBytes = std::size_t{16} << 20;  // beside the last one
-  std::list<Slot> slots_;                                           // the last one first
+  static constexpr std::size_t kMostBytes = std::size_t{16} << 20;  // beside the most recent one
+  std::list<Slot> slots_;                                           // the most recent one first
 };
 
 }  // namespace kssubtitle::importing

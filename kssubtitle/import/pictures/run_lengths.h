@@ -14,7 +14,7 @@ class RunLengths {
   RunLengths(UnitBytes unit, std::size_t offset) noexcept : unit_(unit), at_(2 * offset) {}
 
   /// Calls `draw` with the length and the pixel code of each run of the next line, which is `width`
-  /// pixels long. False if a run goes past the end of the line or of the unit.
+  /// pixels long. False if a run ends after the line or the unit.
   template <typename Draw>
   bool readLine(int width, Draw draw) noexcept {
     for (int left = width; left > 0;) {
@@ -29,7 +29,7 @@ class RunLengths {
   }
 
  private:
-  /// One to four nibbles, the more the more leading zeros: the length of a run, and in the lowest
+  /// One to four nibbles, depending on the leading zeros: the length of a run, and in the lowest
   /// two bits its pixel code.
   unsigned readCode() noexcept {
     unsigned code = readNibble();

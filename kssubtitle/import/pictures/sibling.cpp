@@ -1,4 +1,4 @@
-// The file that belongs to another one, whatever the case of its extension.
+// The file beside another, whatever the case of its extension.
 #include "kssubtitle/import/pictures/sibling.h"
 
 #include <dirent.h>
@@ -10,7 +10,7 @@
 
 namespace kssubtitle::importing {
 
-// By the C library: where memory runs out, the directories of the C++ library end the program.
+// With the C library, as std::filesystem ends the program if memory runs out.
 std::string siblingOf(const std::string& path, std::string_view extension) {
   const std::size_t name = path.rfind('/') + 1;  // 0 without a directory
   const std::size_t dot = path.rfind('.');

@@ -1,4 +1,4 @@
-// The file that belongs to another one.
+// The file beside another: the stream of an index, or the index of a stream.
 #pragma once
 
 #include <string>
@@ -6,9 +6,9 @@
 
 namespace kssubtitle::importing {
 
-/// The path of the file beside `path` that has the same name but for its extension, which is
-/// `extension` (such as ".sub") in any case. Where there are several, that in the case given comes
-/// first, then the first by its bytes. If there is none, the path that it would have.
+/// The path of the file beside `path` with the same name and the extension `extension` (such as
+/// ".sub") in any case. Of several, the one in the case given, else the first in byte order. If
+/// there is none, the path that it would have.
 std::string siblingOf(const std::string& path, std::string_view extension);
 
 }  // namespace kssubtitle::importing

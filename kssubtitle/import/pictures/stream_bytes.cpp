@@ -1,4 +1,4 @@
-// The bytes of a program stream: parts of a file, or of memory.
+// The bytes of a program stream, in a file or in memory.
 #include "kssubtitle/import/pictures/stream_bytes.h"
 
 #include <sys/types.h>

@@ -1,4 +1,4 @@
-// The bytes of a program stream, wherever they are kept.
+// The bytes of a program stream, in a file or in memory.
 #pragma once
 
 #include <cstddef>
@@ -11,7 +11,7 @@
 
 namespace kssubtitle::importing {
 
-/// Hands out parts of a stream, of a file no more than a window at a time: it may be of any size.
+/// Gives access to parts of a stream. Of a file it holds one window, so files may be of any size.
 class StreamBytes {
  public:
   static constexpr std::size_t kWindow = std::size_t{1} << 17;
@@ -19,12 +19,11 @@ class StreamBytes {
   StreamBytes() noexcept : file_(nullptr, &std::fclose) {}
   explicit StreamBytes(std::string bytes) : StreamBytes() { memory_ = std::move(bytes); }
 
-  /// Opens the file at `path`, in which places can be looked for. Returns 0, or the `errno` of what
-  /// fails.
+  /// Opens the file at `path`, which must be seekable. Returns 0, or the `errno` of what failed.
   int open(const char* path);
 
-  /// `count` bytes from `offset` on, at most kWindow; fewer where the stream ends, or cannot be
-  /// read. Valid until the next call.
+  /// `count` bytes from `offset` on, at most kWindow; fewer if the stream ends or cannot be read.
+  /// Valid until the next call.
   std::span<const unsigned char> at(std::uint64_t offset, std::size_t count);
 
  private:

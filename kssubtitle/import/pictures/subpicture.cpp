@@ -3,6 +3,7 @@
 #include "kssubtitle/import/pictures/subpicture.h"
 
 #include <algorithm>
+#include <array>
 #include <cstddef>
 
 #include "kssubtitle/import/pictures/run_lengths.h"
@@ -10,59 +11,12 @@
 namespace kssubtitle::importing {
 namespace {
 
-using Rgba = std::array<unsigned char, 4>;
-
 long long milliseconds(unsigned delay) noexcept {
   return static_cast<long long>(delay) * 1024 / 90;
 }
 
-Rgba pixel(std::uint32_t rgb, unsigned alpha) noexcept {
-  const auto low = [](unsigned value) { return static_cast<unsigned char>(value & 0xFF); };
-  return {low(rgb >> 16), low(rgb >> 8), low(rgb), low(alpha)};
-}
-
-/// The visible colours, spaced evenly from white to black in the order of their codes: commonly the
-/// first is that of the letters.
-std::array<std::uint32_t, 4> greysOf(const Display& display) {
-  std::array<unsigned, 4> ranks{};
-  unsigned colors = 0;
-  for (unsigned i = 0; i < 4; ++i) {
-    if (display.contrasts[i] == 0) continue;
-    ranks[i] = colors;
-    for (unsigned j = 0; j < i; ++j) {
-      const bool isSame = display.contrasts[j] != 0 && display.colors[j] == display.colors[i];
-      if (isSame) ranks[i] = ranks[j];
-    }
-    colors = std::max(colors, ranks[i] + 1);
-  }
-  const unsigned steps = std::max(colors, 2U) - 1;
-  std::array<std::uint32_t, 4> greys;
-  for (unsigned i = 0; i < 4; ++i) greys[i] = 255 * (steps - ranks[i]) / steps * 0x010101U;
-  return greys;
-}
-
-std::array<std::uint32_t, 4> colorsOf(const Display& display, const Palette& palette) {
-  if (!palette.colors) return greysOf(display);
-  std::array<std::uint32_t, 4> colors;
-  for (unsigned i = 0; i < 4; ++i) colors[i] = (*palette.colors)[display.colors[i]];
-  return colors;
-}
-
-std::array<Rgba, 4> pixelsOf(const Display& display, const Palette& palette) {
-  const auto percent = static_cast<unsigned>(palette.alphaPercent);
-  const auto colors = palette.custom ? palette.custom->colors : colorsOf(display, palette);
-  std::array<Rgba, 4> pixels;
-  for (unsigned i = 0; i < 4; ++i) {
-    const unsigned alpha = !palette.custom                    ? display.contrasts[i] * 0x11U
-                           : palette.custom->isTransparent[i] ? 0
-                                                              : 0xFF;
-    pixels[i] = pixel(colors[i], alpha * percent / 100);
-  }
-  return pixels;
-}
-
-/// Calls `draw` with the length and the pixel code of each run, lines from the top; these come from
-/// the two fields in turn. False where a line is damaged.
+/// Calls `draw` with the length and the pixel code of each run, lines from the top, which are in
+/// the two fields in turn. False if a line is damaged.
 template <typename Draw>
 bool readRuns(UnitBytes unit, const Subpicture& subpicture, Draw draw) noexcept {
   const auto [upper, lower] = *subpicture.control.shown.fields;

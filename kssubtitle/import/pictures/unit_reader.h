@@ -1,4 +1,4 @@
-// The bytes of a subpicture unit, taken off one number after another.
+// Reads the numbers in a subpicture unit or a packet header.
 #pragma once
 
 #include <cstddef>
@@ -8,7 +8,7 @@ namespace kssubtitle::importing {
 
 using UnitBytes = std::span<const unsigned char>;
 
-/// Takes numbers off bytes, the highest byte first. Behind the end there are zeros.
+/// Reads big-endian numbers one after another; after the end they are 0.
 class UnitReader {
  public:
   UnitReader(UnitBytes bytes, std::size_t offset) noexcept : bytes_(bytes), offset_(offset) {}

@@ -12,7 +12,7 @@
 namespace kssubtitle::importing {
 
 inline constexpr std::size_t kProblems =
-    static_cast<std::size_t>(ksImportProblem::kUnsupported) + 1;
+    static_cast<std::size_t>(ksImportProblem::kIndexUnreadable) + 1;
 
 /// Counts every problem, keeps those of the first lines, and gathers which conditions of the
 /// fixed readers fail.

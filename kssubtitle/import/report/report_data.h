@@ -1,6 +1,7 @@
 // What a report holds.
 #pragma once
 
+#include <memory>
 #include <span>
 #include <string>
 #include <string_view>
@@ -24,6 +25,21 @@ struct ReportData {
   std::vector<std::string> languages;
   Notes notes;
   std::span<const ksImportCue> cues;  // owned by the parser; valid as long as this
+
+  /// Returns false.
+  bool refuse(ksImportRefusal reason, int error = 0, std::string_view sentence = {}) noexcept {
+    refusal = reason;
+    systemError = error;
+    refusalSentence = sentence;
+    return false;
+  }
 };
+
+/// Replaces `data` by that of a new report; drops it even if there is no memory for a new one.
+inline ReportData& renewed(std::unique_ptr<ReportData>& data) {
+  data.reset();
+  data = std::make_unique<ReportData>();
+  return *data;
+}
 
 }  // namespace kssubtitle::importing

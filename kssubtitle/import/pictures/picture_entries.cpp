@@ -1,16 +1,17 @@
-// What the units of a language say of themselves: when and where each is shown.
-#include "kssubtitle/import/pictures/survey.h"
+// The entries of a language: the time in the index or the stream, and what the unit says about its
+// delays and its place, give when and where a picture is shown.
+#include "kssubtitle/import/pictures/picture_entries.h"
 
 #include <algorithm>
 #include <limits>
 
-#include "kssubtitle/import/pictures/program_stream.h"
 #include "kssubtitle/import/pictures/subpicture.h"
+#include "kssubtitle/import/pictures/subpicture_units.h"
 
 namespace kssubtitle::importing {
 namespace {
 
-constexpr long long kLastLasts = 5000;  // milliseconds, if it says no end
+constexpr long long kLastLasts = 5000;  // milliseconds, if the unit gives no end
 
 ksImportRectangle rectangleOf(const Subpicture& subpicture, const PictureIndex& index) noexcept {
   const auto scaled = [](int n, int percent) { return n * percent / 100; };
@@ -20,7 +21,7 @@ ksImportRectangle rectangleOf(const Subpicture& subpicture, const PictureIndex& 
           scaled(subpicture.width, x), scaled(subpicture.height, y)};
 }
 
-/// Without its end where the unit says none.
+/// What the index and the unit say; if the unit gives no end, it is still missing.
 ksImportPictureEntry entryOf(const IndexEntry& from, const Subpicture& subpicture,
                              const PictureIndex& index) {
   ksImportPictureEntry entry;
@@ -37,28 +38,20 @@ ksImportPictureEntry entryOf(const IndexEntry& from, const Subpicture& subpictur
   return entry;
 }
 
-/// Reads each unit once, however many entries lead to it.
-class Surveyor {
+/// Reads each unit once, however many entries refer to it.
+class EntryReader {
  public:
-  Surveyor(StreamBytes& bytes, const PictureIndex& index, const IndexStream& stream, Notes& notes)
+  EntryReader(StreamBytes& bytes, const PictureIndex& index, const IndexStream& stream,
+              Notes& notes)
       : bytes_(bytes), index_(index), stream_(stream), notes_(notes) {}
 
-  std::vector<Surveyed> run() {
-    std::vector<Surveyed> all(stream_.entries.size());
+  std::vector<PlacedEntry> run() {
     const std::vector<std::size_t> order = orderInStream();
-    std::uint64_t end = std::numeric_limits<std::uint64_t>::max();
-    for (std::size_t i = order.size(); i-- > 0;) {
-      Surveyed& each = all[order[i]];
-      each.begin = stream_.entries[order[i]].position;
-      if (i + 1 < order.size() && all[order[i + 1]].begin > each.begin) {
-        end = all[order[i + 1]].begin;
-      }
-      each.end = end;
-    }
-    const Surveyed* last = nullptr;
+    std::vector<PlacedEntry> all = placesInStream(order);
+    const UnitPlace* last = nullptr;
     for (const std::size_t i : order) {
-      if (last == nullptr || last->begin != all[i].begin) read(all[i]);
-      last = &all[i];
+      if (last == nullptr || last->begin != all[i].place.begin) readSubpictureAt(all[i].place);
+      last = &all[i].place;
       all[i].entry = entryOf(stream_.entries[i], subpicture_, index_);
       note(all[i].entry);
     }
@@ -75,7 +68,22 @@ class Surveyor {
     return order;
   }
 
-  void read(const Surveyed& place) {
+  /// Where the units begin and end, of entries that are not read yet.
+  std::vector<PlacedEntry> placesInStream(const std::vector<std::size_t>& order) const {
+    std::vector<PlacedEntry> all(order.size());
+    std::uint64_t end = std::numeric_limits<std::uint64_t>::max();
+    std::uint64_t next = end;
+    for (std::size_t i = order.size(); i-- > 0;) {
+      UnitPlace& each = all[order[i]].place;
+      each.begin = stream_.entries[order[i]].position;
+      if (next > each.begin) end = next;
+      each.end = end;
+      next = each.begin;
+    }
+    return all;
+  }
+
+  void readSubpictureAt(const UnitPlace& place) {
     const Unit unit = readUnit(bytes_, place.begin, place.end, stream_.number);
     subpicture_ = {};
     if (unit.damage.empty()) {
@@ -100,9 +108,9 @@ class Surveyor {
   Subpicture subpicture_;  // of the unit that was read last
 };
 
-/// A picture without an end is shown until another one begins, as the format has it; only the end
-/// of the last one is a guess.
-void assumeEnds(std::vector<Surveyed>& all, Notes& notes) {
+/// A picture without an end is shown until the next one begins, by the format; only the end of the
+/// last one is a guess.
+void assumeEnds(std::vector<PlacedEntry>& all, Notes& notes) {
   std::size_t next = all.size();  // the first one that starts later
   for (std::size_t i = all.size(); i-- > 0;) {
     ksImportPictureEntry& entry = all[i].entry;
@@ -116,21 +124,21 @@ void assumeEnds(std::vector<Surveyed>& all, Notes& notes) {
 
 }  // namespace
 
-std::vector<Surveyed> surveyStream(StreamBytes& bytes, const PictureIndex& index,
-                                   const IndexStream& stream, Notes& notes) {
-  std::vector<Surveyed> all = Surveyor(bytes, index, stream, notes).run();
-  std::stable_sort(all.begin(), all.end(), [](const Surveyed& a, const Surveyed& b) {
+std::vector<PlacedEntry> readEntries(StreamBytes& bytes, const PictureIndex& index,
+                                     const IndexStream& stream, Notes& notes) {
+  std::vector<PlacedEntry> all = EntryReader(bytes, index, stream, notes).run();
+  std::stable_sort(all.begin(), all.end(), [](const PlacedEntry& a, const PlacedEntry& b) {
     return a.entry.start < b.entry.start;
   });
   assumeEnds(all, notes);
   return all;
 }
 
-Pair frameOf(const PictureIndex& index, const std::vector<Surveyed>& entries) noexcept {
+Pair frameOf(const PictureIndex& index, const std::vector<PlacedEntry>& entries) noexcept {
   constexpr Pair kUsual[] = {{720, 480}, {720, 576}, {1280, 720}, {1920, 1080}, {4096, 4096}};
   if (index.size.x > 0) return index.size;
   Pair least;
-  for (const Surveyed& each : entries) {
+  for (const PlacedEntry& each : entries) {
     const ksImportRectangle& rectangle = each.entry.rectangle;
     least.x = std::max(least.x, rectangle.left + rectangle.width);
     least.y = std::max(least.y, rectangle.top + rectangle.height);
