@@ -26,6 +26,16 @@
 
 using namespace kssubtitle::importing;
 
+/// An open file.
+struct kssubtitle::importing::ParserContents {
+  explicit ParserContents(std::size_t textSize) : texts(textSize) {}
+
+  TextArena texts;
+  std::vector<ksImportCue> cues;
+  Moments moments;
+  long long duration = 0;
+};
+
 namespace {
 
 /// Drops the SUB characters (Ctrl-Z) at the end, with which old systems filled text files up;
@@ -54,6 +64,62 @@ void replaceNuls(std::string& text, bool keepsPlace, Notes& notes) {
   text = std::move(kept);
 }
 
+/// Requires: the text ends in no SUB and has no NULs.
+std::unique_ptr<ParserContents> readCues(const Format& format, std::string_view text,
+                                         const ksImportOptions& options, ReportData& report) {
+  auto contents = std::make_unique<ParserContents>(text.size());
+  CueText cueText(contents->texts, options.markup);
+  CueSink sink(cueText, report.notes, text.size());
+  const std::size_t begin = httpHeaderLength(text);
+  format.read({text, begin, 1 + countLines(text.substr(0, begin)), options}, sink);
+  report.languages = std::move(sink.languages());
+  arrange(sink.cues(), format.longestAssumed, sink.notes());
+  contents->cues = std::move(sink.cues());
+  contents->moments.reserve(contents->cues.size());
+  for (const ksImportCue& cue : contents->cues) {
+    contents->moments.add(cue);
+    contents->duration = std::max(contents->duration, cue.end);
+  }
+  contents->moments.settle(contents->cues);
+  report.cues = contents->cues;
+  return contents;
+}
+
+std::unique_ptr<ParserContents> refused(ReportData& report, ksImportRefusal refusal,
+                                        std::string_view sentence = {}) noexcept {
+  report.refuse(refusal, 0, sentence);
+  return nullptr;
+}
+
+/// The road from bytes to cues. Null if the file is refused.
+std::unique_ptr<ParserContents> readBytes(std::string bytes, std::string_view path,
+                                          const ksImportOptions& options, ReportData& report) {
+  report.size = bytes.size();
+  if (bytes.empty()) return refused(report, ksImportRefusal::kEmpty);
+  if (const Kind* const kind = kindOf(Content::kBytes, bytes)) {
+    return refused(report, kind->refusal, kind->sentence);
+  }
+  std::optional<std::string> text = textOf(std::move(bytes), options, report);
+  if (!text) return refused(report, ksImportRefusal::kUnknownEncodingName);
+  const bool hasEndMark = dropEndMarks(*text);
+  const std::size_t headerLength = httpHeaderLength(*text);
+  const Recognised recognised =
+      recognise(std::string_view(*text).substr(headerLength), path, options.format);
+  if (recognised.format == nullptr) return refused(report, recognised.refusal, recognised.sentence);
+  const Format& format = *recognised.format;
+  report.format = format.info.name;
+  if (hasEndMark || headerLength > 0) report.notes.fail(Condition::kCuesAlone);
+  if (report.lineEnds != ksImportLineEnds::kLf || !text->ends_with('\n')) {
+    report.notes.fail(Condition::kLineEnds);
+  }
+  if (!isExtensionOfFixedReaders(path, format.info.name)) report.notes.fail(Condition::kExtension);
+  replaceNuls(*text, format.keepsNuls, report.notes);
+  auto contents = readCues(format, *text, options, report);
+  report.notes.sortByLine();
+  report.refusal = ksImportRefusal::kNone;
+  return contents;
+}
+
 /// The texts of what `moment` shows, each after a line feed.
 std::string joinedTexts(const Moments& moments, const Moment& moment,
                         std::span<const ksImportCue> cues) {
@@ -74,16 +140,6 @@ std::string joinedTexts(const Moments& moments, const Moment& moment,
 
 }  // namespace
 
-/// What an open parser holds.
-struct ksImportParser::Contents {
-  explicit Contents(std::size_t textSize) : texts(textSize) {}
-
-  TextArena texts;
-  std::vector<ksImportCue> cues;
-  Moments moments;
-  long long duration = 0;
-};
-
 ksImportParser::ksImportParser() noexcept = default;
 ksImportParser::ksImportParser(ksImportParser&& other) noexcept = default;
 ksImportParser& ksImportParser::operator=(ksImportParser&& other) noexcept = default;
@@ -92,19 +148,29 @@ ksImportParser::~ksImportParser() = default;
 bool ksImportParser::Open(const char* path) { return Open(path, ksImportOptions()); }
 
 bool ksImportParser::Open(const char* path, const ksImportOptions& options) {
-  close();
+  contents_.reset();
+  ReportData& report = renewed(report_.data_);
   FileBytes file = readFile(path, std::min(options.maxBytes, kMostFileBytes));
-  if (file.refusal != ksImportRefusal::kNone) return refuse(file.refusal, file.systemError);
-  return openBytes(std::move(file.bytes), path, options);
+  if (file.refusal != ksImportRefusal::kNone) {
+    report.refuse(file.refusal, file.systemError);
+  } else {
+    contents_ = readBytes(std::move(file.bytes), path, options, report);
+  }
+  return contents_ != nullptr;
 }
 
 bool ksImportParser::OpenMemory(const void* bytes, std::size_t size,
                                 const ksImportOptions& options) {
-  close();
-  if (size > std::min(options.maxBytes, kMostFileBytes)) return refuse(ksImportRefusal::kTooLarge);
-  std::string copied;
-  if (size > 0) copied.assign(static_cast<const char*>(bytes), size);
-  return openBytes(std::move(copied), {}, options);
+  contents_.reset();
+  ReportData& report = renewed(report_.data_);
+  if (size > std::min(options.maxBytes, kMostFileBytes)) {
+    report.refuse(ksImportRefusal::kTooLarge);
+  } else {
+    std::string copied;
+    if (size > 0) copied.assign(static_cast<const char*>(bytes), size);
+    contents_ = readBytes(std::move(copied), {}, options, report);
+  }
+  return contents_ != nullptr;
 }
 
 bool ksImportParser::IsOpen() const { return contents_ != nullptr; }
@@ -129,69 +195,4 @@ SUBTITLE_ST_U ksImportParser::GetSubTitleU(long long t) {
 std::span<const ksImportCue> ksImportParser::cues() const noexcept {
   if (!contents_) return {};
   return contents_->cues;
-}
-
-void ksImportParser::close() {
-  contents_.reset();
-  report_.data_.reset();  // even if there is no memory for a new one
-  report_.data_ = std::make_unique<ReportData>();
-}
-
-bool ksImportParser::refuse(ksImportRefusal refusal, int systemError,
-                            std::string_view sentence) noexcept {
-  report_.data_->refusal = refusal;
-  report_.data_->systemError = systemError;
-  report_.data_->refusalSentence = sentence;
-  report_.data_->notes.sortByLine();
-  return false;
-}
-
-bool ksImportParser::openBytes(std::string bytes, std::string_view path,
-                               const ksImportOptions& options) {
-  ReportData& report = *report_.data_;
-  report.size = bytes.size();
-  if (bytes.empty()) return refuse(ksImportRefusal::kEmpty);
-  if (const Kind* const kind = kindOf(Content::kBytes, bytes)) {
-    return refuse(kind->refusal, 0, kind->sentence);
-  }
-  std::optional<std::string> text = textOf(std::move(bytes), options, report);
-  if (!text) return refuse(ksImportRefusal::kUnknownEncodingName);
-  const bool hasEndMark = dropEndMarks(*text);
-  const std::size_t headerLength = httpHeaderLength(*text);
-  const Recognised recognised =
-      recognise(std::string_view(*text).substr(headerLength), path, options.format);
-  if (recognised.format == nullptr) return refuse(recognised.refusal, 0, recognised.sentence);
-  const Format& format = *recognised.format;
-  report.format = format.info.name;
-  if (hasEndMark || headerLength > 0) report.notes.fail(Condition::kCuesAlone);
-  if (report.lineEnds != ksImportLineEnds::kLf || !text->ends_with('\n')) {
-    report.notes.fail(Condition::kLineEnds);
-  }
-  if (!isExtensionOfFixedReaders(path, format.info.name)) report.notes.fail(Condition::kExtension);
-  replaceNuls(*text, format.keepsNuls, report.notes);
-  readCues(format, *text, options);
-  report.notes.sortByLine();
-  report.refusal = ksImportRefusal::kNone;
-  report.systemError = 0;
-  return true;
-}
-
-void ksImportParser::readCues(const Format& format, std::string_view text,
-                              const ksImportOptions& options) {
-  auto contents = std::make_unique<Contents>(text.size());
-  CueText cueText(contents->texts, options.markup);
-  CueSink sink(cueText, report_.data_->notes, text.size());
-  const std::size_t begin = httpHeaderLength(text);
-  format.read({text, begin, 1 + countLines(text.substr(0, begin)), options}, sink);
-  report_.data_->languages = std::move(sink.languages());
-  arrange(sink.cues(), format.longestAssumed, sink.notes());
-  contents->cues = std::move(sink.cues());
-  contents->moments.reserve(contents->cues.size());
-  for (const ksImportCue& cue : contents->cues) {
-    contents->moments.add(cue);
-    contents->duration = std::max(contents->duration, cue.end);
-  }
-  contents->moments.settle(contents->cues);
-  report_.data_->cues = contents->cues;
-  contents_ = std::move(contents);
 }

@@ -15,8 +15,8 @@
 #include "kssubtitle/parsers/IParser.h"
 
 namespace kssubtitle::importing {
-struct Format;
-}  // namespace kssubtitle::importing
+struct ParserContents;
+}
 
 /// A text subtitle file of any common format, in any encoding.
 ///
@@ -72,16 +72,6 @@ class KSSUBTITLE_IMPORT_API ksImportParser : public IParser {
   const ksImportReport& report() const noexcept { return report_; }
 
  private:
-  struct KSSUBTITLE_IMPORT_LOCAL Contents;
-
-  KSSUBTITLE_IMPORT_LOCAL bool openBytes(std::string bytes, std::string_view path,
-                                         const ksImportOptions& options);
-  KSSUBTITLE_IMPORT_LOCAL void readCues(const kssubtitle::importing::Format& format,
-                                        std::string_view text, const ksImportOptions& options);
-  KSSUBTITLE_IMPORT_LOCAL bool refuse(ksImportRefusal refusal, int systemError = 0,
-                                      std::string_view sentence = {}) noexcept;
-  KSSUBTITLE_IMPORT_LOCAL void close();
-
-  std::unique_ptr<Contents> contents_;
+  std::unique_ptr<kssubtitle::importing::ParserContents> contents_;  // null: closed
   ksImportReport report_;
 };

@@ -26,16 +26,18 @@ struct ReportData {
   Notes notes;
   std::span<const ksImportCue> cues;  // owned by the parser; valid as long as this
 
-  /// Returns false.
+  /// Records why the file is not read. Returns false.
   bool refuse(ksImportRefusal reason, int error = 0, std::string_view sentence = {}) noexcept {
     refusal = reason;
     systemError = error;
     refusalSentence = sentence;
+    notes.sortByLine();
     return false;
   }
 };
 
-/// Replaces `data` by that of a new report; drops it even if there is no memory for a new one.
+/// Replaces `data` with a new report. The old one is gone even if there is no memory for the new
+/// one.
 inline ReportData& renewed(std::unique_ptr<ReportData>& data) {
   data.reset();
   data = std::make_unique<ReportData>();
