@@ -114,14 +114,14 @@ void checkCues(std::span<const ksImportCue> cues, bool isHtml) {
 }
 
 /// Where the fixed readers are said to agree, the manager gives the same answers.
-void checkAgreement(ksImportParser& parser, std::string_view bytes) {
-  const bool agrees = parser.report().fixedReadersAgree();
-  check(agrees == parser.report().unmetConditions().empty(), "a disagreement has a reason");
-  if (!agrees) return;
+void checkAgreement(std::string_view format, std::string_view bytes) {
+  if (format != "subrip" && format != "ass") return;
   static const TempDir dir;
+  const std::string path = dir.write(format == "ass" ? "film.ass" : "film.srt", bytes);
+  if (!ksWhyFixedReadersDiffer(path.c_str()).empty()) return;
+  ksImportParser parser;
   ksSubtitleManager manager;
-  const std::string name = parser.report().format() == "ass" ? "film.ass" : "film.srt";
-  check(manager.Open(dir.write(name, bytes).c_str()), "the manager opens a plain file");
+  check(parser.Open(path.c_str()) && manager.Open(path.c_str()), "both open a plain file");
   const bool isWide = bytes.starts_with("\xFF\xFE");
   for (const ksImportCue& cue : parser.cues()) {
     for (const long long t : {cue.start - 1, cue.start, cue.end, cue.end + 1}) {
@@ -188,7 +188,7 @@ void checkFile(ksImportParser& parser, std::string_view bytes, const ksImportOpt
   checkCues(parser.cues(), options.markup == ksImportMarkup::kHtml);
   checkMoments(parser);
   checkWritten(parser, options);
-  checkAgreement(parser, bytes);
+  checkAgreement(parser.report().format(), bytes);
   ksImportParser again;
   again.OpenMemory("x", 1);
   check(again.OpenMemory(bytes.data(), bytes.size(), options) == isOpen &&

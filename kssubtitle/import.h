@@ -2,6 +2,7 @@
 /// Everything that a host of the import library needs, in one include.
 #pragma once
 
+#include "kssubtitle/import/ksFixedReaders.h"
 #include "kssubtitle/import/ksImportCue.h"
 #include "kssubtitle/import/ksImportFormats.h"
 #include "kssubtitle/import/ksImportOptions.h"

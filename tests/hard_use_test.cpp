@@ -342,9 +342,6 @@ std::string answersOf(ksImportParser& parser) {
     all += std::to_string(narrowAnswer.start + wideAnswer.end) + narrowAnswer.text.getData();
   }
   for (const ksImportCue& cue : parser.cues()) all += cue.text;
-  for (const ksImportCondition& condition : parser.report().unmetConditions()) {
-    all += condition.name;
-  }
   return all + std::to_string(parser.report().notes().size()) +
          std::to_string(parser.DurationTime());
 }

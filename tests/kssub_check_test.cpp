@@ -21,7 +21,8 @@ TEST_F(KssubTest, check_reports_what_a_viewer_notices) {
   const std::string form =
       "film.srt: subrip, UTF-8 \\(valid throughout\\), LF, 7 cues, 0:00:12.000\n";
   const std::string fixed =
-      "film.srt: The fixed readers may answer it otherwise: The cues do not follow one another.*\n";
+      "film.srt: The fixed readers may answer it differently: The cues do not follow one "
+      "another.*\n";
   expectRun("check film.srt",
             form +
                 "film.srt:1: The cue is shown for only 499 ms\\.\n"
@@ -36,8 +37,7 @@ TEST_F(KssubTest, check_reports_what_a_viewer_notices) {
             form + "film.srt:18: .*\nfilm.srt:22: .*\n" + fixed, "", 1);
   expectRun("check - --max-line 20 --fps 20 --json <film.srt",
             R"(\{"file":"standard input","format":"subrip",.*"cues":7,"duration":12000,.*)"
-            R"(\{"line":26,"text":"The cue begins only 80 ms.*"fixedReadersAgree":false,)"
-            R"("unmet":\["order"\]\})"
+            R"(\{"line":26,"text":"The cue begins only 80 ms.*"notesNotKept":0\})"
             "\n",
             "", 1);
 }
@@ -52,7 +52,7 @@ TEST_F(KssubTest, check_looks_into_directories) {
   const std::string agree = ": The fixed readers answer the file as it is meant\\.\n";
   const std::string both =
       "films/a.srt: subrip, .*\nfilms/a.srt" + agree +
-      "films/deep/b.SRT: subrip, .*\nfilms/deep/b.SRT: .*otherwise: The file's name.*\n";
+      "films/deep/b.SRT: subrip, .*\nfilms/deep/b.SRT: .*differently: The file's name.*\n";
   expectRun("check films", both, "", 0);
   directory.write("films/c.srt", "no subtitles\n");
   directory.write("films/d.vtt", "WEBVTT\n");

@@ -70,8 +70,6 @@ TEST_F(KssubTest, commands_print_answers) {
        header + "0:00:02.000  0:00:09.000  long\n0:00:02.000  0:00:03.000  first\n"
                 "0:00:05.000  0:00:09.000  last\n0:00:08.000  0:00:01.000  backwards\n"
                 "4 cues; subrip, UTF-8, LF; 3 notes\n"},
-      {"list hostile.srt --exact",
-       header + "0:00:00.000  0:00:01.000  a\u241b\\[2Jb\ufffd\\|c\u2421\ufffd\n1 cue\n"},
       {"list hostile.srt --encoding utf-8",
        header + "0:00:00.000  0:00:01.000  a\u241b\\[2Jb\ufffd\\|c\u2421\ufffd\n1 cue; .*\n"},
       {"play plain.srt --from 0:0.9 --speed 2", played},
@@ -83,6 +81,9 @@ TEST_F(KssubTest, commands_print_answers) {
   };
   for (const auto& [arguments, out] : cases) expectRun(arguments, out, "", 0);
   expectRun("play plain.srt --from 3000", "", "kssub: plain.srt: nothing left to play, .*\n", 0);
+  expectRun("list hostile.srt --exact",
+            header + "0:00:00.000  0:00:01.000  a\u241b\\[2Jb\ufffd\\|c\u2421\ufffd\n1 cue\n",
+            "kssub: hostile.srt: note: The text is neither UTF-8 .*\n", 0);
   expectRun("list overlap.srt --notes --json", "[^]*",
             "(overlap.srt:[47]: The cue begins while .*\n){2}"
             "overlap.srt:10: The cue does not end .*\n",
@@ -138,29 +139,24 @@ TEST_F(KssubTest, fixed_readers_note_odd_forms_in_one_line_before_the_answers) {
   const struct {
     std::string name, content, note;
   } cases[] = {
-      {"crlf.srt", replaced(kPlain, "\n", "\r\n"), "its lines end in CR LF, .* one cue"},
-      {"mixed.srt", replaced(kPlain, "1\n", "1\r\n"), "some lines end in CR LF: .* no cue"},
-      {"crlf.ass", replaced(kScript, "\n", "\r\n"), "its lines end in CR LF, .*unknown type"},
-      {"mixed.ass", replaced(kScript, "X\n", "X\r\n"), "some lines end in CR LF: .*script type"},
-      {"wide.srt", utf16(replaced(kPlain, "\n", "\r\n")), "its lines end in CR LF, .* one cue"},
-      {"cr.ass", replaced(kScript, "\n", "\r"), "it holds lone CRs, .*; .*last line is lost"},
-      {"utf32.srt", std::string("\xff\xfe\0\0001\0\0\0", 8), "it begins with the mark of UTF-32"},
-      {"utf16.srt", utf16(replaced(kPlain, "\n", "\r\n")).substr(2), "it holds zero bytes"},
-      {"mark.srt", "\xef\xbb\xbf" + kPlain, "it begins with a UTF-8 mark"},
-      {"big.srt", "\xfe\xff" + kPlain, "it begins with a big-endian mark"},
-      {"cut.ass", kScript + "Dialogue: lost", "it does not .*last line is lost"},
-      {"mark.ass", "\xef\xbb\xbf" + kScript, ""},
+      {"crlf.srt", replaced(kPlain, "\n", "\r\n"), "A line ends in something other .*"},
+      {"crlf.ass", replaced(kScript, "\n", "\r\n"), "A line ends in something other .*"},
+      {"wide.srt", utf16(replaced(kPlain, "\n", "\r\n")), "A line ends in something other .*"},
+      {"bom.srt", "\xef\xbb\xbf" + kPlain, "The text is neither UTF-8 without a BOM .*"},
+      {"cut.ass", kScript + "Dialogue: lost", "A line ends in something other .*"},
+      {"bom.ass", "\xef\xbb\xbf" + kScript, "The text is neither UTF-8 without a BOM .*"},
       {"cut.srt", kPlain + "x", ""},
       {"full.srt", tooManyLines.substr(1) + "x", ""},
   };
   for (const auto& [name, content, note] : cases) {
     directory.write(name, content);
-    const std::string line = "kssub: " + name + ": note: " + note + ".*\n";
+    const std::string line =
+        "(kssub: " + name + ": note: .*\n)*kssub: " + name + ": note: " + note + "\n(kssub: .*\n)*";
     expectRun("at --exact " + name + " 0", "duration: .*\n0:00:00.000: [^]*",
               note.empty() ? "" : line, 0);
   }
   directory.write("long.srt", tooManyLines);
-  expectRun("list --exact long.srt", "", "kssub: long.srt: cannot open: .* 20000 lines\n", 1);
+  expectRun("list --exact long.srt", "", "kssub: long.srt: The file is empty but .*\n", 1);
 }
 
 TEST_F(KssubTest, failures_have_exit_statuses_of_their_own) {
@@ -170,8 +166,8 @@ TEST_F(KssubTest, failures_have_exit_statuses_of_their_own) {
   std::filesystem::create_directory(directory.path("dir.srt"));
   const std::string cannotOpen = "kssub: .*: cannot open: ";
   expectRun("at missing.srt 0", "", cannotOpen + "No such file or directory\n", 1);
-  expectRun("list plain.txt --exact", "", cannotOpen + "the extension is none .*\n", 1);
-  expectRun("play empty.srt --exact", "", cannotOpen + "the file is empty\n", 1);
+  expectRun("list plain.txt --exact", "", cannotOpen + "The file's name does not end in .*\n", 1);
+  expectRun("play empty.srt --exact", "", "kssub: empty.srt: The file is empty.\n", 1);
   expectRun("list dir.srt --exact", "", cannotOpen + "not a regular file\n", 1);
   expectRun("list - <dir.srt", "", "kssub: standard input: cannot open: Is a directory\n", 1);
   expectRun("at - 0 --json <empty.srt", "", "kssub: standard input: The file is empty.\n", 1);

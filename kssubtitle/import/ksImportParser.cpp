@@ -9,7 +9,6 @@
 #include <utility>
 #include <vector>
 
-#include "kssubtitle/import/conditions.h"
 #include "kssubtitle/import/formats/common/arrangement.h"
 #include "kssubtitle/import/formats/common/cue_sink.h"
 #include "kssubtitle/import/formats/common/format.h"
@@ -37,15 +36,6 @@ struct kssubtitle::importing::ParserContents {
 };
 
 namespace {
-
-/// Drops the SUB characters (Ctrl-Z) at the end, with which old systems filled text files up;
-/// whether there were any.
-bool dropEndMarks(std::string& text) {
-  const std::size_t size = text.find_last_not_of('\x1A') + 1;
-  const bool hasAny = size < text.size();
-  text.resize(size);
-  return hasAny;
-}
 
 /// Drops NULs, which would end texts elsewhere, or lets U+FFFD take their place.
 void replaceNuls(std::string& text, bool keepsPlace, Notes& notes) {
@@ -81,7 +71,6 @@ std::unique_ptr<ParserContents> readCues(const Format& format, std::string_view 
     contents->duration = std::max(contents->duration, cue.end);
   }
   contents->moments.settle(contents->cues);
-  report.cues = contents->cues;
   return contents;
 }
 
@@ -101,18 +90,12 @@ std::unique_ptr<ParserContents> readBytes(std::string bytes, std::string_view pa
   }
   std::optional<std::string> text = textOf(std::move(bytes), options, report);
   if (!text) return refused(report, ksImportRefusal::kUnknownEncodingName);
-  const bool hasEndMark = dropEndMarks(*text);
   const std::size_t headerLength = httpHeaderLength(*text);
   const Recognised recognised =
       recognise(std::string_view(*text).substr(headerLength), path, options.format);
   if (recognised.format == nullptr) return refused(report, recognised.refusal, recognised.sentence);
   const Format& format = *recognised.format;
   report.format = format.info.name;
-  if (hasEndMark || headerLength > 0) report.notes.fail(Condition::kCuesAlone);
-  if (report.lineEnds != ksImportLineEnds::kLf || !text->ends_with('\n')) {
-    report.notes.fail(Condition::kLineEnds);
-  }
-  if (!isExtensionOfFixedReaders(path, format.info.name)) report.notes.fail(Condition::kExtension);
   replaceNuls(*text, format.keepsNuls, report.notes);
   auto contents = readCues(format, *text, options, report);
   report.notes.sortByLine();

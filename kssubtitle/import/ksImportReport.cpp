@@ -5,7 +5,6 @@
 #include <array>
 #include <iterator>
 
-#include "kssubtitle/import/conditions.h"
 #include "kssubtitle/import/report/report_data.h"
 
 using kssubtitle::importing::kProblems;
@@ -160,21 +159,4 @@ std::span<const ksImportNote> ksImportReport::notes() const noexcept {
 
 std::size_t ksImportReport::count(ksImportProblem problem) const noexcept {
   return data_ && static_cast<std::size_t>(problem) < kProblems ? data_->notes.count(problem) : 0;
-}
-
-bool ksImportReport::fixedReadersAgree() const noexcept {
-  return data_ && kssubtitle::importing::failedConditions(*data_).empty();
-}
-
-std::vector<ksImportCondition> ksImportReport::unmetConditions() const {
-  using namespace kssubtitle::importing;
-  if (!data_) return {rowOf(Condition::kReadable)};
-  const FailedConditions failed = failedConditions(*data_);
-  std::vector<ksImportCondition> unmet;
-  for (std::size_t i = 0; i < kConditions; ++i) {
-    if (const auto condition = static_cast<Condition>(i); failed.has(condition)) {
-      unmet.push_back(rowOf(condition));
-    }
-  }
-  return unmet;
 }

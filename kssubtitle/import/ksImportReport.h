@@ -7,7 +7,6 @@
 #include <span>
 #include <string>
 #include <string_view>
-#include <vector>
 
 #include "kssubtitle/import/export.h"
 
@@ -90,18 +89,11 @@ struct ksImportNote {
   int line;                 ///< On which line, from 1; 0: it concerns the whole file.
 };
 
-/// Something a file must satisfy for the fixed readers, those of ksSubtitleManager, to answer it as
-/// it is meant. Always valid.
-struct ksImportCondition {
-  std::string_view name;      ///< A word or two, such as "line ends".
-  std::string_view sentence;  ///< One English sentence on a file that is not so.
-};
-
 /// What was found out about the last file that was to be opened.
 ///
 /// Belongs to the ksImportParser or ksImportPictures that opened the file, and may be read by
 /// several threads while that opens nothing; what it returns is valid until the next Open().
-/// Nothing throws, except that unmetConditions() may throw `std::bad_alloc`.
+/// Nothing throws.
 class KSSUBTITLE_IMPORT_API ksImportReport {
  public:
   /// @{
@@ -138,14 +130,6 @@ class KSSUBTITLE_IMPORT_API ksImportReport {
   /// How often a problem was found, including notes that notes() does not keep; 0 for a value that
   /// is not a problem.
   std::size_t count(ksImportProblem problem) const noexcept;
-  /// Whether ksSubtitleManager answers the file as it is meant: with the start, end and text that
-  /// its parser here gives, at every millisecond, in the query of the file's width. It may be false
-  /// where that is so, and is never true where it is not; a file without a name is taken to have
-  /// the right one. Looks at every text, so ask once.
-  bool fixedReadersAgree() const noexcept;
-  /// Why not: the conditions that the file does not meet, none if fixedReadersAgree(). Looks at
-  /// every text, too.
-  std::vector<ksImportCondition> unmetConditions() const;
 
  private:
   friend class ksImportParser;

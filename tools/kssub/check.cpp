@@ -6,9 +6,11 @@
 #include <cmath>
 #include <iostream>
 #include <map>
+#include <optional>
 #include <string>
 #include <vector>
 
+#include "kssubtitle/import/ksFixedReaders.h"
 #include "tools/kssub/check_limits.h"
 #include "tools/kssub/commands.h"
 #include "tools/kssub/common_options.h"
@@ -90,11 +92,18 @@ void printLine(const std::string& place, const std::string& sentence) {
   std::cout << terminalText(place) << ": " << terminalText(sentence) << '\n';
 }
 
-/// How the fixed readers answer a file. A single condition is explained, unless all are explained
-/// below.
-std::string answerOfFixedReaders(const std::vector<ksImportCondition>& unmet, bool showsAll) {
+using Conditions = std::vector<ksImportCondition>;
+
+/// Why the fixed readers differ; nothing about standard input, which they cannot read.
+std::optional<Conditions> whyFixedReadersDiffer(const FileRequest& request) {
+  if (request.path == "-") return std::nullopt;
+  return ksWhyFixedReadersDiffer(request.path.c_str(), request.options);
+}
+
+/// How the fixed readers answer a file. A single reason is given in full, unless all follow.
+std::string answerOfFixedReaders(const Conditions& unmet, bool showsAll) {
   if (unmet.empty()) return "The fixed readers answer the file as it is meant.";
-  const std::string otherwise = "The fixed readers may answer it otherwise";
+  const std::string otherwise = "The fixed readers may answer it differently";
   if (unmet.size() == 1 && !showsAll) return otherwise + ": " + std::string(unmet.front().sentence);
   std::vector<std::string> names;
   names.reserve(unmet.size());
@@ -107,12 +116,13 @@ class TextReport {
   TextReport(std::string name, std::size_t mostOfAKind)
       : name_(std::move(name)), mostOfAKind_(mostOfAKind) {}
 
-  void print(ksImportParser& parser, const Remarks& remarks) {
+  void print(ksImportParser& parser, const Remarks& remarks,
+             const std::optional<Conditions>& unmet) {
     printForm(parser);
     for (const Remark& remark : remarks) printRemark(remark);
     countOmitted(parser.report());
     for (const auto& [number, kind] : kinds_) printRest(kind);
-    printFixedReaders(parser.report());
+    if (unmet) printFixedReaders(*unmet);
   }
 
  private:
@@ -163,14 +173,11 @@ class TextReport {
               std::to_string(kind.count - kind.printed) + " more like this: " + kind.example);
   }
 
-  void printFixedReaders(const ksImportReport& report) const {
+  void printFixedReaders(const Conditions& unmet) const {
     const bool showsAll = mostOfAKind_ == kAll;
-    printLine(name_, answerOfFixedReaders(report.unmetConditions(), showsAll));
-    if (showsAll) printConditions(report);
-  }
-
-  void printConditions(const ksImportReport& report) const {
-    for (const ksImportCondition& condition : report.unmetConditions()) {
+    printLine(name_, answerOfFixedReaders(unmet, showsAll));
+    if (!showsAll) return;
+    for (const ksImportCondition& condition : unmet) {
       printLine(name_, std::string(condition.name) + ": " + std::string(condition.sentence));
     }
   }
@@ -197,12 +204,16 @@ std::string jsonRemarks(const Remarks& remarks) {
   return '[' + joined(parts, ",") + ']';
 }
 
-void printObject(const std::string& name, ksImportParser& parser, const Remarks& remarks) {
+std::string jsonFixedReaders(const Conditions& unmet) {
+  std::vector<std::string> names;
+  for (const ksImportCondition& condition : unmet) names.emplace_back(condition.name);
+  return std::string(",\"fixedReadersAgree\":") + (unmet.empty() ? "true" : "false") +
+         ",\"unmet\":" + jsonList(names);
+}
+
+void printObject(const std::string& name, ksImportParser& parser, const Remarks& remarks,
+                 const std::optional<Conditions>& unmet) {
   const ksImportReport& report = parser.report();
-  std::vector<std::string> unmet;
-  for (const ksImportCondition& condition : report.unmetConditions()) {
-    unmet.emplace_back(condition.name);
-  }
   std::cout << "{\"file\":" << jsonString(name) << ",\"format\":" << jsonString(report.format())
             << ",\"encoding\":" << jsonString(report.encoding())
             << ",\"found\":" << jsonString(nameOf(report.encodingSource()))
@@ -212,8 +223,7 @@ void printObject(const std::string& name, ksImportParser& parser, const Remarks&
             << ",\"languages\":" << jsonList({report.languages().begin(), report.languages().end()})
             << ",\"notes\":" << jsonRemarks(remarks)
             << ",\"notesNotKept\":" << countNotes(report) - report.notes().size()
-            << ",\"fixedReadersAgree\":" << (unmet.empty() ? "true" : "false")
-            << ",\"unmet\":" << jsonList(unmet) << "}\n";
+            << (unmet ? jsonFixedReaders(*unmet) : "") << "}\n";
 }
 
 class Check : public Command {
@@ -296,11 +306,12 @@ class Check : public Command {
     limits.ordersCount = formatOf(parser.report()).isSequential;
     const Remarks remarks = remarksOn(parser, limits);
     if (!remarks.empty()) status_ = std::max(status_, kProblems);
+    const std::optional<Conditions> unmet = whyFixedReadersDiffer(request_);
     progress.hide();
     if (asJson_) {
-      printObject(nameOf(request_), parser, remarks);
+      printObject(nameOf(request_), parser, remarks, unmet);
     } else {
-      TextReport(nameOf(request_), showsAll_ ? kAll : kUsually).print(parser, remarks);
+      TextReport(nameOf(request_), showsAll_ ? kAll : kUsually).print(parser, remarks, unmet);
     }
   }
 

@@ -1,12 +1,18 @@
 // A subtitle file as the fixed readers answer it, whatever its text width.
 #include <algorithm>
+#include <cstdio>
+#include <filesystem>
+#include <iostream>
 #include <set>
 #include <utility>
 
+#include "kssubtitle/import/ksFixedReaders.h"
+#include "kssubtitle/import/ksImportParser.h"
 #include "kssubtitle/manager/ksSubtitleManager.h"
 #include "kssubtitle/parsers/ass/ksAssParser.h"
 #include "kssubtitle/parsers/srt/ksSrtParser.h"
-#include "tools/kssub/file_form.h"
+#include "tools/kssub/file_handle.h"
+#include "tools/kssub/report_text.h"
 #include "tools/kssub/subtitle_file.h"
 #include "tools/kssub/terminal_text.h"
 
@@ -51,12 +57,18 @@ Cues recordsOf(const std::string& path) {
   return records;
 }
 
-/// The records of the file; the manager gives access only to what is shown.
-Cues readRecords(const std::string& path, const FileForm& form) {
-  if (form.format == Format::kSubRip) {
-    return form.isWide ? recordsOf<ksSrtParserU>(path) : recordsOf<ksSrtParser>(path);
+bool isWide(const std::string& path) {
+  char head[2] = {};
+  const FileHandle file(std::fopen(path.c_str(), "rb"));
+  return file && std::fread(head, 1, 2, file.get()) == 2 && std::string_view(head, 2) == "\xFF\xFE";
+}
+
+/// What the file holds; the manager only says what is shown.
+Cues readRecords(const std::string& path) {
+  if (path.ends_with(".srt")) {
+    return isWide(path) ? recordsOf<ksSrtParserU>(path) : recordsOf<ksSrtParser>(path);
   }
-  return form.isWide ? recordsOf<ksAssParserU>(path) : recordsOf<ksAssParser>(path);
+  return isWide(path) ? recordsOf<ksAssParserU>(path) : recordsOf<ksAssParser>(path);
 }
 
 /// The only times at which the answer can change, sorted.
@@ -76,11 +88,34 @@ std::string hiddenRecords(std::ptrdiff_t count) {
          " of the file never shown (invalid times, or covered by others)";
 }
 
+/// A pipe would block, and a device might never end.
+void requireRegularFile(const std::string& path) {
+  std::error_code ignored;
+  const auto status = std::filesystem::status(path, ignored);
+  if (std::filesystem::exists(status) && !std::filesystem::is_regular_file(status)) {
+    throwCannotOpen(path, "not a regular file");
+  }
+}
+
+[[noreturn]] void throwRefusalByFixedReaders(const std::string& path) {
+  ksImportParser parser;
+  if (!parser.Open(path.c_str())) throwRefusal(path, parser.report());
+  throwCannotOpen(path, ksWhyFixedReadersDiffer(path.c_str()).front().sentence);
+}
+
+constexpr bool concernsWholeFile(ksImportConditionCode code) {
+  return code == ksImportConditionCode::kEncoding || code == ksImportConditionCode::kLineEnds;
+}
+
 class ExactFile : public SubtitleFile {
  public:
-  explicit ExactFile(const std::string& path) : path_(path), form_(examine(path)) {
-    if (!manager_.Open(path.c_str())) throw FileError(path, refusalOf(form_));
-    printRemarks(path, form_);
+  explicit ExactFile(const std::string& path) : path_(path) {
+    requireRegularFile(path);
+    if (!manager_.Open(path.c_str())) throwRefusalByFixedReaders(path);
+    for (const ksImportCondition& condition : ksWhyFixedReadersDiffer(path.c_str())) {
+      if (!concernsWholeFile(condition.code)) continue;
+      std::cerr << "kssub: " << terminalText(path) << ": note: " << condition.sentence << '\n';
+    }
   }
 
   long long duration() override { return manager_.DurationTime(); }
@@ -92,7 +127,7 @@ class ExactFile : public SubtitleFile {
 
   /// Each cue that is ever the answer, once, in the order of first appearance.
   Listing list(Order /*order*/) override {
-    const Cues records = readRecords(path_, form_);
+    const Cues records = readRecords(path_);
     Listing listing;
     std::set<Cue> shown;
     for (const long long time : turningTimes(records)) {
@@ -108,7 +143,6 @@ class ExactFile : public SubtitleFile {
 
  private:
   std::string path_;
-  FileForm form_;
   ksSubtitleManager manager_;
 };
 

@@ -7,7 +7,6 @@
 #include <cstdio>
 #include <system_error>
 
-#include "tools/kssub/file_form.h"
 #include "tools/kssub/report_text.h"
 
 namespace kssub {
@@ -26,7 +25,7 @@ std::string readStandardInput(std::size_t most) {
     bytes.append(block.data(), count);
   }
   if (std::ferror(stdin) != 0) {
-    throw FileError(kStandardInput, std::generic_category().message(errno));
+    throwCannotOpen(kStandardInput, std::generic_category().message(errno));
   }
   return bytes;
 }

@@ -9,7 +9,7 @@
 namespace kssub {
 
 /// Opens a file or standard input in `parser`, ignoring isExact. Returns false if it is refused.
-/// Throws FileError if standard input cannot be read.
+/// Throws std::runtime_error if standard input cannot be read.
 bool readSubtitles(ksImportParser& parser, const FileRequest& request);
 
 /// The name of the file, for messages.

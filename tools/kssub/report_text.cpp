@@ -91,6 +91,10 @@ std::string refusalOf(const ksImportReport& report) {
   return "cannot open: " + std::generic_category().message(report.systemError());
 }
 
+void throwCannotOpen(const std::string& name, std::string_view reason) {
+  throw std::runtime_error(terminalText(name) + ": cannot open: " + std::string(reason));
+}
+
 void throwRefusal(const std::string& name, const ksImportReport& report) {
   const std::string text = terminalText(name) + ": " + refusalOf(report);
   if (report.refusal() == ksImportRefusal::kPictures) throw PicturesError(text);

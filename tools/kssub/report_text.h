@@ -24,6 +24,9 @@ std::string refusalOf(const ksImportReport& report);
 /// contains pictures.
 [[noreturn]] void throwRefusal(const std::string& name, const ksImportReport& report);
 
+/// Throws a std::runtime_error that says why the file `name` cannot be opened.
+[[noreturn]] void throwCannotOpen(const std::string& name, std::string_view reason);
+
 /// Throws a std::runtime_error if the file `name` states its languages and neither they nor
 /// `others` include `wanted` or a dialect of it, in any case. An empty `wanted` is always found.
 void requireLanguage(const std::string& name, const std::string& wanted,

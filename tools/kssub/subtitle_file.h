@@ -56,8 +56,8 @@ struct FileRequest {
 std::unique_ptr<SubtitleFile> openSubtitles(const FileRequest& request);
 /// By the import library.
 std::unique_ptr<SubtitleFile> openImported(const FileRequest& request);
-/// By the fixed readers, which choose the format by the name. Prints to standard error which forms
-/// of the file are known to give odd answers. Throws FileError.
+/// By the fixed readers, which go by the file's extension. Prints to standard error if they
+/// misread its encoding or its line ends. Throws std::runtime_error.
 std::unique_ptr<SubtitleFile> openExact(const std::string& path);
 
 }  // namespace kssub

@@ -31,13 +31,6 @@ class Columns {
     }
   }
 
-  /// Whether the columns stand in these places, among `count`.
-  bool areAt(const std::array<std::size_t, kNames>& places, std::size_t count) const noexcept {
-    return count_ == count && read_ == kNames &&
-           std::all_of(reads_.begin(), reads_.end(),
-                       [&](const Read& read) { return places[read.name] == read.column; });
-  }
-
   bool has(std::size_t name) const noexcept {
     return std::any_of(reads_.begin(), reads_.begin() + read_,
                        [name](const Read& read) { return read.name == name; });
@@ -92,9 +85,6 @@ constexpr std::string_view kEventFormat =
 // Of type v4.00++, which has the two vertical margins apart.
 constexpr std::string_view kEventFormatOfFourMargins =
     "Layer, Start, End, Style, Actor, MarginL, MarginR, MarginT, MarginB, Effect, Text";
-constexpr std::array<std::size_t, kEventColumns> kEventPlaces = {1, 2, 3, 9};
-constexpr std::size_t kUsualEventColumns = 10;
-
 enum StyleColumn : std::size_t {
   kName,
   kPrimaryColour,
@@ -145,12 +135,7 @@ class AssReader {
         styleColumns_(kStyleNames, kAssStyleFormat) {}
 
   void read() {
-    int lines = 0;
-    for (const Line& line : input_.lines()) {
-      readLine(line);
-      lines = line.number;
-    }
-    if (lines > kMostLinesOfFixedReaders) sink_.notes().fail(Condition::kLineCount);
+    for (const Line& line : input_.lines()) readLine(line);
   }
 
  private:
@@ -161,7 +146,6 @@ class AssReader {
     if (isAttachment_) return;
     std::string_view value;
     if (hasKey(line, "Dialogue", value)) {
-      if (!whole.text.starts_with("Dialogue:")) sink_.notes().fail(Condition::kScript);
       if (!hasEvents_) readStylesBelow(whole.next);
       hasEvents_ = true;
       readEvent(value, whole.number);
@@ -170,7 +154,7 @@ class AssReader {
     } else if (hasKey(line, "Style", value)) {
       readStyle(value);
     } else {
-      checkKey(whole.text, line);
+      if (hasKey(line, "ScriptType", value)) hasFourMargins_ = withoutBlanks(value).ends_with("++");
       if (isInEvents_ && !isHidden(line)) {
         sink_.notes().add(ksImportProblem::kLineIgnored, whole.number);
       }
@@ -186,18 +170,6 @@ class AssReader {
                        [&](std::string_view key) { return hasKey(line, key, value); });
   }
 
-  /// The fixed readers look at the script's type, and tell keys by other rules.
-  void checkKey(std::string_view whole, std::string_view line) {
-    constexpr std::string_view kDottedI = "\xC4\xB0";  // in lower case it may be an 'i'
-    std::string_view value;
-    if (hasKey(line, "ScriptType", value)) {
-      isV4Plus_ = whole.starts_with("ScriptType:") && value.ends_with("4.00+");
-      hasFourMargins_ = withoutBlanks(value).ends_with("++");
-    }
-    const bool hasDottedI = line.substr(0, line.find(':')).find(kDottedI) != line.npos;
-    if (lowerOf(line.front()) == 'd' || hasDottedI) sink_.notes().fail(Condition::kScript);
-  }
-
   void enterSection(std::string_view line) {
     const auto is = [line](std::string_view name) { return startsWithNoCase(line, name); };
     // Attached data may look like nearly anything, but has no lower-case letters.
@@ -205,8 +177,7 @@ class AssReader {
     if (isAttachment_ && !isKnown && std::none_of(line.begin(), line.end(), isLowerCase)) return;
     isAttachment_ = is("[Fonts]") || is("[Graphics]");
     isInEvents_ = is("[Events");
-    if (isAttachment_) sink_.notes().fail(Condition::kScript);
-    if (isInEvents_) setEventFormat(hasFourMargins_ ? kEventFormatOfFourMargins : kEventFormat);
+    if (isInEvents_) events_.setFormat(hasFourMargins_ ? kEventFormatOfFourMargins : kEventFormat);
     if (is("[V4")) {
       isSsa_ = is("[V4 ");
       hasFourMargins_ = hasFourMargins_ || is("[V4++");
@@ -218,15 +189,10 @@ class AssReader {
   void readFormat(std::string_view format) {
     Columns<kEventColumns> columns(kEventNames, format);
     if (columns.has(kStart) && columns.has(kEnd)) {
-      setEventFormat(format);
+      events_.setFormat(format);
     } else if (!columns.has(kText)) {
       styleColumns_.setFormat(format);
     }
-  }
-
-  void setEventFormat(std::string_view format) {
-    events_.setFormat(format);
-    hasUsualColumns_ = events_.areAt(kEventPlaces, kUsualEventColumns);
   }
 
   void readStyle(std::string_view line) {
@@ -284,7 +250,7 @@ class AssReader {
     const auto start = timeIn(columns[kStart]);
     const auto end = timeIn(columns[kEnd]);
     if (!start || !end) return sink_.notes().add(ksImportProblem::kTimeUnreadable, number);
-    if (!start->isUsual() || !end->isUsual()) {
+    if (!start->isUsual || !end->isUsual) {
       sink_.notes().add(ksImportProblem::kTimeRepaired, number);
     }
     ksImportCue& cue = sink_.begin(start->milliseconds, end->milliseconds, number);
@@ -293,15 +259,6 @@ class AssReader {
     cue.alignment = traits.alignment.value_or(style.alignment);
     if (traits.isUnclosed) sink_.notes().add(ksImportProblem::kTagUnclosed, number);
     sink_.finish();
-    if (!isVerbatimAss(columns[kText], cue.text)) sink_.notes().fail(Condition::kVerbatim);
-    if (!isStandard(columns[kStart], *start) || !isStandard(columns[kEnd], *end)) {
-      sink_.notes().fail(Condition::kTimes);
-    }
-    if (!isV4Plus_ || !hasUsualColumns_) sink_.notes().fail(Condition::kScript);
-  }
-
-  static bool isStandard(std::string_view column, const WrittenTime& time) noexcept {
-    return time.form == TimeForm::kAss && isDigit(column.front()) && isDigit(column.back());
   }
 
   static std::optional<WrittenTime> timeIn(std::string_view column) noexcept {
@@ -328,8 +285,6 @@ class AssReader {
   bool isSsa_ = false;
   bool hasFourMargins_ = false;
   bool hasEvents_ = false;
-  bool isV4Plus_ = false;
-  bool hasUsualColumns_ = true;
   bool isInEvents_ = false;
   bool isAttachment_ = false;  // within the data of [Fonts] or [Graphics]
 };

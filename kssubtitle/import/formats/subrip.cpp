@@ -23,12 +23,9 @@ struct TimeLine {
   long long end = 0;
   bool isReadable = false;  // not if one of the times is missing
   bool isUsual = false;
-  bool isStandard = false;  // of kStandardForm
 };
 
 constexpr std::string_view kArrow = "-->";
-constexpr std::string_view kStandardForm = "00:00:00,000 --> 00:00:00,000";
-constexpr std::size_t kTimeLength = 12;
 // Other spellings of the arrow, the longest first.
 constexpr std::string_view kOtherArrows[] = {"--&gt;", "-- >", "\xE2\x80\x94>", "\xE2\x80\x93>",
                                              "->"};
@@ -85,7 +82,7 @@ bool isBrokenTimeLine(std::string_view text) noexcept {
 
 /// Whether what follows a time without a fraction says that it was meant to be another one.
 bool isCutShort(const WrittenTime& time, std::string_view rest) noexcept {
-  return !time.isUsual() && !rest.empty() && (rest.front() == ':' || isLetter(rest.front()));
+  return !time.isUsual && !rest.empty() && (rest.front() == ':' || isLetter(rest.front()));
 }
 
 /// The time line that `text` is. Two times of three fields with the usual arrow between them are
@@ -110,10 +107,7 @@ std::optional<TimeLine> timeLineOf(std::string_view text, Above above) noexcept 
   if (!line.isReadable) return line;
   line.start = start->milliseconds;
   line.end = end->milliseconds;
-  line.isUsual = isStrict && start->isUsual() && end->isUsual();
-  line.isStandard = line.isUsual && start->form == TimeForm::kSubRip &&
-                    end->form == TimeForm::kSubRip && whole.size() == kStandardForm.size() &&
-                    whole[kTimeLength] == ' ' && whole[kTimeLength + 4] == ' ';
+  line.isUsual = isStrict && start->isUsual && end->isUsual;
   return line;
 }
 
@@ -124,7 +118,6 @@ struct NumberLine {
   std::size_t next = 0;
   long long value = 0;
   bool hasBlankAbove = false;
-  bool isBare = false;  // there are no blanks round the digits
 };
 
 /// The value of digits; those beyond the eighteenth do not count.
@@ -148,12 +141,8 @@ class Numbering {
     }
     last_ = number.value;
     hasAny_ = true;
-    if (number.value != ++cues_) notes_.fail(Condition::kNumbers);
   }
-  void miss(int line) {
-    missing_.push_back(line);
-    notes_.fail(Condition::kNumbers);
-  }
+  void miss(int line) { missing_.push_back(line); }
   bool isContinuedBy(const NumberLine& number) const noexcept {
     return hasAny_ && number.value == last_ + 1;
   }
@@ -167,7 +156,6 @@ class Numbering {
   Notes& notes_;
   bool hasAny_ = false;
   long long last_ = 0;
-  long long cues_ = 0;
   std::vector<int> missing_;
 };
 
@@ -177,12 +165,7 @@ class SubRipReader {
       : input_(input), sink_(sink), marks_(input.text), numbering_(sink.notes()) {}
 
   void read() {
-    int lines = 0;
-    for (const Line& line : input_.lines()) {
-      readLine(line);
-      lines = line.number;
-    }
-    if (lines > kMostLinesOfFixedReaders) sink_.notes().fail(Condition::kLineCount);
+    for (const Line& line : input_.lines()) readLine(line);
     finishLastCue();
     numbering_.finish();
   }
@@ -210,7 +193,6 @@ class SubRipReader {
   void takeNumber(const Line& line, std::string_view digits) {
     NumberLine number{line.number, line.begin, line.next, valueOf(digits)};
     number.hasBlankAbove = above_ == Above::kBlank;
-    number.isBare = digits.size() == line.text.size();
     if (number.hasBlankAbove && !cutOff_ && numbering_.isContinuedBy(number)) cutOff_ = number;
     number_ = number;
     above_ = Above::kNumber;
@@ -229,7 +211,6 @@ class SubRipReader {
     } else {
       numbering_.miss(line.number);
     }
-    checkForm(line, times);
     isInCue_ = true;
     isReadable_ = times.isReadable;
     line_ = isNumbered ? number_->line : line.number;
@@ -245,15 +226,6 @@ class SubRipReader {
     above_ = Above::kOther;
   }
 
-  /// Tells whether the fixed readers see a cue begin here as well; the first one, at the front.
-  void checkForm(const Line& line, const TimeLine& times) {
-    const bool isNumbered = number_ && number_->isBare && number_->next == line.begin;
-    if (!isNumbered) return sink_.notes().fail(Condition::kNumbers);
-    if (!isInCue_ && number_->begin > 0) sink_.notes().fail(Condition::kCuesAlone);
-    const bool isAlone = line.text.size() == kStandardForm.size();
-    if (!times.isStandard || !isAlone) sink_.notes().fail(Condition::kTimes);
-  }
-
   void finishCue(std::size_t textEnd) {
     if (!isInCue_ || !isReadable_) return;
     const std::string_view source = input_.text.substr(textBegin_, textEnd - textBegin_);
@@ -262,7 +234,6 @@ class SubRipReader {
     if (traits.alignment) cue.alignment = *traits.alignment;
     if (traits.isUnclosed) sink_.notes().add(ksImportProblem::kTagUnclosed, line_);
     sink_.finish();
-    if (!isVerbatimSubRip(source, cue.text)) sink_.notes().fail(Condition::kVerbatim);
   }
 
   /// A number at the end, behind a blank line, announces a cue that is not there any more.

@@ -39,7 +39,7 @@ class SubViewerReader {
     if (line.empty() || isStyleLine(line)) return;
     if (const auto times = isLetter(line.front()) ? std::nullopt : pairOfTimes(line)) {
       cue_.finish();
-      if (!times->start.isUsual() || !times->end.isUsual()) {
+      if (!times->start.isUsual || !times->end.isUsual) {
         sink_.notes().add(ksImportProblem::kTimeRepaired, number);
       }
       cue_.begin(sink_.begin(times->start.milliseconds, times->end.milliseconds, number));
@@ -74,7 +74,7 @@ Likelihood likelihoodByTimes(std::string_view text, bool isSbv) noexcept {
     const auto times = pairOfTimes(content);
     if (!times) continue;
     const std::size_t digits = content.size() - 1 - content.find_last_of(".,:");
-    const bool isOf = !times->end.isUsual() || (digits == 3) == isSbv;
+    const bool isOf = !times->end.isUsual || (digits == 3) == isSbv;
     return isOf ? Likelihood::kLikely : Likelihood::kPossible;
   }
   return Likelihood::kNone;

@@ -6,7 +6,6 @@
 #include <cstddef>
 #include <vector>
 
-#include "kssubtitle/import/conditions.h"
 #include "kssubtitle/import/ksImportReport.h"
 
 namespace kssubtitle::importing {
@@ -14,8 +13,7 @@ namespace kssubtitle::importing {
 inline constexpr std::size_t kProblems =
     static_cast<std::size_t>(ksImportProblem::kIndexUnreadable) + 1;
 
-/// Counts every problem, keeps those of the first lines, and gathers which conditions of the
-/// fixed readers fail.
+/// Counts every problem, and keeps the notes with the lowest line numbers.
 class Notes {
  public:
   static constexpr std::size_t kMostKept = 1000;
@@ -27,14 +25,11 @@ class Notes {
     if (kept_.size() == 2 * kMostKept) dropLast();
   }
   void sortByLine();
-  void fail(Condition condition) noexcept { failed_.add(condition); }
 
   const std::vector<ksImportNote>& kept() const noexcept { return kept_; }
   std::size_t count(ksImportProblem problem) const noexcept {
     return counts_[static_cast<std::size_t>(problem)];
   }
-  /// Those that readers and the parser have told; what problems say of them is not among them.
-  const FailedConditions& failed() const noexcept { return failed_; }
 
  private:
   /// Keeps kMostKept notes: many are found in a later look at the cues, whose lines may come first.
@@ -43,7 +38,6 @@ class Notes {
   std::array<std::size_t, kProblems> counts_{};
   int end_ = INT_MAX;  // notes on this line and later ones are no longer kept
   std::vector<ksImportNote> kept_;
-  FailedConditions failed_;
 };
 
 }  // namespace kssubtitle::importing

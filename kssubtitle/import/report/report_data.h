@@ -2,12 +2,10 @@
 #pragma once
 
 #include <memory>
-#include <span>
 #include <string>
 #include <string_view>
 #include <vector>
 
-#include "kssubtitle/import/ksImportCue.h"
 #include "kssubtitle/import/ksImportReport.h"
 #include "kssubtitle/import/report/notes.h"
 
@@ -24,7 +22,6 @@ struct ReportData {
   std::size_t size = 0;
   std::vector<std::string> languages;
   Notes notes;
-  std::span<const ksImportCue> cues;  // owned by the parser; valid as long as this
 
   /// Records why the file is not read. Returns false.
   bool refuse(ksImportRefusal reason, int error = 0, std::string_view sentence = {}) noexcept {

@@ -4,19 +4,21 @@
 #include <string_view>
 #include <utility>
 
-#include "kssubtitle/import/conditions.h"
 #include "kssubtitle/import/text/decoding.h"
 #include "kssubtitle/import/text/lines.h"
 
 namespace kssubtitle::importing {
 namespace {
 
-/// Drops the NULs that a file is padded with, and notes all of them once.
+using namespace std::string_view_literals;
+
+/// Drops the NULs that a file is padded with, and notes all of them once; and the Ctrl-Z that old
+/// systems padded text files with.
 void dropPadding(std::string& text, Notes& notes) {
-  const std::size_t size = text.find_last_not_of('\0') + 1;
-  if (size == text.size()) return;
+  const std::size_t size = text.find_last_not_of("\0\x1A"sv) + 1;
+  const bool hasNuls = text.find('\0', size) != text.npos;
   text.resize(size);
-  notes.add(ksImportProblem::kNulCharacter, 1 + countLines(text));
+  if (hasNuls) notes.add(ksImportProblem::kNulCharacter, 1 + countLines(text));
 }
 
 /// Notes the lines of what could not be decoded.
@@ -39,9 +41,6 @@ void noteReplacements(const DecodedText& decoded, Notes& notes) {
 std::optional<std::string> textOf(std::string bytes, const ksImportOptions& options,
                                   ReportData& report) {
   FoundEncoding found = findEncoding(bytes, {options.encoding, options.fallbackEncoding});
-  if (!isEncodingOfFixedReaders(bytes, found.encoding.name)) {
-    report.notes.fail(Condition::kEncoding);
-  }
   std::optional<DecodedText> decoded = decode(std::move(bytes), found);
   if (!decoded) return std::nullopt;
   report.encodingSource = found.source;
@@ -49,7 +48,7 @@ std::optional<std::string> textOf(std::string bytes, const ksImportOptions& opti
   report.lineEnds = settleLineEnds(decoded->text);
   dropPadding(decoded->text, report.notes);
   noteReplacements(*decoded, report.notes);
-  if (dropBoms(decoded->text)) report.notes.fail(Condition::kVerbatim);
+  dropBoms(decoded->text);
   return std::move(decoded->text);
 }
 

@@ -76,7 +76,7 @@ ksImportLineEnds settleLineEnds(std::string& text) {
   return lf == 0 ? ksImportLineEnds::kCr : ksImportLineEnds::kMixed;
 }
 
-bool dropBoms(std::string& text) {
+void dropBoms(std::string& text) {
   // WebVTT, section 4.1: the signature may follow one BOM, which is gone by now.
   const bool isWebVttAfterTwo = text.starts_with("\xEF\xBB\xBFWEBVTT");
   std::string kept;
@@ -86,11 +86,9 @@ bool dropBoms(std::string& text) {
     const bool isDropped = kept.empty() ? !isWebVttAfterTwo : kept.back() == '\n';
     if (!isDropped) kept += kBomUtf8;
   }
-  if (at == 0) return false;
+  if (at == 0) return;
   kept.append(text, at);
-  if (kept.size() == text.size()) return false;
   text = std::move(kept);
-  return true;
 }
 
 std::size_t httpHeaderLength(std::string_view text) noexcept {

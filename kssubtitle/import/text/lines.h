@@ -17,8 +17,8 @@ namespace kssubtitle::importing {
 ksImportLineEnds settleLineEnds(std::string& text);
 
 /// Drops the BOMs at the beginnings of lines, which files have that were joined or saved by two
-/// editors, but not one before "WEBVTT"; whether there were any.
-bool dropBoms(std::string& text);
+/// editors, but not one before "WEBVTT".
+void dropBoms(std::string& text);
 
 /// A line of a text, without its line feed and the carriage returns before it.
 struct Line {

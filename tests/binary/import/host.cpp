@@ -35,9 +35,9 @@ bool usesReport() {
   ksImportParser parser;
   parser.OpenMemory(kFilm.data(), kFilm.size());
   ksImportReport report = std::move(const_cast<ksImportReport&>(parser.report()));
-  const std::vector<ksImportCondition> unmet = report.unmetConditions();
-  return report.format() == "subrip" && report.notes().empty() && unmet.size() == 2 &&
-         unmet[0].name == "verbatim" && !report.fixedReadersAgree() &&
+  const std::vector<ksImportCondition> unmet = ksWhyFixedReadersDiffer("");
+  return report.format() == "subrip" && report.notes().empty() && unmet.size() == 1 &&
+         unmet[0].code == ksImportConditionCode::kReadable &&
          !ksImportSentence(ksImportProblems().front()).empty();
 }
 

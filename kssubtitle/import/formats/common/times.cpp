@@ -31,17 +31,6 @@ void consumeLoneSeparator(std::string_view& text) noexcept {
   if (!goesOn) text = rest;
 }
 
-/// The form of a time of `length` characters.
-TimeForm formOf(const Clock& clock, const std::optional<Fraction>& fraction,
-                std::size_t length) noexcept {
-  if (!fraction || clock.fields != 3 || !clock.isPadded) return TimeForm::kOther;
-  const std::size_t digits = fraction->digits.count;
-  if (length != clock.firstDigits + 4 + digits + 3) return TimeForm::kUsual;
-  if (fraction->separator == ',' && clock.firstDigits == 2 && digits == 3) return TimeForm::kSubRip;
-  const bool isAss = fraction->separator == '.' && clock.firstDigits <= 2 && digits == 2;
-  return isAss ? TimeForm::kAss : TimeForm::kUsual;
-}
-
 }  // namespace
 
 WrittenTime timeAtFront(std::string_view text) noexcept {
@@ -55,7 +44,7 @@ WrittenTime timeAtFront(std::string_view text) noexcept {
       clock->seconds * 1000 + (fraction ? millisecondsOfFraction(fraction->digits) : 0);
   const std::size_t length = text.size() - rest.size();
   return {isNegative ? -time : time, static_cast<int>(length), clock->fields,
-          isNegative ? TimeForm::kOther : formOf(*clock, fraction, length)};
+          !isNegative && fraction && clock->fields == 3 && clock->isPadded};
 }
 
 }  // namespace kssubtitle::importing

@@ -15,7 +15,6 @@ struct Clock {
   short fields = 0;      ///< 2 or 3.
   bool isPadded = true;  ///< Each field after the first has two digits.
   bool isLong = false;   ///< One of them has more.
-  std::size_t firstDigits = 0;
 };
 
 /// Consumes a clock time, with blanks before and within it; nothing if there is none. A field has
@@ -27,7 +26,6 @@ constexpr std::optional<Clock> consumeClock(std::string_view& text) noexcept {
   if (!first) return std::nullopt;
   clock.seconds = first->value;
   clock.fields = 1;
-  clock.firstDigits = first->count;
   while (clock.fields < 3) {
     std::string_view next = rest;
     if (!consumeCharacter(next, ':')) break;
@@ -44,22 +42,12 @@ constexpr std::optional<Clock> consumeClock(std::string_view& text) noexcept {
   return clock;
 }
 
-/// How a time is written.
-enum class TimeForm : short {
-  kOther,
-  kUsual,   ///< Nearly as SubRip, ASS or WebVTT have it.
-  kSubRip,  ///< 00:00:00,000
-  kAss,     ///< 0:00:00.00, with one or two digits of hours
-};
-
 /// A time at the front of a text. Small enough to be returned in registers.
 struct WrittenTime {
   long long milliseconds = 0;
   int length = 0;    ///< In characters.
   short fields = 0;  ///< 3 for hours, minutes and seconds; 2 for minutes and seconds; 0: no time.
-  TimeForm form = TimeForm::kOther;
-
-  bool isUsual() const noexcept { return form != TimeForm::kOther; }
+  bool isUsual = false;  ///< Written nearly as in SubRip, ASS or WebVTT.
 };
 
 /// The time at the very front of `text`, as consumeTime() reads it.
