@@ -69,7 +69,7 @@ TEST(ImportReport, problems_haveSentencesOfTheirOwn) {
   }
 }
 
-TEST(ImportReport, whatIsTakenForSubtitles_isCalledByItsName) {
+TEST(ImportReport, filesThatAreNotSubtitles_areCalledByTheirNames) {
   const std::tuple<std::string, ksImportRefusal, const char*> cases[] = {
       {"PK\3\4"s, ksImportRefusal::kBinary, "ZIP archive"},
       {"PK\3\4" + std::string(26, '.') + "[Content_Types].xml", ksImportRefusal::kBinary, "office"},
@@ -89,7 +89,7 @@ TEST(ImportReport, whatIsTakenForSubtitles_isCalledByItsName) {
   }
 }
 
-TEST(ImportReport, lines_areCountedBehindAHeaderWithZeros) {
+TEST(ImportReport, lines_areCountedAfterAHeaderWithNuls) {
   const std::string film = "Content-Type: text/plain" + std::string(200, '\0') +
                            "\n\n1\n00:00:01,000 --> 00:00:02,000\nA\n\n" +
                            "2\n00:00:03,000 --> 00:00:04,000\nB\n";
@@ -100,7 +100,7 @@ TEST(ImportReport, lines_areCountedBehindAHeaderWithZeros) {
   EXPECT_EQ(parser.cues()[1].line, 7);
 }
 
-TEST(ImportReport, encoding_isNotOneThatTheDeclarationCannotBeReadIn) {
+TEST(ImportReport, encoding_isNotOneInWhichTheDeclarationIsUnreadable) {
   const std::string film =
       "<SAMI><META charset=UCS-2><BODY>\n<SYNC Start=1000><P>caf\xE9 caf\xE9</BODY></SAMI>\n";
   ksImportParser parser;

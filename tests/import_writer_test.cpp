@@ -1,4 +1,4 @@
-// The writers of the import library: what they write, and that it is read back.
+// The writers of the import library: what they write, and that it reads back.
 #include <climits>
 #include <random>
 #include <sstream>
@@ -30,7 +30,7 @@ const ksImportOptions kHtml = withMarkup(ksImportMarkup::kHtml);
 struct Row {
   const char* name;
   ksImportTarget target;
-  const char* text;  // in kHtml, as a host may have made it
+  const char* text;  // in kHtml, as a host may pass it
   const char* written;
   const char* readBack;
 };
@@ -40,10 +40,10 @@ void PrintTo(const Row& row, std::ostream* out) { *out << row.text; }
 class Writer : public testing::TestWithParam<Row> {};
 
 std::string bodyOf(std::string file, ksImportTarget target) {
-  const char* const mark = target == ksImportTarget::kAss      ? "0,0,0,,"
-                           : target == ksImportTarget::kWebVtt ? "02.000"
-                                                               : ",000\n";
-  file.erase(0, file.find(mark) + std::string_view(mark).size());
+  const char* const lastBefore = target == ksImportTarget::kAss      ? "0,0,0,,"
+                                 : target == ksImportTarget::kWebVtt ? "02.000"
+                                                                     : ",000\n";
+  file.erase(0, file.find(lastBefore) + std::string_view(lastBefore).size());
   return file;
 }
 
@@ -150,7 +150,7 @@ struct Random {
   std::mt19937 engine;
 };
 
-/// The lines of a text as they should come back: trimmed, none of them empty.
+/// The lines of a text as they should read back: trimmed, none of them empty.
 std::string normalForm(const std::string& text) {
   std::string joined;
   std::istringstream lines(text);
@@ -165,7 +165,7 @@ std::string normalForm(const std::string& text) {
   return joined;
 }
 
-/// Cues that every target can have.
+/// Cues that every target can express.
 struct GeneratedCues {
   explicit GeneratedCues(Random& random) {
     const std::size_t count = 1 + random() % 5;
@@ -182,7 +182,7 @@ struct GeneratedCues {
 
   /// Adds it to `html` and returns it without its tags.
   std::string addText(Random& random) {
-    // Braces are what ASS cannot have.
+    // No braces, which ASS cannot express.
     constexpr const char* kPieces[] = {"00:00:01,000",
                                        "-->",
                                        "->",
@@ -234,7 +234,7 @@ struct GeneratedCues {
 
   std::vector<std::string> html;
   std::vector<ksImportCue> cues;
-  std::string expected;  // as cuesOf() has them, in plain text
+  std::string expected;  // as cuesOf() prints them, in plain text
 };
 
 TEST(Writer, generatedCues_areTheSameAfterAnyTwoFormats) {
@@ -260,7 +260,7 @@ TEST(Writer, generatedCues_areTheSameAfterAnyTwoFormats) {
   }
 }
 
-TEST(Writer, subRipOfTwoLines_isAnsweredAlikeByTheFixedReaders) {
+TEST(Writer, subRipOfTwoLines_getsTheSameAnswersFromTheFixedReaders) {
   const TempDir dir;
   Random random(2);
   ksSubtitleManager manager;

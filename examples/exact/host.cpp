@@ -8,7 +8,7 @@ int main(int, char** arguments) {
   if (!subtitles.Open(arguments[1])) return 1;
   std::printf("%lld ms of subtitles\n", subtitles.DurationTime());
   for (long long t = 0; t <= subtitles.DurationTime(); t += 500) {
-    // A file has one width, and the query of the other one answers with nothing.
+    // A file has one width; the query of the other width returns nothing.
     const SUBTITLE_ST cue = subtitles.GetSubTitle(t);
     const SUBTITLE_ST_U wideCue = subtitles.GetSubTitleU(t);
     if (cue.start >= 0) std::printf("%lld:%s\n", t, cue.text.getData());

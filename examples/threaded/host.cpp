@@ -1,5 +1,5 @@
-// A host in which several threads ask one open parser at once, each about a part of the film:
-// prints how long each file runs and how often what is shown changes.
+// A host in which several threads query one open parser, each about a part of the film: prints how
+// long each file is and how often what it shows changes.
 #include <kssubtitle/import.h>
 
 #include <array>
@@ -18,14 +18,13 @@ constexpr std::size_t kThreads = 4;
 
 using Span = std::pair<long long, long long>;
 
-/// When what is shown began and will end; both are -1 when nothing is.
+/// When what is shown starts and ends; both are -1 if nothing is shown.
 Span shownAt(ksImportParser& parser, long long time) {
   const SUBTITLE_ST shown = parser.GetSubTitle(time);
   return {shown.start, shown.end};
 }
 
-/// Of the frames from the `first` one up to `end`, how many show something else than the one
-/// before.
+/// How many of the frames from `first` to `end`, exclusive, differ from the frame before.
 int countChanges(ksImportParser& parser, long long first, long long end) {
   int changes = 0;
   Span before = shownAt(parser, (first - 1) * kFrameTime);
@@ -37,7 +36,7 @@ int countChanges(ksImportParser& parser, long long first, long long end) {
   return changes;
 }
 
-/// Queries change nothing, so that threads may share a parser as long as none opens a file.
+/// Queries change nothing, so threads may share a parser while none opens a file.
 int countAllChanges(ksImportParser& parser) {
   const long long frames = parser.DurationTime() / kFrameTime + 1;
   const auto part = [frames](std::size_t i) {
