@@ -1,4 +1,4 @@
-// ASS and SSA scripts: columns by their section's Format line, events wherever they stand.
+// ASS and SSA scripts: columns as the Format line of their section names them, events anywhere.
 #include <algorithm>
 #include <array>
 #include <string_view>
@@ -13,7 +13,7 @@
 namespace kssubtitle::importing {
 namespace {
 
-/// Where the columns stand that are read.
+/// The columns of a line, as far as they are read.
 template <std::size_t kNames>
 class Columns {
  public:
@@ -21,7 +21,7 @@ class Columns {
 
   Columns(const Names& names, std::string_view format) : names_(names) { setFormat(format); }
 
-  /// `format` is what a Format line holds.
+  /// `format` is the value of a Format line.
   void setFormat(std::string_view format) {
     count_ = read_ = 0;
     for (; count_ == 0 || !format.empty(); ++count_) {
@@ -36,7 +36,7 @@ class Columns {
                        [name](const Read& read) { return read.name == name; });
   }
 
-  /// Puts the columns of `line` where their names stand; the last column takes all that is left.
+  /// Splits `line` into `values`, in the order of the names; the last column has the whole rest.
   /// False if there are fewer columns than the format has.
   bool split(std::string_view line, std::array<std::string_view, kNames>& values) const noexcept {
     values.fill({});
@@ -54,7 +54,7 @@ class Columns {
   }
 
  private:
-  /// Of two columns of a name the first one counts.
+  /// Of two columns of the same name the first one counts.
   void setPlace(std::string_view name) noexcept {
     for (std::size_t i = 0; i < kNames; ++i) {
       if (equalNoCase(names_[i], name)) {
@@ -82,7 +82,7 @@ constexpr std::array<std::string_view, kEventColumns> kEventNames = {"Start", "E
 // "Layer" is "Marked" in SSA.
 constexpr std::string_view kEventFormat =
     "Layer, Start, End, Style, Name, MarginL, MarginR, MarginV, Effect, Text";
-// Of type v4.00++, which has the two vertical margins apart.
+// Of type v4.00++, which has two vertical margins.
 constexpr std::string_view kEventFormatOfFourMargins =
     "Layer, Start, End, Style, Actor, MarginL, MarginR, MarginT, MarginB, Effect, Text";
 enum StyleColumn : std::size_t {
@@ -106,7 +106,7 @@ constexpr std::string_view kSsaStyleFormat =
     "Italic, BorderStyle, Outline, Shadow, Alignment, MarginL, MarginR, MarginV, AlphaLevel, "
     "Encoding";
 
-/// Whether a line has this key, in any case; `value` is then what stands behind its colon.
+/// Whether a line has this key, in any case; `value` is then what follows its colon.
 bool hasKey(std::string_view line, std::string_view key, std::string_view& value) noexcept {
   if (!startsWithNoCase(line, key)) return false;
   const std::string_view rest = withoutLeadingBlanks(line.substr(key.size()));
@@ -185,7 +185,7 @@ class AssReader {
     }
   }
 
-  /// The columns tell which section a Format line belongs to.
+  /// The columns show which section a Format line belongs to.
   void readFormat(std::string_view format) {
     Columns<kEventColumns> columns(kEventNames, format);
     if (columns.has(kStart) && columns.has(kEnd)) {
@@ -211,8 +211,8 @@ class AssReader {
     styles_.add(values[kName], style);
   }
 
-  /// Styles count for all of a script, also where an event names them first. They are looked for in
-  /// sections of their own.
+  /// Styles apply to all of a script, so they are read from the sections below before the first
+  /// event is.
   void readStylesBelow(std::size_t begin) {
     AssReader below(input_, sink_);
     below.styles_ = std::move(styles_);

@@ -1,7 +1,7 @@
 // Writes SubRip.
 #include <algorithm>
 
-#include "kssubtitle/import/formats/common/subrip_lines.h"
+#include "kssubtitle/import/formats/common/subrip_time_lines.h"
 #include "kssubtitle/import/markup/html_tags.h"
 #include "kssubtitle/import/markup/subrip_tags.h"
 #include "kssubtitle/import/text/ascii.h"
@@ -72,17 +72,17 @@ void appendWithoutArrows(std::string& out, std::string_view line) {
 
 /// A line of text that looks like the times of a cue would begin a cue.
 void appendLines(std::string& out, std::string_view text) {
-  bool followsNumber = false;
+  Above above = Above::kOther;
   while (!text.empty()) {
     const std::size_t end = std::min(text.find('\n'), text.size());
     const std::string_view line = text.substr(0, end);
-    if (isSubRipTimeLine(line, followsNumber)) {
+    if (subRipTimeLineOf(fromFirstVisible(line), above)) {
       appendWithoutArrows(out, line);
     } else {
       out += line;
     }
     out += '\n';
-    followsNumber = isNumber(withoutBlanks(line));
+    above = isNumber(withoutBlanks(line)) ? Above::kNumber : Above::kOther;
     text.remove_prefix(std::min(end + 1, text.size()));
   }
 }
