@@ -1,4 +1,4 @@
-// WebVTT, by the algorithm of its standard.
+// WebVTT, by the parsing algorithm of the W3C's "WebVTT: The Web Video Text Tracks Format".
 #include <algorithm>
 #include <charconv>
 #include <optional>
@@ -19,23 +19,23 @@ constexpr std::string_view kSignature = "WEBVTT";
 /// How fractions are read.
 enum class Fractions { kStandard, kTolerant };
 
-bool take(std::string_view& text, char c) noexcept {
+bool consumeNext(std::string_view& text, char c) noexcept {
   if (!text.starts_with(c)) return false;
   text.remove_prefix(1);
   return true;
 }
 
-/// Two digits behind a colon.
-std::optional<long long> takePair(std::string_view& text) noexcept {
-  if (!take(text, ':')) return std::nullopt;
+/// Consumes a colon and two digits.
+std::optional<long long> consumePair(std::string_view& text) noexcept {
+  if (!consumeNext(text, ':')) return std::nullopt;
   const auto digits = consumeDigitsAtFront(text);
   if (!digits || digits->count != 2) return std::nullopt;
   return digits->value;
 }
 
-std::optional<long long> takeFraction(std::string_view& text, Fractions fractions) noexcept {
+std::optional<long long> consumeFraction(std::string_view& text, Fractions fractions) noexcept {
   const bool isTolerant = fractions == Fractions::kTolerant;
-  if (!take(text, '.') && !(isTolerant && take(text, ','))) {
+  if (!consumeNext(text, '.') && !(isTolerant && consumeNext(text, ','))) {
     return isTolerant ? std::optional(0LL) : std::nullopt;
   }
   auto digits = consumeDigitsAtFront(text);
@@ -44,16 +44,16 @@ std::optional<long long> takeFraction(std::string_view& text, Fractions fraction
   return digits->value;
 }
 
-/// Takes a time off, in milliseconds.
-std::optional<long long> takeTimestamp(std::string_view& text, Fractions fractions) noexcept {
+/// Consumes a time; its milliseconds.
+std::optional<long long> consumeTimestamp(std::string_view& text, Fractions fractions) noexcept {
   const auto first = consumeDigitsAtFront(text);
   if (!first) return std::nullopt;
-  const auto second = takePair(text);
+  const auto second = consumePair(text);
   if (!second) return std::nullopt;
   const bool hasHours = first->count != 2 || first->value > 59 || text.starts_with(':');
-  const auto third = hasHours ? takePair(text) : second;
+  const auto third = hasHours ? consumePair(text) : second;
   if (!third) return std::nullopt;
-  const auto fraction = takeFraction(text, fractions);
+  const auto fraction = consumeFraction(text, fractions);
   const long long hours = hasHours ? first->value : 0;
   const long long minutes = hasHours ? *second : first->value;
   if (!fraction || minutes > 59 || *third > 59) return std::nullopt;
@@ -82,11 +82,11 @@ struct Times {
 /// Reads the times of a cue, with what follows them; false if `line` has none.
 bool readTimes(std::string_view line, Fractions fractions, Times& times) noexcept {
   line = withoutLeadingBlanks(line);
-  const auto start = takeTimestamp(line, fractions);
+  const auto start = consumeTimestamp(line, fractions);
   line = withoutLeadingBlanks(line);
   if (!start || !line.starts_with(kArrow)) return false;
   line = withoutLeadingBlanks(line.substr(kArrow.size()));
-  const auto end = takeTimestamp(line, fractions);
+  const auto end = consumeTimestamp(line, fractions);
   if (!end) return false;
   times = {*start, *end, line};
   return true;
@@ -131,8 +131,8 @@ bool hasStandardTime(std::string_view text, std::size_t begin) noexcept {
     if (arrow == line.text.npos) continue;
     std::string_view start = withoutLeadingBlanks(line.text.substr(0, arrow));
     std::string_view end = withoutLeadingBlanks(line.text.substr(arrow + kArrow.size()));
-    if (takeTimestamp(start, Fractions::kStandard) && withoutBlanks(start).empty()) return true;
-    if (takeTimestamp(end, Fractions::kStandard)) return true;
+    if (consumeTimestamp(start, Fractions::kStandard) && withoutBlanks(start).empty()) return true;
+    if (consumeTimestamp(end, Fractions::kStandard)) return true;
   }
   return false;
 }
