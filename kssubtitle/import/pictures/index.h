@@ -29,7 +29,7 @@ struct IndexStream {
 
 struct PictureIndex {
   Palette palette;
-  Pair size;  ///< Of the frame in pixels; zeros if the index does not say.
+  Pair size;  ///< Of the frame in pixels; 0 if the index gives none.
   Pair origin;
   Pair scalePercent{100, 100};
   bool showsForcedOnly = false;

@@ -54,7 +54,7 @@ Unit readUnit(StreamBytes& bytes, std::uint64_t begin, std::uint64_t end, int st
   unit.bytes.resize(progress.isWhole() ? progress.size() : 0);
   if (progress.isWhole()) return unit;
   unit.damage = progress.hasBegun() ? "The stream, or its part of it, ends inside it."
-                                    : "No picture of its language stands at its place.";
+                                    : "There is no picture of its language at its place.";
   return unit;
 }
 

@@ -10,7 +10,7 @@ constexpr bool isDigit(char c) noexcept { return c >= '0' && c <= '9'; }
 constexpr bool isLetter(char c) noexcept {
   return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z');
 }
-/// White space within a line; a carriage return in front of a line feed counts as such.
+/// White space within a line; a carriage return before a line feed is one too.
 constexpr bool isBlank(char c) noexcept {
   return c == ' ' || c == '\t' || c == '\r' || c == '\v' || c == '\f';
 }
@@ -18,7 +18,7 @@ constexpr char lowerOf(char c) noexcept {
   return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
 }
 
-/// Whether both are equal but for case.
+/// Whether both are equal, ignoring case.
 constexpr bool equalNoCase(std::string_view a, std::string_view b) noexcept {
   return std::equal(a.begin(), a.end(), b.begin(), b.end(),
                     [](char x, char y) { return lowerOf(x) == lowerOf(y); });
@@ -28,7 +28,7 @@ constexpr bool startsWithNoCase(std::string_view text, std::string_view start) n
   return equalNoCase(text.substr(0, start.size()), start);
 }
 
-/// The first place at which `word` stands in any case; npos if none.
+/// Where `word` first occurs, in any case; npos if it does not.
 constexpr std::size_t findNoCase(std::string_view text, std::string_view word) noexcept {
   const auto found = std::search(text.begin(), text.end(), word.begin(), word.end(),
                                  [](char x, char y) { return lowerOf(x) == lowerOf(y); });
@@ -49,7 +49,7 @@ constexpr std::string_view withoutBlanks(std::string_view text) noexcept {
   return withoutTrailingBlanks(withoutLeadingBlanks(text));
 }
 
-/// Whether `text` is made of digits, one at least.
+/// Whether `text` consists of digits, at least one.
 constexpr bool isNumber(std::string_view text) noexcept {
   return !text.empty() && std::all_of(text.begin(), text.end(), isDigit);
 }

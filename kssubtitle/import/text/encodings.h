@@ -40,7 +40,7 @@ std::optional<EncodingKind> encodingByBom(std::string_view bytes) noexcept;
 std::optional<EncodingKind> encodingByNuls(std::string_view bytes) noexcept;
 /// The name that the first lines of a text declare, as far as they are ASCII; empty without one.
 std::string_view declaredEncoding(std::string_view bytes) noexcept;
-/// The code page that the statistics of the bytes suggest; empty if it is none that subtitles use.
+/// The code page that the statistics of the bytes suggest; empty if subtitles do not use it.
 std::string detectedEncoding(std::string_view bytes);
 /// The code page that people mean when they write `name`.
 std::string usualCodePage(std::string_view name);
