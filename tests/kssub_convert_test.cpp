@@ -64,6 +64,13 @@ TEST_F(KssubTest, convert_edits_cues) {
   }
 }
 
+// 0.3 / 0.2 is below 1.5 in binary fractions.
+TEST_F(KssubTest, convert_scales_times_exactly) {
+  directory.write("film.srt", "1\n00:00:01,001 --> 999999:00:00,001\nA\n");
+  expectRun("convert film.srt - --to srt --scale 0.3:0.2",
+            "1\n0000000:00:01,502 --> 1499998:30:00,002\nA\n", "", 0);
+}
+
 TEST_F(KssubTest, convert_writes_every_format) {
   directory.write("film.sub", "{25}{50}{y:i}A & b|c\n");
   expectRun("convert film.sub film.srt --fps 25 && cat film.srt",
