@@ -1,5 +1,5 @@
-// The table of kinds: what people take for subtitles, and the archives and films that these come
-// in. A new kind has a row here.
+// The table of kinds: files that people mistake for subtitles, and the archives and films that
+// contain them. A new kind needs a row here.
 #include "kssubtitle/import/recognition/kinds.h"
 
 #include <algorithm>
@@ -108,7 +108,7 @@ bool isRichText(std::string_view text) noexcept {
   return fromFirstVisible(text).starts_with("{\\rtf");
 }
 
-/// Whether hardly anybody would write that many control characters.
+/// Whether a text has more control characters than anybody would write.
 bool hasManyControls(std::string_view text) noexcept {
   constexpr std::size_t kLooked = 4096;
   text = text.substr(0, kLooked);
@@ -118,7 +118,7 @@ bool hasManyControls(std::string_view text) noexcept {
   return static_cast<std::size_t>(controls) > text.size() / 32;
 }
 
-/// A row of the table, and how it is recognised: by bytes at a place, or by a function.
+/// A row of the table. A kind is recognised by bytes at a place or by a function.
 struct Row {
   Content content = Content::kBytes;
   std::string_view signature{};

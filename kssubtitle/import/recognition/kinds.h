@@ -1,4 +1,4 @@
-// What a file is that holds no subtitles as text.
+// Files that hold no subtitle text: pictures, archives, films, other documents.
 #pragma once
 
 #include <string_view>
@@ -7,7 +7,7 @@
 
 namespace kssubtitle::importing {
 
-/// The kinds that more than their refusal is asked of.
+/// The kinds that callers tell apart.
 enum class FileKind { kOther, kVobSubStream, kVobSubIndex };
 
 /// One row of the table of kinds.
@@ -17,14 +17,14 @@ struct Kind {
   std::string_view sentence;  ///< What it is.
 };
 
-/// What is looked at.
+/// What kindOf() looks at.
 enum class Content {
-  kBytes,        ///< The bytes of a file, or the first 4,096 of them.
+  kBytes,        ///< The bytes of a file, at least the first 4,096.
   kText,         ///< Its decoded text.
   kUnknownText,  ///< A text that is in no subtitle format.
 };
 
-/// What a file is, by the given look at it; null if it may be subtitles as text.
+/// The kind of a file; null if it may hold subtitle text.
 const Kind* kindOf(Content content, std::string_view looked) noexcept;
 
 inline bool isOfKind(const Kind* found, FileKind kind) noexcept {
