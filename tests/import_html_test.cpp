@@ -36,6 +36,24 @@ TEST(ImportHtml, crossingTags_leaveEachCharacterItsStyle) {
   }
 }
 
+TEST(ImportHtml, aColourIsReadFromItsOwnAttributeAndDigits) {
+  const std::pair<const char*, const char*> cases[] = {
+      {"@1<font bgcolor=\"#000000\" color=\"#ff0000\">A", "<font color=\"#ff0000\">A</font>"},
+      {"@1<font data-color=\"#000000\">A", "A"},
+      {"@1<font color=\"#-00000\">A", "A"},
+      {"@1<font color=\"+00000\">A", "A"},
+      {"{1}{2}{c:$-12345}A\n", "A"},
+      {"{1}{2}{c:$0000ff}A\n", "<font color=\"#ff0000\">A</font>"},
+  };
+  ksImportOptions options;
+  options.markup = ksImportMarkup::kHtml;
+  for (const auto& [text, html] : cases) {
+    ksImportParser parser;
+    ASSERT_TRUE(openText(parser, withTimes(text), options)) << text;
+    EXPECT_EQ(parser.cues()[0].text, html) << text;
+  }
+}
+
 TEST(ImportHtml, coloursAreKnownByTheNamesOfCss) {
   const std::pair<const char*, const char*> names[] = {
       {"AliceBlue", "#f0f8ff"},

@@ -65,12 +65,10 @@ std::unique_ptr<ParserContents> readCues(const Format& format, std::string_view 
   report.languages = std::move(sink.languages());
   arrange(sink.cues(), format.longestAssumed, sink.notes());
   contents->cues = std::move(sink.cues());
-  contents->moments.reserve(contents->cues.size());
   for (const ksImportCue& cue : contents->cues) {
-    contents->moments.add(cue);
     contents->duration = std::max(contents->duration, cue.end);
   }
-  contents->moments.settle(contents->cues);
+  contents->moments = Moments(contents->cues);
   return contents;
 }
 

@@ -31,7 +31,7 @@ std::optional<double> rateOf(std::string_view text) noexcept {
 class MicroDvdReader {
  public:
   MicroDvdReader(const FormatInput& input, CueSink& sink)
-      : input_(input), sink_(sink), writer_(input.text, kMarkup, sink.text()) {}
+      : input_(input), sink_(sink), writer_(kMarkup, sink.text()) {}
 
   void read() {
     for (const Line& line : input_.lines()) {

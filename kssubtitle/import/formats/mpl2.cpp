@@ -32,7 +32,7 @@ Likelihood likelihoodOf(std::string_view text) noexcept {
 }
 
 void read(const FormatInput& input, CueSink& sink) {
-  BarWriter writer(input.text, kMarkup, sink.text());
+  BarWriter writer(kMarkup, sink.text());
   for (const Line& line : input.lines()) {
     readLine(line, writer, sink);
   }

@@ -43,7 +43,7 @@ std::optional<double> unitsOf(std::string_view line) noexcept {
 class MpsubReader {
  public:
   MpsubReader(const FormatInput& input, CueSink& sink)
-      : input_(input), sink_(sink), cue_(input.text, kMarkup, sink) {}
+      : input_(input), sink_(sink), cue_(kMarkup, sink) {}
 
   void read() {
     for (const Line& line : input_.lines()) {

@@ -63,7 +63,7 @@ class Numbering {
 class SubRipReader {
  public:
   SubRipReader(const FormatInput& input, CueSink& sink)
-      : input_(input), sink_(sink), marks_(input.text), numbering_(sink.notes()) {}
+      : input_(input), sink_(sink), numbering_(sink.notes()) {}
 
   void read() {
     for (const Line& line : input_.lines()) readLine(line);
@@ -131,7 +131,7 @@ class SubRipReader {
   void finishCue(std::size_t textEnd) {
     if (!isInCue_ || !isReadable_) return;
     const std::string_view source = input_.text.substr(textBegin_, textEnd - textBegin_);
-    const TextTraits traits = writeSubRipText(source, marks_, sink_.text());
+    const TextTraits traits = writeSubRipText(source, sink_.text());
     ksImportCue& cue = sink_.cues().back();
     if (traits.alignment) cue.alignment = *traits.alignment;
     if (traits.isUnclosed) sink_.notes().add(ksImportProblem::kTagUnclosed, line_);
@@ -152,7 +152,6 @@ class SubRipReader {
 
   const FormatInput& input_;
   CueSink& sink_;
-  SubRipMarks marks_;
   Numbering numbering_;
   Above above_ = Above::kBlank;
   std::optional<NumberLine> number_;  // the last line that is not blank, if it is a number

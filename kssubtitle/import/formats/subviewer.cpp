@@ -25,7 +25,7 @@ bool isStyleLine(std::string_view line) noexcept {
 class SubViewerReader {
  public:
   SubViewerReader(const FormatInput& input, CueSink& sink)
-      : input_(input), sink_(sink), cue_(input.text, kMarkup, sink) {}
+      : input_(input), sink_(sink), cue_(kMarkup, sink) {}
 
   void read() {
     for (const Line& line : input_.lines()) {

@@ -31,7 +31,7 @@ bool isFrame(std::string_view line) noexcept {
 class SubViewer1Reader {
  public:
   SubViewer1Reader(const FormatInput& input, CueSink& sink)
-      : input_(input), sink_(sink), cue_(input.text, kMarkup, sink) {}
+      : input_(input), sink_(sink), cue_(kMarkup, sink) {}
 
   void read() {
     for (const Line& line : input_.lines()) {

@@ -54,7 +54,7 @@ std::optional<TimedLine> timedLineOf(std::string_view text) noexcept {
 class TmPlayerReader {
  public:
   TmPlayerReader(const FormatInput& input, CueSink& sink)
-      : input_(input), sink_(sink), writer_(input.text, kMarkup, sink.text()) {}
+      : input_(input), sink_(sink), writer_(kMarkup, sink.text()) {}
 
   void read() {
     for (const Line& line : input_.lines()) {

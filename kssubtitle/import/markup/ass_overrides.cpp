@@ -17,61 +17,113 @@ std::string_view withoutAsterisks(std::string_view name) noexcept {
   return name;
 }
 
-/// The value of a tag of that name; nothing if `tag` is another one, of which the name goes on.
-std::optional<std::string_view> valueOf(std::string_view tag, std::string_view name) noexcept {
-  if (!tag.starts_with(name)) return std::nullopt;
-  const std::string_view value = withoutBlanks(tag.substr(name.size()));
-  if (!value.empty() && (isLetter(value.front()) || value.front() == '(')) return std::nullopt;
-  return value;
+/// What a tag sets.
+enum class Tag {
+  kDrawing,
+  kAlignment,
+  kOldAlignment,
+  kColour,
+  kReset,
+  kItalic,
+  kBold,
+  kUnderline,
+  kStrikeOut,
+};
+
+struct TagName {
+  std::string_view name;
+  Tag tag;
+  bool concernsStyleAlone = true;
+};
+
+// The tags that are read; all others are ignored.
+constexpr TagName kTagNames[] = {
+    {"p", Tag::kDrawing, false},
+    {"an", Tag::kAlignment, false},
+    {"a", Tag::kOldAlignment, false},
+    {"1c", Tag::kColour},
+    {"c", Tag::kColour},
+    {"r", Tag::kReset},
+    {"i", Tag::kItalic},
+    {"b", Tag::kBold},
+    {"u", Tag::kUnderline},
+    {"s", Tag::kStrikeOut},
+};
+
+/// A tag with what follows its name.
+struct ReadTag {
+  Tag tag;
+  std::string_view value;
+};
+
+/// Whether letters or a parenthesis after a name say that the name goes on.
+constexpr bool goesOn(std::string_view value) noexcept {
+  return !value.empty() && (isLetter(value.front()) || value.front() == '(');
 }
 
-/// The length of the tag behind a backslash: up to the next one, but for those in parentheses,
-/// which say what the text becomes in time. Requires: a '}' follows, which ends it at the latest.
-std::size_t tagLength(std::string_view text) noexcept {
-  std::size_t length = 0;
-  for (std::size_t depth = 0; text[length] != '}'; ++length) {
-    if (text[length] == '\\' && depth == 0) break;
-    if (text[length] == '(') ++depth;
-    if (text[length] == ')' && depth > 0) --depth;
+/// The tag that `text` begins with, as far as `isHtml` makes it matter.
+std::optional<ReadTag> tagAtFront(std::string_view text, bool isHtml) noexcept {
+  for (const auto& [name, tag, concernsStyleAlone] : kTagNames) {
+    if ((concernsStyleAlone && !isHtml) || !text.starts_with(name.front())) continue;
+    if (!text.starts_with(name)) continue;
+    const std::string_view value = withoutLeadingBlanks(text.substr(name.size()));
+    if (tag == Tag::kReset || !goesOn(value)) return ReadTag{tag, value};
   }
-  return length;
+  return std::nullopt;
 }
 
-/// Whether a tag that begins with `c` may be one of those that are read; most are not.
-constexpr bool mayMatter(char c) noexcept {
-  switch (c) {
-    case 'p':
-    case '1':
-    case 'c':
-    case 'r':
-    case 'i':
-    case 'b':
-    case 'u':
-    case 's':
-    case 'a':
-      return true;
-    default:
-      return false;
+/// Where the next backslash is, from `at` on, that a tag which matters may follow, or the '}' that
+/// ends the block. In plain text few tags matter: a script of typesetting opens in half the time if
+/// all others are passed by at once. Requires: a '}' follows.
+std::size_t nextTagOrEnd(std::string_view text, std::size_t at, bool isHtml) noexcept {
+  const std::string_view rest = text.substr(at);
+  if (isHtml) return at + findAny<'\\', '}'>(rest);
+  return at + findMarked(rest.substr(0, rest.size() - 1), [](auto load) -> Block {
+           const Block first = load(0);
+           const Block second = load(1);
+           const Block matters = equalBytes(second, 'p') | equalBytes(second, 'a') |
+                                 equalBytes(second, ' ') | equalBytes(second, '\t');
+           return (equalBytes(first, '\\') & matters) | equalBytes(first, '}');
+         });
+}
+
+/// How deep in parentheses a block is. Tags in parentheses say what the text becomes in time, and
+/// are not read.
+class Depth {
+ public:
+  explicit Depth(std::string_view block) noexcept : block_(block) {}
+
+  /// Requires: there is a backslash at `place`, which is not before the last one asked for.
+  bool isOutsideAt(std::size_t place) noexcept {
+    if (at_ == 0) at_ = block_.find('\\');  // what precedes the first tag does not count
+    for (; at_ < place; ++at_) {
+      if (block_[at_] == '(') ++depth_;
+      if (block_[at_] == ')' && depth_ > 0) --depth_;
+    }
+    return depth_ == 0;
   }
-}
 
-/// Takes the overrides of a text one after the other and keeps the state that they leave.
+ private:
+  std::string_view block_;
+  std::size_t at_ = 0;
+  std::size_t depth_ = 0;
+};
+
+/// Reads the override blocks of a text one after the other, and keeps the state that they leave.
 class Overrides {
  public:
-  Overrides(const AssStyle& base, const AssStyles& styles) noexcept
-      : event_(base), base_(base.style), style_(base.style), styles_(styles) {}
+  Overrides(const AssStyle& base, const AssStyles& styles, bool isHtml) noexcept
+      : event_(base), base_(base.style), style_(base.style), styles_(styles), isHtml_(isHtml) {}
 
-  /// Takes the block off that `text` begins with. Requires: it ends.
-  void take(std::string_view& text) {
-    text.remove_prefix(1);
-    while (text.front() != '\\' && text.front() != '}') text.remove_prefix(1);
-    while (text.front() == '\\') {
-      text = withoutLeadingBlanks(text.substr(1));
-      const std::size_t length = tagLength(text);
-      if (mayMatter(text.front())) takeTag(withoutTrailingBlanks(text.substr(0, length)));
-      text.remove_prefix(length);
+  /// Consumes the block that `text` begins with. Requires: it ends.
+  void consumeBlock(std::string_view& text) {
+    Depth depth(text);
+    std::size_t at = nextTagOrEnd(text, 1, isHtml_);
+    for (; text[at] != '}'; at = nextTagOrEnd(text, at + 1, isHtml_)) {
+      const auto tag = tagAtFront(withoutLeadingBlanks(text.substr(at + 1)), isHtml_);
+      if (tag && depth.isOutsideAt(at)) apply(*tag);
     }
-    text.remove_prefix(1);
+    text.remove_prefix(at + 1);
   }
 
   const Style& style() const noexcept { return style_; }
@@ -79,49 +131,48 @@ class Overrides {
   std::optional<int> alignment() const noexcept { return alignment_; }
 
  private:
-  void takeTag(std::string_view tag) {
-    if (const auto value = valueOf(tag, "p")) {
-      isDrawing_ = integerOfAss(*value).value_or(0) > 0;
-    } else if (const auto colour = colourValue(tag)) {
-      style_.colour = colourOfAss(*colour).value_or(base_.colour);
-    } else if (tag.front() == 'r') {
-      reset(tag.substr(1));
-    } else if (!takeSwitch(tag)) {
-      takeAlignment(tag);
+  void apply(const ReadTag& tag) noexcept {
+    switch (tag.tag) {
+      case Tag::kDrawing:
+        isDrawing_ = integerOfAss(tag.value).value_or(0) > 0;
+        break;
+      case Tag::kAlignment:
+      case Tag::kOldAlignment:
+        if (!alignment_) alignment_ = alignmentOf(tag);
+        break;
+      case Tag::kColour:
+        style_.colour = colourOfAss(tag.value).value_or(base_.colour);
+        break;
+      case Tag::kReset:
+        reset(withoutTrailingBlanks(tag.value.substr(0, tag.value.find_first_of("\\}"))));
+        break;
+      case Tag::kItalic:
+        set(&Style::italic, tag.value);
+        break;
+      case Tag::kBold: {
+        const auto weight = integerOfAss(tag.value);
+        style_.bold = weight ? isBoldWeight(*weight) : base_.bold;
+        break;
+      }
+      case Tag::kUnderline:
+        set(&Style::underline, tag.value);
+        break;
+      case Tag::kStrikeOut:
+        set(&Style::strikeOut, tag.value);
+        break;
     }
   }
 
-  static std::optional<std::string_view> colourValue(std::string_view tag) noexcept {
-    const auto value = valueOf(tag, "1c");
-    return value ? value : valueOf(tag, "c");
+  static std::optional<int> alignmentOf(const ReadTag& tag) noexcept {
+    const auto number = integerOfAss(tag.value);
+    if (!number) return std::nullopt;
+    if (tag.tag == Tag::kOldAlignment) return alignmentOfSsa(*number);
+    return *number >= 1 && *number <= 9 ? number : std::nullopt;
   }
 
-  bool takeSwitch(std::string_view tag) noexcept {
-    constexpr std::pair<std::string_view, bool Style::*> kSwitches[] = {{"i", &Style::italic},
-                                                                        {"b", &Style::bold},
-                                                                        {"u", &Style::underline},
-                                                                        {"s", &Style::strikeOut}};
-    for (const auto& [name, member] : kSwitches) {
-      const auto value = valueOf(tag, name);
-      if (!value) continue;
-      const auto number = integerOfAss(*value);
-      style_.*member = !number                  ? base_.*member
-                       : member == &Style::bold ? isBoldWeight(*number)
-                                                : *number != 0;
-      return true;
-    }
-    return false;
-  }
-
-  /// The first alignment counts.
-  void takeAlignment(std::string_view tag) noexcept {
-    if (alignment_) return;
-    if (const auto value = valueOf(tag, "an")) {
-      const auto number = integerOfAss(*value);
-      if (number && *number >= 1 && *number <= 9) alignment_ = number;
-    } else if (const auto old = valueOf(tag, "a")) {
-      if (const auto number = integerOfAss(*old)) alignment_ = alignmentOfSsa(*number);
-    }
+  void set(bool Style::*member, std::string_view value) noexcept {
+    const auto number = integerOfAss(value);
+    style_.*member = number ? *number != 0 : base_.*member;
   }
 
   /// To the style of that name, or to the event's own.
@@ -135,26 +186,27 @@ class Overrides {
   Style base_;  // what tags without a value go back to
   Style style_;
   const AssStyles& styles_;
+  bool isHtml_;
   bool isDrawing_ = false;
-  std::optional<int> alignment_;
+  std::optional<int> alignment_;  // the first one counts
 };
 
-/// Walks over an event's text and hands its pieces on.
+/// Writes the pieces of an event's text.
 class Writer {
  public:
   Writer(std::string_view text, const AssStyle& base, const AssStyles& styles, CueText& out)
-      : rest_(text), out_(out), overrides_(base, styles) {
+      : rest_(text), out_(out), overrides_(base, styles, out.isHtml()) {
     out_.setStyle(overrides_.style());
   }
 
   AssTextTraits write() {
     while (!rest_.empty()) {
-      takeText(findAny<'{', '\\'>(rest_));
+      appendText(findAny<'{', '\\'>(rest_));
       if (rest_.empty()) break;
       if (rest_.front() == '{') {
-        takeBlock();
+        readBlock();
       } else {
-        takeBackslash();
+        readBackslash();
       }
     }
     traits_.alignment = overrides_.alignment();
@@ -162,42 +214,42 @@ class Writer {
   }
 
  private:
-  void takeText(std::size_t length) {
+  void appendText(std::size_t length) {
     if (length > 0 && !overrides_.isDrawing()) out_.append(rest_.substr(0, length));
     rest_.remove_prefix(length);
   }
 
   bool isBlockClosed() noexcept {
-    if (!behindBlocks_) behindBlocks_ = rest_.size() - (rest_.rfind('}') + 1);
-    return rest_.size() > *behindBlocks_;
+    if (!lengthAfterBlocks_) lengthAfterBlocks_ = rest_.size() - (rest_.rfind('}') + 1);
+    return rest_.size() > *lengthAfterBlocks_;
   }
 
   /// A block that does not end is text.
-  void takeBlock() {
+  void readBlock() {
     if (!isBlockClosed()) {
       traits_.isUnclosed = true;
-      return takeText(1);
+      return appendText(1);
     }
-    overrides_.take(rest_);
+    overrides_.consumeBlock(rest_);
     out_.setStyle(overrides_.style());
   }
 
-  void takeBackslash() {
+  void readBackslash() {
     const char c = rest_.size() > 1 ? rest_[1] : '\0';
-    if (c != 'N' && c != 'n' && c != 'h') return takeLoneBackslash();
+    if (c != 'N' && c != 'n' && c != 'h') return readLoneBackslash();
     if (!overrides_.isDrawing()) out_.append(c == 'h' ? U' ' : U'\n');
     rest_.remove_prefix(2);
   }
 
-  /// A word joiner, which is not seen, parts it from what would make it a code.
-  void takeLoneBackslash() {
+  /// An invisible word joiner keeps it from being read as an escape.
+  void readLoneBackslash() {
     constexpr std::string_view kWordJoiner = "\xE2\x81\xA0";
-    takeText(1);
+    appendText(1);
     if (rest_.starts_with(kWordJoiner)) rest_.remove_prefix(kWordJoiner.size());
   }
 
   std::string_view rest_;
-  std::optional<std::size_t> behindBlocks_;  // how many characters follow the last '}'
+  std::optional<std::size_t> lengthAfterBlocks_;  // how many characters follow the last '}'
   CueText& out_;
   Overrides overrides_;
   AssTextTraits traits_;
@@ -237,8 +289,7 @@ std::optional<int> colourOfAss(std::string_view text) noexcept {
   if (read.ec != std::errc()) return std::nullopt;
   const std::int64_t blueGreenRed = value & kWhite;
   if (blueGreenRed == kWhite) return Style::kNoColour;
-  return static_cast<int>((blueGreenRed & 0xFF) << 16 | (blueGreenRed & 0xFF00) |
-                          blueGreenRed >> 16);
+  return swappedRedAndBlue(static_cast<int>(blueGreenRed));
 }
 
 std::optional<int> integerOfAss(std::string_view text) noexcept {

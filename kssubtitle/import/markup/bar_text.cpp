@@ -1,8 +1,6 @@
 // Texts of the formats of early players.
 #include "kssubtitle/import/markup/bar_text.h"
 
-#include <charconv>
-
 #include "kssubtitle/import/markup/subrip_tags.h"
 #include "kssubtitle/import/text/ascii.h"
 
@@ -13,17 +11,12 @@ namespace {
 constexpr std::string_view kCodes = "ycfspoh";
 constexpr std::string_view kBreak = "[br]";
 
-/// "$bbggrr" as 0xRRGGBB.
+/// The colour of "$bbggrr".
 std::optional<int> colourOfCode(std::string_view value) noexcept {
   value = withoutBlanks(value);
   if (value.starts_with('$')) value.remove_prefix(1);
-  constexpr std::size_t kDigits = 6;
-  int colour = 0;
-  const char* const end = value.data() + value.size();
-  if (value.size() != kDigits || std::from_chars(value.data(), end, colour, 16).ptr != end) {
-    return std::nullopt;
-  }
-  return (colour & 0xFF) << 16 | (colour & 0xFF00) | colour >> 16;
+  const auto blueGreenRed = value.size() == 6 ? hexadecimalNumber(value) : std::nullopt;
+  return blueGreenRed ? std::optional(swappedRedAndBlue(*blueGreenRed)) : std::nullopt;
 }
 
 /// Lets `code`, "{y:...}" or its like, set `style`.
@@ -58,48 +51,29 @@ std::size_t unknownTagLength(std::string_view text) noexcept {
 
 }  // namespace
 
-/// How many characters stand in front of the first one that may be more than itself.
-inline std::size_t BarWriter::plainLength(std::string_view text) noexcept {
-  const std::size_t length = marks_.countBefore(text);
-  return markup_.hasBreaks ? breaks_.countBefore(text.substr(0, length)) : length;
+/// How many characters precede the first one that may be more than itself.
+std::size_t BarWriter::plainLength(std::string_view text) const noexcept {
+  return markup_.hasBreaks ? findAny<'|', '<', '{', '['>(text) : findAny<'|', '<', '{'>(text);
 }
 
 /// How long what ends a line at the front of `text` is; 0 if nothing does.
-inline std::size_t BarWriter::separatorLength(std::string_view text) const noexcept {
+std::size_t BarWriter::separatorLength(std::string_view text) const noexcept {
   if (text.front() == '|') return 1;
   if (text.front() != '[' || !markup_.hasBreaks) return 0;
   return startsWithNoCase(text, kBreak) ? kBreak.size() : 0;
-}
-
-/// Whether no sign and no style belongs to a line without tags and codes. Blanks may stand behind
-/// it: they are dropped with other white space.
-inline bool BarWriter::isTextAlone(std::string_view line) const noexcept {
-  if (out_.isHtml() || isBehindSlash_ || line.empty() || isBlank(line.front())) return false;
-  return line.front() != '/' && line.front() != '\\' && line.front() != '_';
 }
 
 void BarWriter::write(std::string_view text, int& alignment, const Style& base) {
   cueStyle_ = base;
   isBehindSlash_ = false;
   alignment_.reset();
-  while (!text.empty()) {
-    const std::size_t plain = plainLength(text);
-    const std::size_t separator = plain < text.size() ? separatorLength(text.substr(plain)) : 0;
-    const bool isPlain = plain == text.size() || separator > 0;
-    if (isPlain && isTextAlone(text.substr(0, plain))) {
-      out_.appendLine(text.substr(0, plain));
-      text.remove_prefix(plain + separator);
-    } else {
-      text = writeLine(text, plain);
-    }
-  }
+  while (!text.empty()) text = writeLine(text);
   if (alignment_) alignment = *alignment_;
 }
 
-/// Writes the first line of `text`, of which the first `plain` characters are known to go on with
-/// it. What follows it.
-std::string_view BarWriter::writeLine(std::string_view text, std::size_t plain) {
-  std::size_t end = plain;
+/// Writes the first line of `text`. Returns what follows it.
+std::string_view BarWriter::writeLine(std::string_view text) {
+  std::size_t end = plainLength(text);
   std::size_t separator = 0;
   while (end < text.size() && (separator = separatorLength(text.substr(end))) == 0) {
     ++end;

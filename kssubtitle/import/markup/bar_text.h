@@ -27,9 +27,7 @@ struct BarMarkup {
 /// Writes the texts of a file's cues.
 class BarWriter {
  public:
-  /// The texts are parts of `fileText`, one behind the other.
-  BarWriter(std::string_view fileText, const BarMarkup& markup, CueText& out) noexcept
-      : marks_(fileText), breaks_(fileText), markup_(markup), out_(out) {}
+  BarWriter(const BarMarkup& markup, CueText& out) noexcept : markup_(markup), out_(out) {}
 
   /// Writes lines of a cue that begin in the style `base`, but for the tags that are open. Sets
   /// `alignment` if they ask for one.
@@ -44,10 +42,9 @@ class BarWriter {
   }
 
  private:
-  inline std::size_t plainLength(std::string_view text) noexcept;
-  inline std::size_t separatorLength(std::string_view text) const noexcept;
-  inline bool isTextAlone(std::string_view line) const noexcept;
-  std::string_view writeLine(std::string_view text, std::size_t plain);
+  std::size_t plainLength(std::string_view text) const noexcept;
+  std::size_t separatorLength(std::string_view text) const noexcept;
+  std::string_view writeLine(std::string_view text);
   void takePiece();
   void takeText(std::size_t length);
   void takeSigns();
@@ -58,8 +55,6 @@ class BarWriter {
   bool takeUnknownTag() noexcept;
   void setStyle();
 
-  RareCharacters<'|', '<', '{'> marks_;
-  RareCharacters<'['> breaks_;
   BarMarkup markup_;
   CueText& out_;
   TagStyle tags_;

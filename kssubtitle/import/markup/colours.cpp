@@ -1,6 +1,5 @@
 // Colours as tags name them.
 #include <algorithm>
-#include <charconv>
 #include <iterator>
 #include <string_view>
 
@@ -32,23 +31,36 @@ constexpr int doubled(int colour) noexcept {
   return (red * 0x11) << 16 | (green * 0x11) << 8 | blue * 0x11;
 }
 
-std::optional<int> colourByNumber(std::string_view digits) noexcept {
-  int colour = 0;
-  const char* const end = digits.data() + digits.size();
-  const bool isNumber = std::from_chars(digits.data(), end, colour, 16).ptr == end;
-  if (!isNumber || colour < 0) return std::nullopt;
+std::optional<int> colourOfDigits(std::string_view digits) noexcept {
+  const auto colour = hexadecimalNumber(digits);
   if (digits.size() == 6) return colour;
-  return digits.size() == 3 ? std::optional(doubled(colour)) : std::nullopt;
+  return colour && digits.size() == 3 ? std::optional(doubled(*colour)) : std::nullopt;
 }
 
 }  // namespace
 
+std::optional<int> hexadecimalNumber(std::string_view digits) noexcept {
+  constexpr std::size_t kMostDigits = 7;  // which fit an int
+  if (digits.empty() || digits.size() > kMostDigits) return std::nullopt;
+  int number = 0;
+  for (const char c : digits) {
+    const int digit = hexadecimalDigit(c);
+    if (digit > 15) return std::nullopt;
+    number = number << 4 | digit;
+  }
+  return number;
+}
+
+int swappedRedAndBlue(int colour) noexcept {
+  return (colour & 0xFF) << 16 | (colour & 0xFF00) | colour >> 16;
+}
+
 std::optional<int> colourOf(std::string_view text) noexcept {
-  if (text.starts_with('#')) return colourByNumber(text.substr(1));
+  if (text.starts_with('#')) return colourOfDigits(text.substr(1));
   const auto* const found = std::lower_bound(std::begin(kNamedColours), std::end(kNamedColours),
                                              NamedColour{text, 0}, isBefore);
   if (found != std::end(kNamedColours) && equalNoCase(found->name, text)) return found->colour;
-  return text.size() == 6 ? colourByNumber(text) : std::nullopt;
+  return text.size() == 6 ? colourOfDigits(text) : std::nullopt;
 }
 
 }  // namespace kssubtitle::importing

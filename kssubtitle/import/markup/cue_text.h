@@ -31,21 +31,6 @@ class CueText {
     if (arena_.text().size() == lineBegin_) characters.remove_prefix(leadingWhiteSpace(characters));
     put(characters);
   }
-  /// Appends characters (valid UTF-8, no line feed) and ends their line.
-  void appendLine(std::string_view characters) {
-    if (isHtml_ || arena_.text().size() != lineBegin_) {
-      append(characters);
-      return endLine();
-    }
-    characters.remove_prefix(leadingWhiteSpace(characters));
-    characters.remove_suffix(trailingWhiteSpace(characters));
-    if (characters.empty()) return;
-    char* const to = arena_.room(characters.size() + 1);
-    characters.copy(to, characters.size());
-    to[characters.size()] = '\n';
-    arena_.wrote(characters.size() + 1);
-    lineBegin_ = arena_.text().size();
-  }
   /// Appends a scalar value; a line feed or carriage return ends the line.
   void append(char32_t c);
   void endLine() {

@@ -1,9 +1,9 @@
-// Characters written as entities.
+// Characters written as entities, the character references of HTML.
 #include "kssubtitle/import/markup/entities.h"
 
-#include <charconv>
+#include <algorithm>
+#include <iterator>
 
-#include "kssubtitle/import/markup/html_entities.h"
 #include "kssubtitle/import/text/ascii.h"
 #include "kssubtitle/import/text/unicode.h"
 
@@ -12,41 +12,95 @@ namespace {
 
 struct Name {
   std::string_view text;
-  char32_t character;
+  char32_t first;
+  char32_t second = 0;
 };
 
 constexpr Name kNames[] = {
-    {"amp", '&'}, {"lt", '<'}, {"gt", '>'}, {"nbsp", 0xA0}, {"quot", '"'}, {"apos", '\''},
+#include "kssubtitle/import/markup/html_entities.inc"
 };
+
+constexpr bool isBefore(const Name& a, const Name& b) noexcept { return a.text < b.text; }
+static_assert(std::is_sorted(std::begin(kNames), std::end(kNames), isBefore));
+
+constexpr std::size_t kLongestName = 32;
+// Of the names that need no semicolon.
+constexpr std::size_t kShortestBare = 2;
+constexpr std::size_t kLongestBare = 6;
+
+// What numbers from 0x80 on mean: characters of windows-1252, whose numbers many writers use.
+constexpr char32_t kWindows1252[] = {
+    0x20AC, 0x81,   0x201A, 0x0192, 0x201E, 0x2026, 0x2020, 0x2021, 0x02C6, 0x2030, 0x0160,
+    0x2039, 0x0152, 0x8D,   0x017D, 0x8F,   0x90,   0x2018, 0x2019, 0x201C, 0x201D, 0x2022,
+    0x2013, 0x2014, 0x02DC, 0x2122, 0x0161, 0x203A, 0x0153, 0x9D,   0x017E, 0x0178};
+
+/// The character of that number, in windows-1252 from 0x80 to 0x9F; U+FFFD if there is none.
+char32_t characterOfNumber(char32_t number) noexcept {
+  if (number == 0 || !isScalar(number)) return kReplacement;
+  return number >= 0x80 && number < 0xA0 ? kWindows1252[number - 0x80] : number;
+}
 
 /// `text` begins with "&#".
 Entity numberAt(std::string_view text) noexcept {
-  const bool isHexadecimal = text.size() > 2 && lowerOf(text[2]) == 'x';
-  const char* const begin = text.data() + (isHexadecimal ? 3 : 2);
-  const char* const end = text.data() + text.size();
-  unsigned number = 0;
-  const auto read = std::from_chars(begin, end, number, isHexadecimal ? 16 : 10);
-  const bool isWhole = read.ec == std::errc() && read.ptr != end && *read.ptr == ';';
-  if (!isWhole || number == 0 || !isScalar(number)) return {};
-  return {characterOfNumber(number), static_cast<std::size_t>(read.ptr + 1 - text.data())};
+  std::size_t at = 2;
+  const bool isHexadecimal = at < text.size() && lowerOf(text[at]) == 'x';
+  if (isHexadecimal) ++at;
+  const char32_t base = isHexadecimal ? 16 : 10;
+  const std::size_t begin = at;
+  char32_t number = 0;
+  for (; at < text.size() && static_cast<char32_t>(hexadecimalDigit(text[at])) < base; ++at) {
+    const auto digit = static_cast<char32_t>(hexadecimalDigit(text[at]));
+    number = std::min<char32_t>(number * base + digit, 0x110000);  // no character from there on
+  }
+  if (at == begin) return {};
+  if (at < text.size() && text[at] == ';') ++at;
+  return {characterOfNumber(number), 0, at};
 }
 
-char32_t characterOf(std::string_view name) noexcept {
-  for (const Name& entry : kNames) {
-    if (entry.text == name) return entry.character;
-  }
-  return 0;
+Entity named(std::string_view name) noexcept {
+  const auto* const found =
+      std::lower_bound(std::begin(kNames), std::end(kNames), Name{name, 0}, isBefore);
+  if (found == std::end(kNames) || found->text != name) return {};
+  return {found->first, found->second, name.size() + 1};
 }
 
 }  // namespace
 
-Entity entityOf(std::string_view text) noexcept {
+Entity htmlEntityOf(std::string_view text) noexcept {
   if (text.substr(1).starts_with('#')) return numberAt(text);
-  constexpr std::size_t kLongest = 6;  // "&nbsp;"
-  const std::size_t end = text.substr(0, kLongest).find(';');
-  if (end == text.npos) return {};
-  const char32_t c = characterOf(text.substr(1, end - 1));
-  return c == 0 ? Entity() : Entity{c, end + 1};
+  const std::string_view rest = text.substr(1, kLongestName);
+  std::size_t length = 0;
+  while (length < rest.size() && (isLetter(rest[length]) || isDigit(rest[length]))) ++length;
+  if (length < rest.size() && rest[length] == ';') {
+    if (const Entity entity = named(rest.substr(0, length + 1)); entity.length > 0) {
+      return entity;
+    }
+  }
+  for (length = std::min(length, kLongestBare); length >= kShortestBare; --length) {
+    if (const Entity entity = named(rest.substr(0, length)); entity.length > 0) return entity;
+  }
+  return {};
+}
+
+Entity subRipEntityOf(std::string_view text) noexcept {
+  constexpr std::string_view kUsedNames[] = {"amp", "lt", "gt", "nbsp", "quot", "apos"};
+  const Entity entity = htmlEntityOf(text);
+  if (entity.length == 0 || text[entity.length - 1] != ';') return {};
+  if (text[1] == '#') return entity.first == kReplacement ? Entity() : entity;
+  const std::string_view name = text.substr(1, entity.length - 2);
+  return std::ranges::find(kUsedNames, name) == std::end(kUsedNames) ? Entity() : entity;
+}
+
+void consumeHtmlEntity(std::string_view& text, CueText& out, LineReference lineReference) {
+  const Entity entity = htmlEntityOf(text);
+  if (entity.length == 0) {
+    out.append(text.substr(0, 1));
+    return text.remove_prefix(1);
+  }
+  const bool isLineEnd = entity.first == '\n' || entity.first == '\r';
+  out.append(isLineEnd && lineReference == LineReference::kSpace ? U' ' : entity.first);
+  if (entity.second != 0) out.append(entity.second);
+  text.remove_prefix(entity.length);
 }
 
 }  // namespace kssubtitle::importing

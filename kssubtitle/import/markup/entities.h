@@ -1,19 +1,34 @@
-// Characters written as entities.
+// Characters written as entities, the character references of HTML.
 #pragma once
 
 #include <cstddef>
 #include <string_view>
 
+#include "kssubtitle/import/markup/cue_text.h"
+
 namespace kssubtitle::importing {
 
-/// The character that an entity stands for, and how long the entity is.
+/// What a character reference stands for, and how long it is.
 struct Entity {
-  char32_t character = 0;
-  std::size_t length = 0;  ///< 0: `text` begins with no entity.
+  char32_t first = 0;
+  char32_t second = 0;     ///< 0: there is only one character.
+  std::size_t length = 0;  ///< 0: `text` begins with no reference.
 };
 
-/// The entity at the front of `text`, which begins with '&': a number of any length, or one of the
-/// six names that subtitles know (amp, lt, gt, nbsp, quot, apos), with its semicolon.
-Entity entityOf(std::string_view text) noexcept;
+/// The reference at the front of `text`, which begins with '&': a number, or any name that HTML
+/// has. The semicolon may be missing where HTML lets it.
+Entity htmlEntityOf(std::string_view text) noexcept;
+
+/// The same, in SubRip: the number of a character, or one of the six names that subtitles use (amp,
+/// lt, gt, nbsp, quot, apos), with its semicolon.
+Entity subRipEntityOf(std::string_view text) noexcept;
+
+/// What a reference to a line feed or a carriage return is.
+enum class LineReference { kSpace, kLineEnd };
+
+/// Consumes the reference at the front of `text`, or else the ampersand alone, and appends what it
+/// stands for.
+void consumeHtmlEntity(std::string_view& text, CueText& out,
+                       LineReference lineReference = LineReference::kSpace);
 
 }  // namespace kssubtitle::importing

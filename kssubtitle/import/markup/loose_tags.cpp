@@ -11,18 +11,18 @@ namespace {
 
 /// The first place from `at` on that is no white space; the size of `text` if there is none.
 std::size_t passSpaces(std::string_view text, std::size_t at) noexcept {
-  while (at < text.size() && isHtmlSpace(text[at])) ++at;
+  while (at < text.size() && isSpace(text[at])) ++at;
   return at;
 }
 
 /// The first place from `at` on that is white space; the size of `text` if there is none.
 std::size_t wordEnd(std::string_view text, std::size_t at) noexcept {
-  while (at < text.size() && !isHtmlSpace(text[at])) ++at;
+  while (at < text.size() && !isSpace(text[at])) ++at;
   return at;
 }
 
-/// Takes a value off; one whose quote is not closed ends as one without quotes does.
-std::string_view takeValue(std::string_view& rest) noexcept {
+/// Consumes a value; one whose quote is not closed ends as one without quotes does.
+std::string_view consumeValue(std::string_view& rest) noexcept {
   const bool isQuoted = rest.starts_with('"') || rest.starts_with('\'');
   const std::size_t closing = isQuoted ? rest.find(rest.front(), 1) : rest.npos;
   const std::size_t begin = isQuoted ? 1 : 0;
@@ -39,7 +39,7 @@ std::size_t closingQuote(std::string_view text, std::size_t at) noexcept {
   const std::size_t length = text[at] == '"' ? findAny<'"', '<'>(rest) : findAny<'\'', '<'>(rest);
   if (length + 1 >= rest.size() || rest[length] == '<') return text.npos;
   const char next = rest[length + 1];
-  const bool isFollower = isHtmlSpace(next) || next == '/' || next == '>';
+  const bool isFollower = isSpace(next) || next == '/' || next == '>';
   return isFollower ? at + 1 + length : text.npos;
 }
 
@@ -66,23 +66,23 @@ TagEnd tagEnd(std::string_view text, std::size_t at) noexcept {
 
 }  // namespace
 
-bool takeAttribute(std::string_view& attributes, LooseAttribute& attribute) noexcept {
+bool consumeAttribute(std::string_view& attributes, LooseAttribute& attribute) noexcept {
   const std::size_t begin = passSpaces(attributes, 0);
   if (begin == attributes.size()) return false;
   std::size_t at = begin;
-  while (at < attributes.size() && attributes[at] != '=' && !isHtmlSpace(attributes[at])) ++at;
+  while (at < attributes.size() && attributes[at] != '=' && !isSpace(attributes[at])) ++at;
   attribute.key = attributes.substr(begin, at - begin);
   attribute.value = {};
   at = passSpaces(attributes, at);
   const bool hasValue = at < attributes.size() && attributes[at] == '=';
   attributes.remove_prefix(hasValue ? passSpaces(attributes, at + 1) : at);
-  if (hasValue) attribute.value = takeValue(attributes);
+  if (hasValue) attribute.value = consumeValue(attributes);
   return true;
 }
 
-std::string_view LooseTag::attribute(std::string_view key) const noexcept {
+std::string_view attributeOf(std::string_view attributes, std::string_view key) noexcept {
   LooseAttribute found;
-  for (std::string_view rest = attributes; takeAttribute(rest, found);) {
+  while (consumeAttribute(attributes, found)) {
     if (found.is(key)) return found.value;
   }
   return {};

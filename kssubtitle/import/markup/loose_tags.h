@@ -16,8 +16,10 @@ struct LooseAttribute {
   bool is(std::string_view name) const noexcept { return equalNoCase(key, name); }
 };
 
-/// Takes an attribute off the front of `attributes`; false if none is left.
-bool takeAttribute(std::string_view& attributes, LooseAttribute& attribute) noexcept;
+/// Consumes an attribute; false if none is left.
+bool consumeAttribute(std::string_view& attributes, LooseAttribute& attribute) noexcept;
+/// The value of the first attribute of that name, in any case; empty if there is none.
+std::string_view attributeOf(std::string_view attributes, std::string_view key) noexcept;
 
 /// What stands between '<' and '>'.
 struct LooseTag {
@@ -35,12 +37,10 @@ struct LooseTag {
   bool closes(std::string_view element) const noexcept {
     return isClosing && equalNoCase(name, element);
   }
-  /// The value of the first attribute of that name, in any case; empty if there is none.
-  std::string_view attribute(std::string_view key) const noexcept;
+  std::string_view attribute(std::string_view key) const noexcept {
+    return attributeOf(attributes, key);
+  }
 };
-
-/// White space between words, line ends included.
-constexpr bool isHtmlSpace(char c) noexcept { return isBlank(c) || c == '\n'; }
 
 /// How many letters and digits `text` begins with, of which names are made.
 constexpr std::size_t nameLength(std::string_view text) noexcept {

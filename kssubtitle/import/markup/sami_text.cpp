@@ -5,24 +5,13 @@
 #include <optional>
 #include <utility>
 
-#include "kssubtitle/import/markup/html_entities.h"
+#include "kssubtitle/import/markup/entities.h"
 #include "kssubtitle/import/markup/loose_tags.h"
 #include "kssubtitle/import/text/ascii.h"
 #include "kssubtitle/import/text/scan.h"
 
 namespace kssubtitle::importing {
 namespace {
-
-std::optional<StyleTag> styleTagNamed(std::string_view name) noexcept {
-  constexpr std::pair<std::string_view, StyleTag> kNames[] = {
-      {"i", StyleTag::kItalic},         {"em", StyleTag::kItalic},     {"b", StyleTag::kBold},
-      {"strong", StyleTag::kBold},      {"u", StyleTag::kUnderline},   {"s", StyleTag::kStrikeOut},
-      {"strike", StyleTag::kStrikeOut}, {"del", StyleTag::kStrikeOut}, {"font", StyleTag::kFont}};
-  for (const auto& [known, tag] : kNames) {
-    if (equalNoCase(known, name)) return tag;
-  }
-  return std::nullopt;
-}
 
 bool endsLine(std::string_view name) noexcept {
   constexpr std::string_view kNames[] = {"br", "p", "div", "tr", "li"};
@@ -34,9 +23,9 @@ bool endsLine(std::string_view name) noexcept {
 /// most paragraphs without text are made of.
 std::string_view withoutBlankEnds(std::string_view text) noexcept {
   constexpr std::string_view kSpace = "&nbsp;";
-  while (!text.empty() && isHtmlSpace(text.back())) text.remove_suffix(1);
+  while (!text.empty() && isSpace(text.back())) text.remove_suffix(1);
   while (!text.empty()) {
-    const std::size_t length = isHtmlSpace(text.front()) ? 1 : kSpace.size();
+    const std::size_t length = isSpace(text.front()) ? 1 : kSpace.size();
     if (length > 1 && !text.starts_with(kSpace)) break;
     text.remove_prefix(length);
   }
@@ -63,7 +52,7 @@ class Writer {
   /// Takes words with a space between each two.
   void takePlain() {
     const char first = rest_.front();
-    if (isHtmlSpace(first) || first == '<' || first == '&') return;
+    if (isSpace(first) || first == '<' || first == '&') return;
     takeText(1 + findAnyOrBlanks<'\t', '\r', '\n', '\v', '\f', '<', '&'>(rest_.substr(1)));
   }
 
@@ -79,14 +68,14 @@ class Writer {
         return takeTag();
       case '&':
         isBehindSpace_ = false;
-        return takeHtmlEntity(rest_, out_);
+        return consumeHtmlEntity(rest_, out_);
       default:
         return takeSpaces();
     }
   }
 
   void takeSpaces() {
-    const auto* const end = std::find_if_not(rest_.begin(), rest_.end(), isHtmlSpace);
+    const auto* const end = std::find_if_not(rest_.begin(), rest_.end(), isSpace);
     rest_.remove_prefix(static_cast<std::size_t>(end - rest_.begin()));
     if (!isBehindSpace_) out_.append(" ");
     isBehindSpace_ = true;

@@ -2,6 +2,10 @@
 #include "kssubtitle/import/markup/style.h"
 
 #include <algorithm>
+#include <iterator>
+#include <utility>
+
+#include "kssubtitle/import/text/ascii.h"
 
 namespace kssubtitle::importing {
 
@@ -35,6 +39,18 @@ Style TagStyle::style() const noexcept {
   const auto isOpen = [this](StyleTag tag) { return open_[static_cast<std::size_t>(tag)] > 0; };
   return {isOpen(StyleTag::kItalic), isOpen(StyleTag::kBold), isOpen(StyleTag::kUnderline),
           isOpen(StyleTag::kStrikeOut), colours_.empty() ? Style::kNoColour : colours_.back()};
+}
+
+std::optional<StyleTag> styleTagNamed(std::string_view name) noexcept {
+  constexpr std::pair<std::string_view, StyleTag> kNames[] = {
+      {"i", StyleTag::kItalic},    {"b", StyleTag::kBold},           {"u", StyleTag::kUnderline},
+      {"s", StyleTag::kStrikeOut}, {"font", StyleTag::kFont},        {"em", StyleTag::kItalic},
+      {"strong", StyleTag::kBold}, {"strike", StyleTag::kStrikeOut}, {"del", StyleTag::kStrikeOut},
+  };
+  for (const auto& [known, tag] : kNames) {
+    if (equalNoCase(known, name)) return tag;
+  }
+  return std::nullopt;
 }
 
 }  // namespace kssubtitle::importing

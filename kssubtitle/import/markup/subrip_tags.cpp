@@ -5,15 +5,15 @@
 
 #include "kssubtitle/import/markup/ass_overrides.h"
 #include "kssubtitle/import/markup/entities.h"
+#include "kssubtitle/import/markup/loose_tags.h"
 #include "kssubtitle/import/text/ascii.h"
+#include "kssubtitle/import/text/scan.h"
 
 namespace kssubtitle::importing {
 namespace {
 
-constexpr bool isSpace(char c) noexcept { return isBlank(c) || c == '\n'; }
-
 /// Most texts end in a blank line.
-std::string_view withoutBlankLinesBehind(std::string_view text) noexcept {
+std::string_view withoutTrailingBlankLines(std::string_view text) noexcept {
   while (!text.empty() && isSpace(text.back())) text.remove_suffix(1);
   return text;
 }
@@ -24,16 +24,10 @@ std::size_t letterCount(std::string_view text) noexcept {
   return static_cast<std::size_t>(end - text.begin());
 }
 
+/// SubRip has the five short names alone; what else is in angle brackets is text.
 std::optional<StyleTag> tagNamed(std::string_view name) noexcept {
-  constexpr std::pair<std::string_view, StyleTag> kNames[] = {{"i", StyleTag::kItalic},
-                                                              {"b", StyleTag::kBold},
-                                                              {"u", StyleTag::kUnderline},
-                                                              {"s", StyleTag::kStrikeOut},
-                                                              {"font", StyleTag::kFont}};
-  for (const auto& [known, tag] : kNames) {
-    if (equalNoCase(known, name)) return tag;
-  }
-  return std::nullopt;
+  const bool isShort = name.size() == 1 || equalNoCase(name, "font");
+  return isShort ? styleTagNamed(name) : std::nullopt;
 }
 
 /// A tag as far as its name goes.
@@ -56,72 +50,64 @@ bool beginsOverride(std::string_view text, std::string_view codes) noexcept {
 
 constexpr std::string_view kCodes = "yfscp";
 
-/// Walks over a text and hands its pieces on.
+/// Writes the pieces of a text.
 class Writer {
  public:
-  Writer(std::string_view text, SubRipMarks& marks, CueText& out) noexcept
-      : rest_(withoutBlankLinesBehind(text)), marks_(marks), out_(out) {}
+  Writer(std::string_view text, CueText& out) noexcept
+      : rest_(withoutTrailingBlankLines(text)), out_(out) {}
 
   TextTraits write() {
     while (!rest_.empty()) {
-      takeLines(marks_.countBefore(rest_));
-      if (!rest_.empty()) takeSpecial();
+      appendText(findAny<'\n', '<', '{', '&'>(rest_));
+      if (!rest_.empty()) readSpecial();
     }
     return {alignment_, style_.isAnyOpen()};
   }
 
  private:
-  void takeLines(std::size_t length) {
-    for (std::string_view plain = rest_.substr(0, length);;) {
-      const std::size_t end = plain.find('\n');
-      if (end == plain.npos) return takeText(plain.size());
-      out_.appendLine(plain.substr(0, end));
-      rest_.remove_prefix(end + 1);
-      plain.remove_prefix(end + 1);
-    }
-  }
-
-  void takeSpecial() {
+  void readSpecial() {
     switch (rest_.front()) {
+      case '\n':
+        out_.endLine();
+        return rest_.remove_prefix(1);
       case '<':
-        return takeTag();
+        return readTag();
       case '{':
-        return takeOverride();
+        return readOverride();
       default:
-        return takeEntity();
+        return readEntity();
     }
   }
 
-  void takeText(std::size_t length) {
+  void appendText(std::size_t length) {
     if (length > 0) out_.append(rest_.substr(0, length));
     rest_.remove_prefix(length);
   }
 
-  void takeTag() {
+  void readTag() {
     const TagAtFront tag = tagAtFront(rest_);
-    if (tag.length == 0) return takeText(1);
+    if (tag.length == 0) return appendText(1);
     rest_.remove_prefix(tag.length);
     applyTag(tag, style_);
     out_.setStyle(style_.style());
   }
 
-  void takeOverride() {
+  void readOverride() {
     const std::size_t length = overrideLength(rest_, kCodes);
-    if (length == 0) return takeText(1);
+    if (length == 0) return appendText(1);
     const std::string_view block = rest_.substr(0, length);
     if (!alignment_) alignment_ = alignmentOfOverride(block);
     rest_.remove_prefix(length);
   }
 
-  void takeEntity() {
-    const Entity entity = entityOf(rest_);
-    if (entity.length == 0) return takeText(1);
-    out_.append(entity.character);
+  void readEntity() {
+    const Entity entity = subRipEntityOf(rest_);
+    if (entity.length == 0) return appendText(1);
+    out_.append(entity.first);
     rest_.remove_prefix(entity.length);
   }
 
   std::string_view rest_;
-  SubRipMarks& marks_;
   CueText& out_;
   TagStyle style_;
   std::optional<int> alignment_;
@@ -151,20 +137,6 @@ void applyTag(const TagAtFront& tag, TagStyle& style) {
   style.open(tag.tag, colour.value_or(Style::kNoColour));
 }
 
-std::string_view attributeOf(std::string_view attributes, std::string_view name) noexcept {
-  const std::size_t at = findNoCase(attributes, name);
-  if (at == attributes.npos) return {};
-  std::string_view value = withoutBlanks(attributes.substr(at + name.size()));
-  if (!value.starts_with('=')) return {};
-  value = withoutLeadingBlanks(value.substr(1));
-  if (value.starts_with('"') || value.starts_with('\'')) {
-    const char quote = value.front();
-    value.remove_prefix(1);
-    return value.substr(0, value.find(quote));
-  }
-  return value.substr(0, value.find_first_of(" \t\r\n"));
-}
-
 std::size_t overrideLength(std::string_view text, std::string_view codes) noexcept {
   if (!beginsOverride(text, codes)) return 0;
   const std::size_t end = text.find_first_of("{}", 1);
@@ -187,14 +159,14 @@ bool mayBeSubRipMarkup(std::string_view text) noexcept {
     case '{':
       return beginsOverride(text, kCodes);
     case '&':
-      return entityOf(text).length > 0;
+      return subRipEntityOf(text).length > 0;
     default:
       return false;
   }
 }
 
-TextTraits writeSubRipText(std::string_view text, SubRipMarks& marks, CueText& out) {
-  return Writer(text, marks, out).write();
+TextTraits writeSubRipText(std::string_view text, CueText& out) {
+  return Writer(text, out).write();
 }
 
 }  // namespace kssubtitle::importing

@@ -5,7 +5,6 @@
 #include <string_view>
 
 #include "kssubtitle/import/markup/cue_text.h"
-#include "kssubtitle/import/text/scan.h"
 
 namespace kssubtitle::importing {
 
@@ -15,13 +14,10 @@ struct TextTraits {
   bool isUnclosed = false;  ///< A tag is not closed.
 };
 
-/// Finds what may be markup in a file's text.
-using SubRipMarks = RareCharacters<'<', '{', '&'>;
-
 /// Writes the lines of a cue without `<i> <b> <u> <s> <font ...>` and their ends, paired or not,
 /// and without "{\...}" and "{y:...}" with their like; entities become characters. Anything else in
-/// brackets is text. `marks` are those of what `text` is a part of.
-TextTraits writeSubRipText(std::string_view text, SubRipMarks& marks, CueText& out);
+/// brackets is text.
+TextTraits writeSubRipText(std::string_view text, CueText& out);
 /// Whether what `text`, which is not empty, begins with would stand for something else than itself
 /// if some of what follows it were escaped.
 bool mayBeSubRipMarkup(std::string_view text) noexcept;
@@ -38,8 +34,6 @@ struct TagAtFront {
 TagAtFront tagAtFront(std::string_view text) noexcept;
 /// Opens or closes what the tag says. Requires: there is one.
 void applyTag(const TagAtFront& tag, TagStyle& style);
-/// The value of an attribute in any case, without its quotes; empty if there is none.
-std::string_view attributeOf(std::string_view attributes, std::string_view name) noexcept;
 
 /// The length of "{\...}" at the front of `text`, or of "{y:...}" with a letter of `codes` in any
 /// case; 0 if there is neither.

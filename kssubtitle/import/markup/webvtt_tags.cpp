@@ -4,7 +4,7 @@
 #include <algorithm>
 #include <vector>
 
-#include "kssubtitle/import/markup/html_entities.h"
+#include "kssubtitle/import/markup/entities.h"
 #include "kssubtitle/import/text/ascii.h"
 #include "kssubtitle/import/text/scan.h"
 
@@ -41,7 +41,7 @@ class Writer {
 
  private:
   void takeSpecial() {
-    if (rest_.front() == '&') return takeHtmlEntity(rest_, out_, LineReference::kLineEnd);
+    if (rest_.front() == '&') return consumeHtmlEntity(rest_, out_, LineReference::kLineEnd);
     if (rest_.front() == '<') return takeTag();
     out_.endLine();
     rest_.remove_prefix(1);

@@ -2,7 +2,9 @@
 #include "kssubtitle/import/moments/moments.h"
 
 #include <algorithm>
+#include <functional>
 #include <limits>
+#include <queue>
 #include <utility>
 
 namespace kssubtitle::importing {
@@ -10,46 +12,71 @@ namespace {
 
 constexpr std::size_t kGroup = 16;
 
+struct Ending {
+  long long time;
+  int cue;
+
+  bool operator>(const Ending& other) const noexcept { return time > other.time; }
+};
+
 }  // namespace
 
-void Moments::Active::addBesideOthers(const Ending& ending) {
-  ++count_;
-  others_.push(next_ > ending ? std::exchange(next_, ending) : ending);
-}
+/// Cuts time into segments, one cue after the other.
+class Moments::Builder {
+ public:
+  explicit Builder(Moments& moments) noexcept : moments_(moments) {}
 
-void Moments::Active::dropBesideOthers() {
-  next_ = others_.top();
-  others_.pop();
-}
-
-void Moments::reserve(std::size_t cues) {
-  begins_.reserve(cues);
-  shown_.reserve(cues);
-}
-
-void Moments::add(const ksImportCue& cue) {
-  const int place = count_++;
-  const long long start = std::max(cue.start, 0LL);
-  if (cue.end <= start || cue.isDuplicate) return;
-  if (begins_.size() > settled_) dropUnsettled();
-  if (active_.isSingle() && active_.firstEnd() <= start) {
-    active_.replaceAll(cue.end, place);  // as most cues follow each other
-    begins_.push_back(start);
-    shown_.push_back(place);
-  } else {
+  void add(const ksImportCue& cue, int index) {
+    const long long start = std::max(cue.start, 0LL);
+    if (cue.end <= start || cue.isDuplicate) return;
     endUntil(start);
-    active_.add(cue.end, place);
+    active_.push({cue.end, index});
     cutAt(start);
   }
-  settled_ = begins_.size();
-}
+  /// Ends all cues. Returns whether several were ever shown together.
+  bool finish() {
+    endUntil(std::numeric_limits<long long>::max());
+    return showsSeveral_;
+  }
 
-void Moments::settle(std::span<const ksImportCue> cues) {
-  if (!showsSeveral_) return;
-  Active active = active_;
-  endUntil(std::numeric_limits<long long>::max());
-  active_ = std::move(active);
-  groupEnds(cues);
+ private:
+  int shown() const noexcept {
+    if (active_.empty()) return Moment::kNobody;
+    return active_.size() == 1 ? active_.top().cue : Moment::kSeveral;
+  }
+
+  /// A segment that shows the active cues begins at `time`.
+  void cutAt(long long time) {
+    showsSeveral_ = showsSeveral_ || shown() == Moment::kSeveral;
+    if (moments_.begins_.empty() || moments_.begins_.back() != time) {
+      moments_.begins_.push_back(time);
+      moments_.shown_.push_back(shown());
+    } else {
+      moments_.shown_.back() = shown();
+    }
+  }
+
+  /// Where a single cue ends no segment begins.
+  void endUntil(long long time) {
+    while (!active_.empty() && active_.top().time <= time) {
+      const bool isCut = shown() == Moment::kSeveral;
+      const long long end = active_.top().time;
+      while (!active_.empty() && active_.top().time == end) active_.pop();
+      if (isCut) cutAt(end);
+    }
+  }
+
+  Moments& moments_;
+  std::priority_queue<Ending, std::vector<Ending>, std::greater<>> active_;
+  bool showsSeveral_ = false;
+};
+
+Moments::Moments(std::span<const ksImportCue> cues) {
+  begins_.reserve(cues.size());
+  shown_.reserve(cues.size());
+  Builder builder(*this);
+  for (std::size_t i = 0; i < cues.size(); ++i) builder.add(cues[i], static_cast<int>(i));
+  if (builder.finish()) groupEnds(cues);
 }
 
 std::optional<Moment> Moments::at(long long t, std::span<const ksImportCue> cues) const noexcept {
@@ -80,56 +107,23 @@ std::vector<int> Moments::cuesAt(const Moment& moment, std::span<const ksImportC
   return found;
 }
 
-void Moments::dropUnsettled() {
-  begins_.resize(settled_);
-  shown_.resize(settled_);
-}
-
-/// From `time` on those are shown that are active now.
-void Moments::cutAt(long long time) {
-  const int shown = active_.shown();
-  showsSeveral_ = showsSeveral_ || shown == Moment::kSeveral;
-  if (!begins_.empty() && begins_.back() == time) {
-    shown_.back() = shown;
-  } else {
-    begins_.push_back(time);
-    shown_.push_back(shown);
-  }
-}
-
-/// Where a single cue ends no segment begins.
-void Moments::endUntil(long long time) {
-  while (!active_.empty() && active_.firstEnd() <= time) {
-    const bool isCut = active_.shown() == Moment::kSeveral;
-    const long long end = active_.firstEnd();
-    while (!active_.empty() && active_.firstEnd() == end) active_.drop();
-    if (isCut) cutAt(end);
-  }
-}
-
-/// Sees to the groups that are not up to date.
 void Moments::groupEnds(std::span<const ksImportCue> cues) {
-  std::size_t first = grouped_;
   std::size_t count = cues.size();
   for (std::size_t level = 0; level == 0 || count > 1; ++level) {
-    if (level == greatestEnds_.size()) greatestEnds_.emplace_back();
     const auto endOf = [&](std::size_t i) {
       return level == 0 ? cues[i].end : greatestEnds_[level - 1][i];
     };
-    std::vector<long long>& ends = greatestEnds_[level];
-    ends.resize(first);
-    for (std::size_t i = first * kGroup; i < count; ++i) {
+    std::vector<long long> ends;
+    for (std::size_t i = 0; i < count; ++i) {
       if (i % kGroup == 0) ends.push_back(endOf(i));
       ends.back() = std::max(ends.back(), endOf(i));
     }
     count = ends.size();
-    first /= kGroup;
+    greatestEnds_.push_back(std::move(ends));
   }
-  grouped_ = cues.size() / kGroup;
 }
 
-/// Finds those of `cues` in one group of a level that are shown at `time`. Groups behind `cues`
-/// were added later and are passed over.
+/// Finds those of `cues`, which have all begun, in one group of a level that are shown at `time`.
 void Moments::search(std::span<const ksImportCue> cues, std::size_t level, std::size_t group,
                      long long time, std::vector<int>& found) const {
   if (greatestEnds_[level][group] <= time) return;

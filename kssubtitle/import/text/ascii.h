@@ -18,6 +18,15 @@ constexpr char lowerOf(char c) noexcept {
   return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
 }
 
+/// White space between words, line ends included.
+constexpr bool isSpace(char c) noexcept { return isBlank(c) || c == '\n'; }
+/// The value of a hexadecimal digit; 16 if it is not one.
+constexpr int hexadecimalDigit(char c) noexcept {
+  if (isDigit(c)) return c - '0';
+  const char lower = lowerOf(c);
+  return lower >= 'a' && lower <= 'f' ? lower - 'a' + 10 : 16;
+}
+
 /// Whether both are equal, ignoring case.
 constexpr bool equalNoCase(std::string_view a, std::string_view b) noexcept {
   return std::equal(a.begin(), a.end(), b.begin(), b.end(),

@@ -95,34 +95,4 @@ std::size_t findAnyOrBlanks(std::string_view text) noexcept {
   return found < followed.size() || ((text.back() == kSought) || ...) ? found : text.size();
 }
 
-/// Finds characters that are rare in a text: each is looked for again only once it was passed.
-template <char... kSought>
-class RareCharacters {
- public:
-  explicit RareCharacters(std::string_view text) noexcept
-      : text_(text), places_{placeOf(kSought, 0)...} {}
-
-  /// How many characters stand in front of the first one sought in `piece`; all if none is.
-  /// Requires: `piece` is part of the text and begins no earlier than the one before.
-  std::size_t countBefore(std::string_view piece) noexcept {
-    const auto begin = static_cast<std::size_t>(piece.data() - text_.data());
-    std::size_t count = piece.size();
-    std::size_t* place = places_;
-    const auto look = [&](char c) {
-      if (*place < begin) *place = placeOf(c, begin);
-      count = std::min(count, *place++ - begin);
-    };
-    (look(kSought), ...);
-    return count;
-  }
-
- private:
-  std::size_t placeOf(char c, std::size_t from) const noexcept {
-    return std::min(text_.find(c, from), text_.size());
-  }
-
-  std::string_view text_;
-  std::size_t places_[sizeof...(kSought)];
-};
-
 }  // namespace kssubtitle::importing

@@ -96,12 +96,12 @@ class HtmlReader {
   }
 
   void consumeEntity() {
-    const Entity entity = entityOf(rest_);
+    const Entity entity = subRipEntityOf(rest_);
     if (entity.length == 0) return consumeText(1);
     rest_.remove_prefix(entity.length);
-    if (entity.character == '\n' || entity.character == '\r') return out_.endLine();
+    if (entity.first == '\n' || entity.first == '\r') return out_.endLine();
     std::string character;
-    appendUtf8(character, entity.character);
+    appendUtf8(character, entity.first);
     out_.append(character);
   }
 

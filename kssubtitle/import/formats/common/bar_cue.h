@@ -9,8 +9,8 @@ namespace kssubtitle::importing {
 /// Writes one cue after the other, line by line; a tag goes on until it is closed or the cue ends.
 class BarCue {
  public:
-  BarCue(std::string_view fileText, const BarMarkup& markup, CueSink& sink) noexcept
-      : writer_(fileText, markup, sink.text()), sink_(sink) {}
+  BarCue(const BarMarkup& markup, CueSink& sink) noexcept
+      : writer_(markup, sink.text()), sink_(sink) {}
 
   /// Requires: the sink has begun `cue` last.
   void begin(ksImportCue& cue) noexcept { cue_ = &cue; }

@@ -32,7 +32,7 @@ struct SyncTimes {
 
   explicit SyncTimes(const LooseTag& sync) noexcept {
     LooseAttribute attribute;
-    for (std::string_view rest = sync.attributes; takeAttribute(rest, attribute);) {
+    for (std::string_view rest = sync.attributes; consumeAttribute(rest, attribute);) {
       if (!start && attribute.is("start")) start = attribute.value;
       if (!end && attribute.is("end")) end = attribute.value;
     }
@@ -115,7 +115,7 @@ class Scanner {
 
   void passText(std::size_t begin, std::size_t end) noexcept {
     const bool isInFront = place_ == Place::kSync;
-    if (isInFront && !std::all_of(text_.begin() + begin, text_.begin() + end, isHtmlSpace)) {
+    if (isInFront && !std::all_of(text_.begin() + begin, text_.begin() + end, isSpace)) {
       place_ = Place::kParagraph;
     }
   }
@@ -350,7 +350,7 @@ bool isTimeLine(std::string_view line) noexcept {
 bool hasRoot(std::string_view text) noexcept {
   LooseTags tags;
   while (!text.empty()) {
-    const auto* const begin = std::find_if_not(text.begin(), text.end(), isHtmlSpace);
+    const auto* const begin = std::find_if_not(text.begin(), text.end(), isSpace);
     text.remove_prefix(static_cast<std::size_t>(begin - text.begin()));
     if (!text.starts_with('<')) return false;
     const LooseTag tag = tags.at(text);

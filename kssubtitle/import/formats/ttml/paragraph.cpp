@@ -5,7 +5,7 @@
 
 #include "kssubtitle/import/formats/common/frames.h"
 #include "kssubtitle/import/formats/ttml/names.h"
-#include "kssubtitle/import/markup/html_entities.h"
+#include "kssubtitle/import/markup/entities.h"
 #include "kssubtitle/import/text/scan.h"
 
 namespace kssubtitle::importing {
@@ -36,7 +36,7 @@ bool isInline(const char* name) noexcept {
          is(name, "em") || is(name, "strong") || is(name, "font");
 }
 
-bool isWhiteSpace(const HtmlEntity& entity) noexcept {
+bool isWhiteSpace(const Entity& entity) noexcept {
   return entity.length > 0 && entity.first <= ' ' && isXmlSpace(static_cast<char>(entity.first));
 }
 
@@ -252,12 +252,12 @@ void TtmlParagraphs::writeTextWithSpaces(std::string_view text, bool hasReferenc
 }
 
 void TtmlParagraphs::writeReference(std::string_view& text) {
-  const HtmlEntity entity = htmlEntityOf(text);
+  const Entity entity = htmlEntityOf(text);
   if (isWhiteSpace(entity)) {
     writeSpace();
     return text.remove_prefix(entity.length);
   }
-  takeHtmlEntity(text, sink_.text());
+  consumeHtmlEntity(text, sink_.text());
   isBehindSpace_ = false;
 }
 
@@ -274,7 +274,7 @@ void TtmlParagraphs::writeTextAsItIs(std::string_view text, bool hasReferences) 
       sink_.text().endLine();
       text.remove_prefix(1);
     } else if (hasReferences && text.front() == '&') {
-      takeHtmlEntity(text, sink_.text(), LineReference::kLineEnd);
+      consumeHtmlEntity(text, sink_.text(), LineReference::kLineEnd);
     } else {
       const std::size_t length = 1 + findAny<'\n', '\r', '&'>(text.substr(1));
       sink_.text().append(text.substr(0, length));
