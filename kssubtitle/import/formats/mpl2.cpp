@@ -3,7 +3,7 @@
 
 #include "kssubtitle/import/formats/common/spans.h"
 #include "kssubtitle/import/formats/formats.h"
-#include "kssubtitle/import/markup/bar_text.h"
+#include "kssubtitle/import/markup/bar_separated_text.h"
 
 namespace kssubtitle::importing {
 namespace {

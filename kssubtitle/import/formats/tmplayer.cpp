@@ -6,7 +6,7 @@
 #include "kssubtitle/import/formats/common/time_lines.h"
 #include "kssubtitle/import/formats/common/times.h"
 #include "kssubtitle/import/formats/formats.h"
-#include "kssubtitle/import/markup/bar_text.h"
+#include "kssubtitle/import/markup/bar_separated_text.h"
 #include "kssubtitle/import/text/lines.h"
 
 namespace kssubtitle::importing {

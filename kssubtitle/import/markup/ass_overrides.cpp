@@ -5,6 +5,7 @@
 #include <charconv>
 #include <cstdint>
 
+#include "kssubtitle/import/markup/colours.h"
 #include "kssubtitle/import/text/ascii.h"
 #include "kssubtitle/import/text/scan.h"
 

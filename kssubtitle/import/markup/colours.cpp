@@ -1,9 +1,9 @@
-// Colours as tags name them.
+// Colours as files write them.
+#include "kssubtitle/import/markup/colours.h"
+
 #include <algorithm>
 #include <iterator>
-#include <string_view>
 
-#include "kssubtitle/import/markup/style.h"
 #include "kssubtitle/import/text/ascii.h"
 
 namespace kssubtitle::importing {

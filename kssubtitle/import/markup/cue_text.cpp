@@ -3,7 +3,7 @@
 
 #include <algorithm>
 
-#include "kssubtitle/import/markup/html_tags.h"
+#include "kssubtitle/import/markup/html_output.h"
 #include "kssubtitle/import/text/unicode.h"
 
 namespace kssubtitle::importing {

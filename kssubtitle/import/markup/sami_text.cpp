@@ -5,6 +5,7 @@
 #include <optional>
 #include <utility>
 
+#include "kssubtitle/import/markup/colours.h"
 #include "kssubtitle/import/markup/entities.h"
 #include "kssubtitle/import/markup/loose_tags.h"
 #include "kssubtitle/import/text/ascii.h"

@@ -44,11 +44,4 @@ class TagStyle {
 /// The tag of that name in any case: i, b, u, s, font, and those of HTML that mean the same.
 std::optional<StyleTag> styleTagNamed(std::string_view name) noexcept;
 
-/// The number that all of `digits`, 1 to 7, are; nothing if one is not a hexadecimal digit.
-std::optional<int> hexadecimalNumber(std::string_view digits) noexcept;
-/// 0xBBGGRR as 0xRRGGBB.
-int swappedRedAndBlue(int colour) noexcept;
-/// "#rrggbb", "rrggbb", "#rgb" or a colour name of HTML; nothing else.
-std::optional<int> colourOf(std::string_view text) noexcept;
-
 }  // namespace kssubtitle::importing

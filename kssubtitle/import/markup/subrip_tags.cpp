@@ -4,6 +4,7 @@
 #include <algorithm>
 
 #include "kssubtitle/import/markup/ass_overrides.h"
+#include "kssubtitle/import/markup/colours.h"
 #include "kssubtitle/import/markup/entities.h"
 #include "kssubtitle/import/markup/loose_tags.h"
 #include "kssubtitle/import/text/ascii.h"

@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <vector>
 
+#include "kssubtitle/import/markup/colours.h"
 #include "kssubtitle/import/markup/entities.h"
 #include "kssubtitle/import/text/ascii.h"
 #include "kssubtitle/import/text/scan.h"

@@ -2,7 +2,7 @@
 #include <algorithm>
 
 #include "kssubtitle/import/formats/common/subrip_time_lines.h"
-#include "kssubtitle/import/markup/html_tags.h"
+#include "kssubtitle/import/markup/html_output.h"
 #include "kssubtitle/import/markup/subrip_tags.h"
 #include "kssubtitle/import/text/ascii.h"
 #include "kssubtitle/import/writers/clock.h"

@@ -1,7 +1,7 @@
 // Writes WebVTT.
 #include <set>
 
-#include "kssubtitle/import/markup/html_tags.h"
+#include "kssubtitle/import/markup/html_output.h"
 #include "kssubtitle/import/writers/clock.h"
 #include "kssubtitle/import/writers/writers.h"
 

@@ -2,7 +2,7 @@
 #pragma once
 
 #include "kssubtitle/import/formats/common/cue_sink.h"
-#include "kssubtitle/import/markup/bar_text.h"
+#include "kssubtitle/import/markup/bar_separated_text.h"
 
 namespace kssubtitle::importing {
 

@@ -7,6 +7,7 @@
 
 #include "kssubtitle/import/formats/common/numbers.h"
 #include "kssubtitle/import/formats/ttml/names.h"
+#include "kssubtitle/import/markup/colours.h"
 
 namespace kssubtitle::importing {
 namespace {

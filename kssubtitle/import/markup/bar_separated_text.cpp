@@ -1,6 +1,7 @@
 // Texts of the formats of early players.
-#include "kssubtitle/import/markup/bar_text.h"
+#include "kssubtitle/import/markup/bar_separated_text.h"
 
+#include "kssubtitle/import/markup/colours.h"
 #include "kssubtitle/import/markup/subrip_tags.h"
 #include "kssubtitle/import/text/ascii.h"
 
