@@ -1,4 +1,4 @@
-// Overrides in the texts of ASS and SSA events.
+// Override tags in the texts of ASS and SSA events.
 #include "kssubtitle/import/markup/ass_overrides.h"
 
 #include <algorithm>
@@ -57,12 +57,12 @@ struct ReadTag {
   std::string_view value;
 };
 
-/// Whether letters or a parenthesis after a name say that the name goes on.
+/// Whether the name continues: a letter or a parenthesis follows.
 constexpr bool goesOn(std::string_view value) noexcept {
   return !value.empty() && (isLetter(value.front()) || value.front() == '(');
 }
 
-/// The tag that `text` begins with, as far as `isHtml` makes it matter.
+/// The tag that `text` begins with; nothing if it does not matter in the markup.
 std::optional<ReadTag> tagAtFront(std::string_view text, bool isHtml) noexcept {
   for (const auto& [name, tag, concernsStyleAlone] : kTagNames) {
     if ((concernsStyleAlone && !isHtml) || !text.starts_with(name.front())) continue;
@@ -73,9 +73,9 @@ std::optional<ReadTag> tagAtFront(std::string_view text, bool isHtml) noexcept {
   return std::nullopt;
 }
 
-/// Where the next backslash is, from `at` on, that a tag which matters may follow, or the '}' that
-/// ends the block. In plain text few tags matter: a script of typesetting opens in half the time if
-/// all others are passed by at once. Requires: a '}' follows.
+/// Where the next backslash that a relevant tag may follow is, from `at` on, or the '}' that ends
+/// the block. Few tags matter in plain text: skipping all others at once opens a script of
+/// typesetting in half the time. Requires: a '}' follows.
 std::size_t nextTagOrEnd(std::string_view text, std::size_t at, bool isHtml) noexcept {
   const std::string_view rest = text.substr(at);
   if (isHtml) return at + findAny<'\\', '}'>(rest);
@@ -88,8 +88,8 @@ std::size_t nextTagOrEnd(std::string_view text, std::size_t at, bool isHtml) noe
          });
 }
 
-/// How deep in parentheses a block is. Tags in parentheses say what the text becomes in time, and
-/// are not read.
+/// How deeply a block is nested in parentheses. Tags in parentheses say what the text becomes over
+/// time, and are not read.
 class Depth {
  public:
   explicit Depth(std::string_view block) noexcept : block_(block) {}
@@ -110,7 +110,7 @@ class Depth {
   std::size_t depth_ = 0;
 };
 
-/// Reads the override blocks of a text one after the other, and keeps the state that they leave.
+/// Reads the override blocks of a text in order, and keeps the resulting state.
 class Overrides {
  public:
   Overrides(const AssStyle& base, const AssStyles& styles, bool isHtml) noexcept
@@ -184,12 +184,12 @@ class Overrides {
   }
 
   const AssStyle& event_;
-  Style base_;  // what tags without a value go back to
+  Style base_;  // what tags without a value restore
   Style style_;
   const AssStyles& styles_;
   bool isHtml_;
   bool isDrawing_ = false;
-  std::optional<int> alignment_;  // the first one counts
+  std::optional<int> alignment_;  // the first one wins
 };
 
 /// Writes the pieces of an event's text.
@@ -225,7 +225,7 @@ class Writer {
     return rest_.size() > *lengthAfterBlocks_;
   }
 
-  /// A block that does not end is text.
+  /// A block that is not closed is text.
   void readBlock() {
     if (!isBlockClosed()) {
       traits_.isUnclosed = true;

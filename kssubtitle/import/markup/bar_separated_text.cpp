@@ -1,4 +1,4 @@
-// Texts of the formats of early players.
+// Texts in which bars end lines.
 #include "kssubtitle/import/markup/bar_separated_text.h"
 
 #include "kssubtitle/import/markup/colours.h"
@@ -20,7 +20,7 @@ std::optional<int> colourOfCode(std::string_view value) noexcept {
   return blueGreenRed ? std::optional(swappedRedAndBlue(*blueGreenRed)) : std::nullopt;
 }
 
-/// Lets `code`, "{y:...}" or its like, set `style`.
+/// Applies `code`, "{y:...}" or the like, to `style`.
 void applyCode(std::string_view code, Style& style) noexcept {
   const std::string_view value = code.substr(3, code.size() - 4);
   if (lowerOf(code[1]) == 'c') style.colour = colourOfCode(value).value_or(style.colour);
@@ -35,14 +35,14 @@ void applyCode(std::string_view code, Style& style) noexcept {
 
 constexpr bool isCapital(char c) noexcept { return c != lowerOf(c); }
 
-/// What is on in one of both.
+/// What is on in either.
 Style joined(const Style& a, const Style& b) noexcept {
   return {a.italic || b.italic, a.bold || b.bold, a.underline || b.underline,
           a.strikeOut || b.strikeOut, b.colour == Style::kNoColour ? a.colour : b.colour};
 }
 
-/// The length of what looks like a tag at the front of `text`, which begins with '<'; 0 if nothing
-/// does.
+/// The length of what looks like a tag at the beginning of `text`, which begins with '<'; 0 if
+/// nothing does.
 std::size_t unknownTagLength(std::string_view text) noexcept {
   const std::size_t name = text.substr(1).starts_with('/') ? 2 : 1;
   if (name >= text.size() || !isLetter(text[name])) return 0;
@@ -52,12 +52,12 @@ std::size_t unknownTagLength(std::string_view text) noexcept {
 
 }  // namespace
 
-/// How many characters precede the first one that may be more than itself.
+/// How many characters precede the first that may have a meaning.
 std::size_t BarWriter::plainLength(std::string_view text) const noexcept {
   return markup_.hasBreaks ? findAny<'|', '<', '{', '['>(text) : findAny<'|', '<', '{'>(text);
 }
 
-/// How long what ends a line at the front of `text` is; 0 if nothing does.
+/// The length of what ends a line at the beginning of `text`; 0 if nothing does.
 std::size_t BarWriter::separatorLength(std::string_view text) const noexcept {
   if (text.front() == '|') return 1;
   if (text.front() != '[' || !markup_.hasBreaks) return 0;
@@ -66,7 +66,7 @@ std::size_t BarWriter::separatorLength(std::string_view text) const noexcept {
 
 void BarWriter::write(std::string_view text, int& alignment, const Style& base) {
   cueStyle_ = base;
-  isBehindSlash_ = false;
+  isAfterSlash_ = false;
   alignment_.reset();
   while (!text.empty()) text = writeLine(text);
   if (alignment_) alignment = *alignment_;
@@ -82,37 +82,37 @@ std::string_view BarWriter::writeLine(std::string_view text) {
   }
   lineStyle_ = cueStyle_;
   rest_ = withoutBlanks(text.substr(0, end));
-  takeSigns();
+  consumeSigns();
   setStyle();
-  while (!rest_.empty()) takePiece();
+  while (!rest_.empty()) writePiece();
   out_.endLine();
   return text.substr(end + separator);
 }
 
-/// The signs may stand behind codes.
-void BarWriter::takeSigns() {
-  while (rest_.starts_with('{') && takeCode()) rest_ = withoutLeadingBlanks(rest_);
-  if (markup_.signs == BarMarkup::Signs::kSlashes) takeSlashes();
+/// The signs may follow codes.
+void BarWriter::consumeSigns() {
+  while (rest_.starts_with('{') && consumeCode()) rest_ = withoutLeadingBlanks(rest_);
+  if (markup_.signs == BarMarkup::Signs::kSlashes) consumeSlashes();
   if (markup_.signs == BarMarkup::Signs::kPrefixes) {
-    while (!rest_.empty() && takePrefix()) rest_.remove_prefix(1);
+    while (!rest_.empty() && applyPrefix()) rest_.remove_prefix(1);
   }
 }
 
-/// A slash that no line before it closes goes on.
-void BarWriter::takeSlashes() noexcept {
+/// A slash applies until a line closes it.
+void BarWriter::consumeSlashes() noexcept {
   if (rest_.starts_with('/')) {
-    isBehindSlash_ = true;
+    isAfterSlash_ = true;
     lineStyle_.italic = true;
     rest_.remove_prefix(1);
   }
-  if (isBehindSlash_ && rest_.ends_with('/')) {
+  if (isAfterSlash_ && rest_.ends_with('/')) {
     lineStyle_.italic = true;
-    isBehindSlash_ = false;
+    isAfterSlash_ = false;
     rest_.remove_suffix(1);
   }
 }
 
-bool BarWriter::takePrefix() noexcept {
+bool BarWriter::applyPrefix() noexcept {
   switch (rest_.front()) {
     case '/':
       return lineStyle_.italic = true;
@@ -125,19 +125,19 @@ bool BarWriter::takePrefix() noexcept {
   }
 }
 
-void BarWriter::takePiece() {
+void BarWriter::writePiece() {
   const std::size_t length = findAny<'<', '{'>(rest_);
-  if (length > 0) return takeText(length);
-  if (!(rest_.front() == '{' ? takeCode() : takeTag())) takeText(1);
+  if (length > 0) return writeText(length);
+  if (!(rest_.front() == '{' ? consumeCode() : consumeTag())) writeText(1);
   setStyle();
 }
 
-void BarWriter::takeText(std::size_t length) {
+void BarWriter::writeText(std::size_t length) {
   out_.append(rest_.substr(0, length));
   rest_.remove_prefix(length);
 }
 
-bool BarWriter::takeCode() {
+bool BarWriter::consumeCode() {
   const std::size_t length = overrideLength(rest_, kCodes);
   if (length == 0) return false;
   const std::string_view code = rest_.substr(0, length);
@@ -151,16 +151,16 @@ bool BarWriter::takeCode() {
   return true;
 }
 
-bool BarWriter::takeTag() {
+bool BarWriter::consumeTag() {
   const TagAtFront tag = tagAtFront(rest_);
-  if (tag.length == 0) return takeUnknownTag();
+  if (tag.length == 0) return consumeUnknownTag();
   hasTags_ = true;
   applyTag(tag, tags_);
   rest_.remove_prefix(tag.length);
   return true;
 }
 
-bool BarWriter::takeUnknownTag() noexcept {
+bool BarWriter::consumeUnknownTag() noexcept {
   const std::size_t length = markup_.dropsUnknownTags ? unknownTagLength(rest_) : 0;
   rest_.remove_prefix(length);
   return length > 0;

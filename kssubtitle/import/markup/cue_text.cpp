@@ -43,7 +43,7 @@ void CueText::endHtmlLine() {
   runs_.clear();
 }
 
-/// The line feed stands between the tags of two runs, or within the only ones.
+/// The line feed goes between the tags of two runs, or within those of a single one.
 void CueText::putRun(const Style& style, std::string_view characters, bool isFirst) {
   const bool beginsLine = isFirst && !arena_.text().empty();
   const bool isNew = style != written_;

@@ -1,4 +1,4 @@
-// Writes the text of a cue in its form: lines without white space at their ends, none of them
+// Writes the text of a cue in its final form: lines without white space at their ends, none of them
 // empty, in plain text or with the small set of tags.
 #pragma once
 
@@ -14,18 +14,18 @@
 
 namespace kssubtitle::importing {
 
-/// Takes the text of one cue after the other. In kHtml each run of one style is written with its
-/// own tags round it, so that what comes out is well formed whatever came in.
+/// Receives the text of one cue after the other. In kHtml each run of one style gets its own tags,
+/// so that the result is well formed whatever the source.
 class CueText {
  public:
   CueText(TextArena& arena, ksImportMarkup markup) noexcept
       : arena_(arena), isHtml_(markup == ksImportMarkup::kHtml) {}
 
-  /// Whether style is kept: if not, nobody needs to find it out.
+  /// Whether style is kept. If not, nobody needs to determine it.
   bool isHtml() const noexcept { return isHtml_; }
   /// The style of what is appended next; a new text has none.
   void setStyle(const Style& style) noexcept { style_ = style; }
-  /// Appends characters (valid UTF-8, no line feed) as they stand.
+  /// Appends characters (valid UTF-8, no line feed) unchanged.
   void append(std::string_view characters) {
     if (isHtml_) return appendToHtml(characters);
     if (arena_.text().size() == lineBegin_) characters.remove_prefix(leadingWhiteSpace(characters));
@@ -42,13 +42,13 @@ class CueText {
     arena_.wrote(1);
     lineBegin_ = arena_.text().size();
   }
-  /// Ends the text and begins a new one. Empty if it has no line.
+  /// Ends the text and begins a new one. Returns the ended text, empty if it has no line.
   std::string_view finish() {
     endLine();
     if (isHtml_) {
       endHtml();
     } else if (lineBegin_ > 0) {
-      arena_.cutTo(lineBegin_ - 1);  // the line feed behind the last line
+      arena_.cutTo(lineBegin_ - 1);  // the line feed after the last line
     }
     lineBegin_ = 0;
     return arena_.finish();
@@ -73,12 +73,12 @@ class CueText {
 
   TextArena& arena_;
   bool isHtml_;
-  std::size_t lineBegin_ = 0;  // of the line that is being made, in plain text
-  // In kHtml: the line that is being made, with its runs.
+  std::size_t lineBegin_ = 0;  // of the current line, in plain text
+  // In kHtml: the current line, with its runs.
   Style style_;
   std::string line_;
   std::vector<Run> runs_;
-  Style written_;  // whose tags are open in what is written
+  Style written_;  // whose tags are open in the output
 };
 
 }  // namespace kssubtitle::importing

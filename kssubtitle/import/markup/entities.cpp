@@ -24,11 +24,11 @@ constexpr bool isBefore(const Name& a, const Name& b) noexcept { return a.text <
 static_assert(std::is_sorted(std::begin(kNames), std::end(kNames), isBefore));
 
 constexpr std::size_t kLongestName = 32;
-// Of the names that need no semicolon.
+// Of names that need no semicolon.
 constexpr std::size_t kShortestBare = 2;
 constexpr std::size_t kLongestBare = 6;
 
-// What numbers from 0x80 on mean: characters of windows-1252, whose numbers many writers use.
+// What numbers from 0x80 to 0x9F mean: many writers use those of windows-1252.
 constexpr char32_t kWindows1252[] = {
     0x20AC, 0x81,   0x201A, 0x0192, 0x201E, 0x2026, 0x2020, 0x2021, 0x02C6, 0x2030, 0x0160,
     0x2039, 0x0152, 0x8D,   0x017D, 0x8F,   0x90,   0x2018, 0x2019, 0x201C, 0x201D, 0x2022,
@@ -50,7 +50,7 @@ Entity numberAt(std::string_view text) noexcept {
   char32_t number = 0;
   for (; at < text.size() && static_cast<char32_t>(hexadecimalDigit(text[at])) < base; ++at) {
     const auto digit = static_cast<char32_t>(hexadecimalDigit(text[at]));
-    number = std::min<char32_t>(number * base + digit, 0x110000);  // no character from there on
+    number = std::min<char32_t>(number * base + digit, 0x110000);  // not a character
   }
   if (at == begin) return {};
   if (at < text.size() && text[at] == ';') ++at;

@@ -15,19 +15,19 @@ struct Entity {
   std::size_t length = 0;  ///< 0: `text` begins with no reference.
 };
 
-/// The reference at the front of `text`, which begins with '&': a number, or any name that HTML
-/// has. The semicolon may be missing where HTML lets it.
+/// The reference at the beginning of `text`, which begins with '&': a number, or any name that HTML
+/// has. The semicolon may be missing where HTML permits.
 Entity htmlEntityOf(std::string_view text) noexcept;
 
 /// The same, in SubRip: the number of a character, or one of the six names that subtitles use (amp,
 /// lt, gt, nbsp, quot, apos), with its semicolon.
 Entity subRipEntityOf(std::string_view text) noexcept;
 
-/// What a reference to a line feed or a carriage return is.
+/// What a reference to a line feed or a carriage return becomes.
 enum class LineReference { kSpace, kLineEnd };
 
-/// Consumes the reference at the front of `text`, or else the ampersand alone, and appends what it
-/// stands for.
+/// Consumes the reference at the beginning of `text`, or else only the ampersand, and appends what
+/// it stands for.
 void consumeHtmlEntity(std::string_view& text, CueText& out,
                        LineReference lineReference = LineReference::kSpace);
 

@@ -1,4 +1,4 @@
-// The small set of tags and entities that texts with style are written in.
+// Writes the small set of HTML tags, and escapes text.
 #pragma once
 
 #include <iterator>
@@ -35,7 +35,7 @@ struct HtmlColour {
   char digits[6];
 };
 
-/// Hands the tags that a style begins with to `put`, piece by piece.
+/// Passes the opening tags of a style to `put`, piece by piece.
 template <typename Put>
 void putOpeningTags(const Style& style, Put put) {
   for (const HtmlTag& tag : kHtmlTags) {
@@ -47,7 +47,7 @@ void putOpeningTags(const Style& style, Put put) {
   put("\">");
 }
 
-/// Those that end it.
+/// Passes its closing tags.
 template <typename Put>
 void putClosingTags(const Style& style, Put put) {
   if (style.colour != Style::kNoColour) put("</font>");
@@ -56,7 +56,7 @@ void putClosingTags(const Style& style, Put put) {
   }
 }
 
-/// The characters, the three signs of markup as entities.
+/// Passes the characters, escaping & < >.
 template <typename Put>
 void putEscaped(std::string_view characters, Put put) {
   while (!characters.empty()) {

@@ -1,4 +1,4 @@
-// The tags of HTML as people write them.
+// HTML tags as people write them.
 #include "kssubtitle/import/markup/loose_tags.h"
 
 #include <algorithm>
@@ -9,7 +9,7 @@
 namespace kssubtitle::importing {
 namespace {
 
-/// The first place from `at` on that is no white space; the size of `text` if there is none.
+/// The first place from `at` on that is not white space; the size of `text` if there is none.
 std::size_t passSpaces(std::string_view text, std::size_t at) noexcept {
   while (at < text.size() && isSpace(text[at])) ++at;
   return at;
@@ -21,7 +21,7 @@ std::size_t wordEnd(std::string_view text, std::size_t at) noexcept {
   return at;
 }
 
-/// Consumes a value; one whose quote is not closed ends as one without quotes does.
+/// Consumes a value; one with an unclosed quote ends as an unquoted one does.
 std::string_view consumeValue(std::string_view& rest) noexcept {
   const bool isQuoted = rest.starts_with('"') || rest.starts_with('\'');
   const std::size_t closing = isQuoted ? rest.find(rest.front(), 1) : rest.npos;
@@ -32,8 +32,8 @@ std::string_view consumeValue(std::string_view& rest) noexcept {
   return value;
 }
 
-/// Where quotes that begin at `at` are closed, as a tag has them: before the next tag, and in front
-/// of what may follow a value; npos if they are not.
+/// Where the quote that opens at `at` is closed: before the next tag, and before what may follow a
+/// value; npos if it is not.
 std::size_t closingQuote(std::string_view text, std::size_t at) noexcept {
   const std::string_view rest = text.substr(at + 1);
   const std::size_t length = text[at] == '"' ? findAny<'"', '<'>(rest) : findAny<'\'', '<'>(rest);
@@ -44,7 +44,7 @@ std::size_t closingQuote(std::string_view text, std::size_t at) noexcept {
 }
 
 struct TagEnd {
-  /// Of the '>' that ends it or the '<' before that; the size if neither comes.
+  /// Of the '>' that ends it or a '<' before that; the size of the text if there is neither.
   std::size_t place = 0;
   bool areQuotesClosed = true;
 };
@@ -114,7 +114,7 @@ LooseTag LooseTags::at(std::string_view rest) noexcept {
 
 std::size_t LooseTags::commentLength(std::string_view rest) noexcept {
   constexpr std::string_view kEnd = "-->";
-  if (rest.starts_with("<--")) {  // as some write it; it is text unless it is closed at once
+  if (rest.starts_with("<--")) {  // as some write it; text unless it is closed at once
     const std::size_t end = rest.substr(0, rest.find('<', 1)).find(kEnd, 3);
     return end == rest.npos ? 0 : end + kEnd.size();
   }

@@ -1,4 +1,4 @@
-// Style by tags.
+// Styles that tags set.
 #include "kssubtitle/import/markup/style.h"
 
 #include <algorithm>

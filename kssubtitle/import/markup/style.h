@@ -24,11 +24,12 @@ struct Style {
 /// The tags that set it.
 enum class StyleTag { kItalic, kBold, kUnderline, kStrikeOut, kFont };
 
-/// The style that tags opened and closed in any order leave: each closing tag ends the last open
-/// one of its name, and one that ends nothing is none.
+/// The style that results from tags opened and closed in any order: a closing tag ends the last
+/// open one of its name, and is ignored if there is none.
 class TagStyle {
  public:
-  /// Requires: `colour` is kNoColour, which keeps the colour round it, but for a font tag.
+  /// Requires: `colour` is kNoColour, which keeps the surrounding colour, unless the tag is a font
+  /// tag.
   void open(StyleTag tag, int colour = Style::kNoColour);
   void close(StyleTag tag) noexcept;
   void closeAll() noexcept;

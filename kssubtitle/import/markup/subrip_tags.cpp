@@ -1,4 +1,4 @@
-// The tags that stand in the texts of SubRip cues.
+// Tags, overrides and entities in the texts of SubRip cues.
 #include "kssubtitle/import/markup/subrip_tags.h"
 
 #include <algorithm>
@@ -25,13 +25,13 @@ std::size_t letterCount(std::string_view text) noexcept {
   return static_cast<std::size_t>(end - text.begin());
 }
 
-/// SubRip has the five short names alone; what else is in angle brackets is text.
+/// SubRip has only the five short names; anything else in angle brackets is text.
 std::optional<StyleTag> tagNamed(std::string_view name) noexcept {
   const bool isShort = name.size() == 1 || equalNoCase(name, "font");
   return isShort ? styleTagNamed(name) : std::nullopt;
 }
 
-/// A tag as far as its name goes.
+/// A tag up to the end of its name.
 std::optional<TagAtFront> tagBegun(std::string_view text) noexcept {
   TagAtFront begun;
   begun.isClosing = text.substr(1).starts_with('/');
@@ -146,7 +146,7 @@ std::size_t overrideLength(std::string_view text, std::string_view codes) noexce
 
 std::optional<int> alignmentOfOverride(std::string_view block) noexcept {
   for (std::size_t at; (at = block.find("\\a")) != block.npos; block.remove_prefix(at + 2)) {
-    const std::string_view value = block.substr(at + 2);  // the closing brace at the least
+    const std::string_view value = block.substr(at + 2);  // at least the closing brace
     if (value.front() == 'n' && value[1] >= '1' && value[1] <= '9') return value[1] - '0';
     if (isDigit(value.front())) return alignmentOfSsa(integerOfAss(value).value_or(0));
   }

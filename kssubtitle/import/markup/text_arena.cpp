@@ -1,4 +1,4 @@
-// Where the texts of all cues lie.
+// Owns the texts of all cues.
 #include "kssubtitle/import/markup/text_arena.h"
 
 #include <algorithm>
@@ -6,8 +6,7 @@
 
 namespace kssubtitle::importing {
 
-// Only the text that is being made moves to the new block; the old one stays if other texts lie in
-// it.
+// Only the current text moves to the new block; the old one stays if it holds other texts.
 void TextArena::grow(std::size_t count) {
   constexpr std::size_t kLeastBlock = 4096;
   const std::string_view begun = text();

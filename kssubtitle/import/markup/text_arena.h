@@ -1,4 +1,4 @@
-// Where the texts of all cues lie.
+// Owns the texts of all cues.
 #pragma once
 
 #include <cstddef>
@@ -8,25 +8,25 @@
 
 namespace kssubtitle::importing {
 
-/// Texts one behind the other in a few large blocks; none moves once it is finished.
+/// Texts in a few large blocks. A finished text never moves.
 class TextArena {
  public:
   explicit TextArena(std::size_t expectedSize) : nextBlock_(expectedSize) {}
 
-  /// Lets at least `count` more characters be written to the text that is being made.
+  /// Returns room for at least `count` more characters of the current text.
   char* room(std::size_t count) {
     if (static_cast<std::size_t>(end_ - at_) < count) grow(count);
     return at_;
   }
-  /// Takes note that `count` characters were written there.
+  /// To be called after `count` characters were written there.
   void wrote(std::size_t count) noexcept { at_ += count; }
-  /// The text that is being made.
+  /// The current text.
   std::string_view text() const noexcept {
     return {begin_, static_cast<std::size_t>(at_ - begin_)};
   }
-  /// Drops its end.
+  /// Shortens it.
   void cutTo(std::size_t size) noexcept { at_ = begin_ + size; }
-  /// Keeps it for good, and begins the next one.
+  /// Finishes it and begins the next one.
   std::string_view finish() noexcept {
     const std::string_view finished = text();
     begin_ = at_;

@@ -1,4 +1,4 @@
-// White space at the ends of a line: that of any script, no-break spaces and marks of UTF-8.
+// White space at the ends of a line: that of any script, no-break spaces and BOMs.
 #pragma once
 
 #include <cstddef>
@@ -6,7 +6,7 @@
 
 namespace kssubtitle::importing {
 
-/// What most lines begin and end with.
+/// Most lines begin and end with such a character.
 constexpr bool isAsciiGraphic(char c) noexcept {
   return c > 0x20 && static_cast<unsigned char>(c) < 0x7F;
 }

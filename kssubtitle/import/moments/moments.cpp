@@ -21,7 +21,7 @@ struct Ending {
 
 }  // namespace
 
-/// Cuts time into segments, one cue after the other.
+/// Adds the segments of one cue after the other.
 class Moments::Builder {
  public:
   explicit Builder(Moments& moments) noexcept : moments_(moments) {}
@@ -56,7 +56,7 @@ class Moments::Builder {
     }
   }
 
-  /// Where a single cue ends no segment begins.
+  /// No segment begins where a single cue ends.
   void endUntil(long long time) {
     while (!active_.empty() && active_.top().time <= time) {
       const bool isCut = shown() == Moment::kSeveral;
@@ -83,7 +83,7 @@ std::optional<Moment> Moments::at(long long t, std::span<const ksImportCue> cues
   const auto after = std::upper_bound(begins_.begin(), begins_.end(), t);
   if (after == begins_.begin()) return std::nullopt;
   auto i = static_cast<std::size_t>(after - begins_.begin()) - 1;
-  // What ends is still shown at the moment of its end if nothing else is.
+  // A cue is still shown at its end if nothing else is.
   if (shown_[i] == Moment::kNobody && begins_[i] == t) --i;
   if (shown_[i] == Moment::kNobody) return std::nullopt;
   long long end = i + 1 < begins_.size() ? begins_[i + 1] : std::numeric_limits<long long>::max();

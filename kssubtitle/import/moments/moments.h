@@ -28,11 +28,11 @@ struct Moment {
 /// several, the cues that have begun are searched for those that have not ended, by the greatest
 /// ends of ever larger groups of them.
 ///
-/// Wherever cues are asked for, they are those that it was made of.
+/// Every `cues` parameter must be the cues that it was constructed from.
 class Moments {
  public:
   Moments() = default;
-  /// Of cues in the order of their starts. One that does not end after its start, and after 0, or
+  /// Requires: the cues are sorted by start. One that does not end after its start, and after 0, or
   /// that is a duplicate, is never shown.
   explicit Moments(std::span<const ksImportCue> cues);
 

