@@ -84,6 +84,7 @@ TEST(ImportRecognition, Of_texts_that_look_like_others_under_any_name) {
       {"{\\an8}A\n{\\i1}B\n", ""},
       {"{1}{25}{\\an8}A\n", "microdvd"},
       {subRip + "{\\an8}A\n", "subrip"},
+      {subRip + "timestamp: 00:00:01:000, filepos: 000000000\n", "subrip"},
       // Brackets.
       {"[0][25]A\n", "mpl2"},
       {"[ti:A]\n[1][2]B\n[3][4]C\n", "mpl2"},

@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <cstddef>
 
+#include "kssubtitle/import/formats/common/time_lines.h"
 #include "kssubtitle/import/text/ascii.h"
 #include "kssubtitle/import/text/lines.h"
 
@@ -82,6 +83,7 @@ bool isVobSubIndex(std::string_view text) noexcept {
   constexpr std::size_t kLookedForEntry = 16384;
   for (const Line& line : Lines(text.substr(0, kLookedForEntry))) {
     const std::string_view content = withoutLeadingBlanks(line.text);
+    if (mayPrecedeText(content)) return false;  // which may say anything
     const bool isEntry = startsWithNoCase(content, "timestamp");
     if (isEntry && findNoCase(content, "filepos") != content.npos) return true;
     const bool isComment = content.starts_with('#') && line.begin < kLookedForComment;
