@@ -1,4 +1,4 @@
-// Every other format of the import library beside a pass over its own files.
+// Every other format of the import library beside libavformat, which reads most of them.
 #pragma once
 
 #include <string>
@@ -9,7 +9,7 @@
 
 namespace bench {
 
-/// What is measured of the formats: `Open` of one film in each of them.
+/// `Open` of one film in each format that libavformat reads; nothing without it.
 class FormatBenchmarks {
  public:
   /// Adds them to what is run. `film` is a SubRip file.

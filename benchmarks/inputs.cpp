@@ -84,11 +84,11 @@ class Writer {
     return in({0, 4}) == 0 ? "{\\i1}" + text + "{\\i0}" : text;
   }
 
-  std::string syllables() {
-    std::string text = "{\\fad(200,200)}";
-    for (int count = in({16, 22}); count > 0; --count) {
-      ((text += "{\\k" + std::to_string(in({10, 60})) + "}") += word()) += ' ';
-    }
+  /// Syllables as typesetters and karaoke templates place them: a block of 50 to 200 characters
+  /// before each.
+  std::string typesetting() {
+    std::string text;
+    for (int count = in({3, 11}); count > 0; --count) ((text += block()) += word()) += ' ';
     return text + ".";
   }
 
@@ -119,6 +119,24 @@ class Writer {
   int in(Range range) {
     return range.least +
            static_cast<int>(random_() % static_cast<unsigned>(range.most - range.least + 1));
+  }
+  std::string block() {
+    constexpr std::string_view kTags[] = {"\\bord3",
+                                          "\\shad0",
+                                          "\\1c&HBBEB50&",
+                                          "\\3c&H000000&",
+                                          "\\frz17",
+                                          "\\blur0.4",
+                                          "\\fscx120",
+                                          "\\alpha&H40&",
+                                          "\\fad(120,240)",
+                                          "\\t(252,299,\\fscx139)",
+                                          "\\clip(0,0,640,480)"};
+    std::string block = "{\\an5\\pos(" + std::to_string(in({10, 640})) + ",61)";
+    for (const auto length = static_cast<std::size_t>(in({50, 180})); block.size() < length;) {
+      block += kTags[random_() % std::size(kTags)];
+    }
+    return block + "\\k" + std::to_string(in({10, 60})) + "}";
   }
   const std::string& word() { return words_[random_() % words_.size()]; }
 
@@ -173,13 +191,14 @@ std::vector<Input> writeInputs() {
   Writer writer(kWords);
   const auto speech = [&] { return writer.speech("\n"); };
   const auto styledSpeech = [&] { return writer.styledSpeech(); };
-  const auto syllables = [&] { return writer.syllables(); };
+  const auto typesetting = [&] { return writer.typesetting(); };
   const auto longLine = [&] { return writer.words(1'000'000); };
   return {
       write("film.srt", "SubRip, 1,400 cues", writer.subRip(1400, speech)),
       write("cap.srt", "SubRip, 4,826 cues", writer.subRip(4826, speech)),
       write("film.ass", "ASS, 1,500 events", writer.script(1500, kOverlappingSpeech, styledSpeech)),
-      write("karaoke.ass", "ASS, 15,000 karaoke events", writer.script(15000, kSong, syllables)),
+      write("typesetting.ass", "ASS, 4,000 events of typesetting",
+            writer.script(4000, kSong, typesetting)),
       write("lines.srt", "SubRip, five long lines", writer.subRip(5, longLine)),
       write("lines.ass", "ASS, five long lines", writer.script(5, kSpeech, longLine))};
 }
