@@ -313,24 +313,43 @@ TEST_F(HardUse, tenThousandFiles_takeNoMoreThanTheFirstOnes) {
   EXPECT_LT(liveBytes, bytes + 1000);
 }
 
-TEST_F(HardUse, threadsWithAnObjectEach_getTheirOwnAnswers) {
-  const std::vector<std::string> paths = files();
+/// Uses objects of a kind in several threads, each with its own, on all files in turn.
+template <typename User>
+void expectThreadsDoNotMix(const std::vector<std::string>& paths) {
   std::vector<std::string> expected;
-  for (const std::string& path : paths) expected.push_back(Player().use(path));
+  for (const std::string& path : paths) expected.push_back(User().use(path));
   for (const std::size_t threads : {2U, 8U}) {
     std::atomic<int> differences = 0;
     std::vector<std::jthread> running;
     for (std::size_t first = 0; first < threads; ++first) {
       running.emplace_back([&, first] {
-        Player player;
+        User user;
         for (std::size_t i = first; i < first + 50; ++i) {
-          differences += player.use(paths[i % paths.size()]) != expected[i % paths.size()];
+          differences += user.use(paths[i % paths.size()]) != expected[i % paths.size()];
         }
       });
     }
     running.clear();
     EXPECT_EQ(differences, 0);
   }
+}
+
+TEST_F(HardUse, threadsWithAnObjectEach_getTheirOwnAnswers) {
+  expectThreadsDoNotMix<Player>(files());
+  expectThreadsDoNotMix<ImportPlayer>(files());
+}
+
+/// Asks in eight threads at once what `answers` returns in one.
+template <typename Answers>
+void expectThreadsAgree(Answers answers) {
+  const std::string expected = answers();
+  std::atomic<int> differences = 0;
+  std::vector<std::jthread> running;
+  for (int i = 0; i < 8; ++i) {
+    running.emplace_back([&] { differences += answers() != expected; });
+  }
+  running.clear();
+  EXPECT_EQ(differences, 0);
 }
 
 /// Everything that a parser answers about a film of 100 cues, three at a time.
@@ -356,14 +375,26 @@ TEST_F(HardUse, threadsThatAskOneParser_getTheSameAnswers) {
   }
   ksImportParser parser;
   ASSERT_TRUE(parser.OpenMemory(film.data(), film.size()));
-  const std::string expected = answersOf(parser);
-  std::atomic<int> differences = 0;
-  std::vector<std::jthread> running;
-  for (int i = 0; i < 8; ++i) {
-    running.emplace_back([&] { differences += answersOf(parser) != expected; });
+  expectThreadsAgree([&] { return answersOf(parser); });
+}
+
+TEST_F(HardUse, threadsThatAskForPictures_getTheSameOnes) {
+  std::string stream;
+  for (unsigned i = 0; i < 60; ++i) {  // more than are kept
+    const UnitParts parts{.rows = {2, std::string(1 + i, '1')}};
+    stream += packHeader() + subpicturePacket(makeUnit(parts), i * 1000);
   }
-  running.clear();
-  EXPECT_EQ(differences, 0);
+  ksImportPictures pictures;
+  ASSERT_TRUE(pictures.OpenMemory(nullptr, 0, stream.data(), stream.size()));
+  ASSERT_EQ(pictures.entries().size(), 60U);
+  expectThreadsAgree([&] {
+    std::string all;
+    for (long long t = 0; t < 60000; t += 700) {
+      const auto picture = pictures.PictureAt(t);
+      all += picture ? std::to_string(picture->start) + ":" + std::to_string(picture->width) : "-";
+    }
+    return all;
+  });
 }
 
 // The manager looks at the mark, then the parser opens the file, and for wide text that is not
