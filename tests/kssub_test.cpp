@@ -130,6 +130,12 @@ TEST_F(KssubTest, languages_are_listed) {
       "</tt>\n");
   expectRun("list two.ttml --language FR", "[^]*  B\n1 cue; ttml, .*; languages: en, fr-CA\n", "",
             0);
+  directory.write("two.smi",
+                  "<SAMI><STYLE>.ENCC {lang: en-US;} .FRCC {lang: fr-FR;}</STYLE><BODY>\n"
+                  "<SYNC Start=0><P Class=ENCC>A<P Class=FRCC>B\n");
+  expectRun("list two.smi --language fr", "[^]*  B\n1 cue; sami, .*\n", "", 0);
+  expectRun("list two.smi --language zz", "", "kssub: two.smi: no language zz; it has ENCC, FRCC\n",
+            1);
   expectRun("at two.ttml 0 --language zz", "",
             "kssub: two.ttml: no language zz; it has en, fr-CA\n", 1);
 }

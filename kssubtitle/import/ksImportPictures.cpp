@@ -156,6 +156,7 @@ void finish(OpenPictures& opened, const ksImportOptions& options, ReportData& re
   }
   opened.indexNotes = report.notes;
   select(opened, streamToSelect(opened.index, options.language), report.notes);
+  report.hasLanguage = hasLanguage(opened.index, options.language);
   report.format = "vobsub";
   report.refusal = ksImportRefusal::kNone;
 }

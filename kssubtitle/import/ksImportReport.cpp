@@ -152,6 +152,8 @@ std::span<const std::string> ksImportReport::languages() const noexcept {
   return data_->languages;
 }
 
+bool ksImportReport::hasLanguage() const noexcept { return !data_ || data_->hasLanguage; }
+
 std::span<const ksImportNote> ksImportReport::notes() const noexcept {
   if (!data_) return {};
   return data_->notes.kept();

@@ -125,6 +125,9 @@ class KSSUBTITLE_IMPORT_API ksImportReport {
   /// The languages that the file says its cues are in, in its order; in SAMI, classes that the
   /// style sheet does not declare come last. Empty if it names none.
   std::span<const std::string> languages() const noexcept;
+  /// Whether the file has the language that the options asked for. True also if they asked for
+  /// none, or the file names no languages.
+  bool hasLanguage() const noexcept;
   /// The problems that were found, by line: the 1,000 with the lowest line numbers.
   std::span<const ksImportNote> notes() const noexcept;
   /// How often a problem was found, including notes that notes() does not keep; 0 for a value that

@@ -46,8 +46,7 @@ ksImportParser openedParser(const FileRequest& request) {
   ksImportParser parser;
   const ksImportReport& report = parser.report();
   if (!readSubtitles(parser, request)) throwRefusal(nameOf(request), report);
-  // The library also accepts language tags of SAMI, which the report does not list.
-  if (report.format() != "sami") requireLanguage(nameOf(request), request.options.language, report);
+  requireLanguage(nameOf(request), request.options.language, report);
   return parser;
 }
 

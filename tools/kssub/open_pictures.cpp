@@ -45,9 +45,7 @@ ksImportPictures openPictures(const std::string& path, const ksImportOptions& op
   if (!pictures.Open(path.c_str(), options)) throwPictureRefusal(path, pictures.report());
   const auto streams = pictures.streams();
   if (!stream) {
-    std::vector<std::string> names;
-    std::ranges::transform(streams, std::back_inserter(names), &ksImportPictureStream::name);
-    requireLanguage(path, options.language, pictures.report(), names);
+    requireLanguage(path, options.language, pictures.report());
     return pictures;
   }
   const auto found = std::ranges::find(streams, *stream, &ksImportPictureStream::index);

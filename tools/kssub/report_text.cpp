@@ -2,7 +2,6 @@
 #include "tools/kssub/report_text.h"
 
 #include <algorithm>
-#include <cctype>
 #include <system_error>
 
 #include "tools/kssub/terminal_text.h"
@@ -20,14 +19,6 @@ std::string doubtOf(ksImportEncodingSource source) {
     default:
       return "";
   }
-}
-
-/// Makes "en-US" begin with "EN" and "en_us", but not with "e".
-std::string tagOf(std::string language) {
-  for (char& c : language) {
-    c = c == '_' ? '-' : static_cast<char>(std::tolower(static_cast<unsigned char>(c)));
-  }
-  return language + '-';
 }
 
 }  // namespace
@@ -102,14 +93,8 @@ void throwRefusal(const std::string& name, const ksImportReport& report) {
 }
 
 void requireLanguage(const std::string& name, const std::string& wanted,
-                     const ksImportReport& report, const std::vector<std::string>& others) {
-  const auto fits = [tag = tagOf(wanted)](const std::string& each) {
-    return tagOf(each).starts_with(tag);
-  };
-  if (wanted.empty() || report.languages().empty() || std::ranges::any_of(others, fits) ||
-      std::ranges::any_of(report.languages(), fits)) {
-    return;
-  }
+                     const ksImportReport& report) {
+  if (report.hasLanguage()) return;
   throw std::runtime_error(
       terminalText(name + ": no language " + wanted + "; it has " + languagesIn(report, ", ")));
 }

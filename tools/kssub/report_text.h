@@ -27,10 +27,9 @@ std::string refusalOf(const ksImportReport& report);
 /// Throws a std::runtime_error that says why the file `name` cannot be opened.
 [[noreturn]] void throwCannotOpen(const std::string& name, std::string_view reason);
 
-/// Throws a std::runtime_error if the file `name` states its languages and neither they nor
-/// `others` include `wanted` or a dialect of it, in any case. An empty `wanted` is always found.
+/// Throws a std::runtime_error if the file `name` lacks the language `wanted` that was asked for.
 void requireLanguage(const std::string& name, const std::string& wanted,
-                     const ksImportReport& report, const std::vector<std::string>& others = {});
+                     const ksImportReport& report);
 /// The languages, joined by `separator`.
 std::string languagesIn(const ksImportReport& report, std::string_view separator);
 

@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <array>
 
+#include "kssubtitle/import/formats/common/language_tag.h"
 #include "kssubtitle/import/pictures/index_values.h"
 #include "kssubtitle/import/text/ascii.h"
 #include "kssubtitle/import/text/lines.h"
@@ -203,6 +204,15 @@ std::size_t streamToSelect(const PictureIndex& index, std::string_view language)
   if (chosen < streams.size()) return chosen;
   const std::size_t first = findStream(streams, hasPictures);
   return first < streams.size() ? first : 0;
+}
+
+bool hasLanguage(const PictureIndex& index, std::string_view wanted) {
+  const auto isUnnamed = [](const IndexStream& stream) { return stream.language.empty(); };
+  const auto isWanted = [wanted](const IndexStream& stream) {
+    return isLanguage(stream.language, wanted) || isLanguage(stream.name, wanted);
+  };
+  return wanted.empty() || std::ranges::all_of(index.streams, isUnnamed) ||
+         std::ranges::any_of(index.streams, isWanted);
 }
 
 }  // namespace kssubtitle::importing

@@ -43,5 +43,7 @@ PictureIndex readIndex(std::string_view text, Notes& notes);
 /// The position of the stream to select at first: that of the wanted language or name, else the one
 /// that the index selects, else the first that has pictures; 0 without any.
 std::size_t streamToSelect(const PictureIndex& index, std::string_view language);
+/// Whether a stream has that language or name. True also if none is wanted, or no stream has any.
+bool hasLanguage(const PictureIndex& index, std::string_view wanted);
 
 }  // namespace kssubtitle::importing

@@ -21,6 +21,7 @@ struct ReportData {
   ksImportLineEnds lineEnds = ksImportLineEnds::kNone;
   std::size_t size = 0;
   std::vector<std::string> languages;
+  bool hasLanguage = true;  // the one that was asked for
   Notes notes;
 
   /// Records why the file is not read. Returns false.

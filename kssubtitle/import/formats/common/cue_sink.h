@@ -50,6 +50,9 @@ class CueSink {
   std::vector<ksImportCue>& cues() noexcept { return cues_; }
   /// The languages that the file has, for the report.
   std::vector<std::string>& languages() noexcept { return languages_; }
+  /// To be called if the file names languages, but not the one that was asked for.
+  void missLanguage() noexcept { hasLanguage_ = false; }
+  bool hasLanguage() const noexcept { return hasLanguage_; }
   Notes& notes() noexcept { return notes_; }
 
  private:
@@ -57,6 +60,7 @@ class CueSink {
   Notes& notes_;
   std::vector<ksImportCue> cues_;
   std::vector<std::string> languages_;
+  bool hasLanguage_ = true;
 };
 
 }  // namespace kssubtitle::importing

@@ -85,16 +85,21 @@ std::vector<std::string_view> SamiClasses::languages() const {
   return names;
 }
 
-const SamiClass* SamiClasses::select(std::string_view wanted) const {
+const SamiClass* SamiClasses::find(std::string_view wanted) const {
   const std::vector<std::string_view> names = languages();
-  auto found = std::find_if(names.begin(), names.end(),
-                            [wanted](std::string_view name) { return equalNoCase(name, wanted); });
+  auto found = std::ranges::find_if(
+      names, [wanted](std::string_view name) { return equalNoCase(name, wanted); });
   if (found == names.end()) {
-    found = std::find_if(names.begin(), names.end(), [this, wanted](std::string_view name) {
+    found = std::ranges::find_if(names, [this, wanted](std::string_view name) {
       return isLanguage(classes_.at(name).tag, wanted);
     });
   }
-  if (found != names.end()) return &classes_.at(*found);
+  return found == names.end() ? nullptr : &classes_.at(*found);
+}
+
+const SamiClass* SamiClasses::select(std::string_view wanted) const {
+  if (const SamiClass* const found = find(wanted)) return found;
+  const std::vector<std::string_view> names = languages();
   const SamiClass* const first = names.empty() ? nullptr : &classes_.at(names.front());
   return first != nullptr && first->kind == SamiClass::Kind::kLanguage ? first : nullptr;
 }

@@ -40,6 +40,8 @@ class SamiClasses {
   /// The listed class of that name or, failing that, of such a tag ("en" is that of "en-US" too);
   /// else the first declared language. Null if there is none.
   const SamiClass* select(std::string_view wanted) const;
+  /// Whether select() has such a class.
+  bool has(std::string_view wanted) const { return find(wanted) != nullptr; }
 
  private:
   struct LessNoCase {
@@ -47,6 +49,7 @@ class SamiClasses {
   };
 
   void declare(std::string_view selectors, std::string_view rule);
+  const SamiClass* find(std::string_view wanted) const;
 
   std::map<std::string_view, SamiClass, LessNoCase> classes_;
   std::vector<std::string_view> declared_;  // the languages

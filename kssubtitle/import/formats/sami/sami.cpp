@@ -378,8 +378,12 @@ void read(const FormatInput& input, CueSink& sink) {
   for (const std::string_view language : scanner.classes().languages()) {
     sink.languages().emplace_back(language);
   }
+  const std::string& wanted = input.options.language;
+  if (!wanted.empty() && !sink.languages().empty() && !scanner.classes().has(wanted)) {
+    sink.missLanguage();
+  }
   std::vector<Paragraph>& paragraphs = scanner.paragraphs();
-  const SamiClass* const language = scanner.classes().select(input.options.language);
+  const SamiClass* const language = scanner.classes().select(wanted);
   if (language != nullptr) select(*language, paragraphs);
   setEnds(paragraphs, language == nullptr);
   CueWriter(input, sink).write(paragraphs);

@@ -260,7 +260,11 @@ void TtmlReader::leaveOtherLanguages() {
   const auto isWanted = [this](std::string_view name) {
     return isLanguage(name, input_.options.language);
   };
-  if (std::none_of(sink_.languages().begin(), sink_.languages().end(), isWanted)) return;
+  const std::vector<std::string>& names = sink_.languages();
+  if (std::none_of(names.begin(), names.end(), isWanted)) {
+    if (!input_.options.language.empty() && !names.empty()) sink_.missLanguage();
+    return;
+  }
   std::erase_if(sink_.cues(), [&](const ksImportCue& cue) {
     const int language = languages_[static_cast<std::size_t>(cue.index)];
     return language == TtmlContext::kNoLanguage ||
