@@ -20,8 +20,8 @@ bool endsLine(std::string_view name) noexcept {
                      [name](std::string_view known) { return equalNoCase(known, name); });
 }
 
-/// `text` without what is left out at its ends: white space and, in front, the no-break spaces that
-/// most paragraphs without text are made of.
+/// `text` without what is dropped at its ends: white space and, at the beginning, the no-break
+/// spaces that paragraphs without text consist of.
 std::string_view withoutBlankEnds(std::string_view text) noexcept {
   constexpr std::string_view kSpace = "&nbsp;";
   while (!text.empty() && isSpace(text.back())) text.remove_suffix(1);
@@ -33,15 +33,15 @@ std::string_view withoutBlankEnds(std::string_view text) noexcept {
   return text;
 }
 
-/// Walks over a text and hands its pieces on.
+/// Writes the pieces of a text.
 class Writer {
  public:
   Writer(std::string_view text, CueText& out) noexcept : rest_(text), out_(out) {}
 
   bool write() {
     while (!rest_.empty()) {
-      takePlain();
-      if (!rest_.empty()) takeSpecial();
+      appendPlain();
+      if (!rest_.empty()) readSpecial();
     }
     const bool isClosed = !style_.isAnyOpen();
     out_.endLine();
@@ -50,45 +50,45 @@ class Writer {
   }
 
  private:
-  /// Takes words with a space between each two.
-  void takePlain() {
+  /// Appends words separated by single spaces.
+  void appendPlain() {
     const char first = rest_.front();
     if (isSpace(first) || first == '<' || first == '&') return;
-    takeText(1 + findAnyOrBlanks<'\t', '\r', '\n', '\v', '\f', '<', '&'>(rest_.substr(1)));
+    appendText(1 + findAnyOrBlanks<'\t', '\r', '\n', '\v', '\f', '<', '&'>(rest_.substr(1)));
   }
 
-  void takeText(std::size_t length) {
+  void appendText(std::size_t length) {
     out_.append(rest_.substr(0, length));
-    isBehindSpace_ = rest_[length - 1] == ' ';
+    isAfterSpace_ = rest_[length - 1] == ' ';
     rest_.remove_prefix(length);
   }
 
-  void takeSpecial() {
+  void readSpecial() {
     switch (rest_.front()) {
       case '<':
-        return takeTag();
+        return readTag();
       case '&':
-        isBehindSpace_ = false;
+        isAfterSpace_ = false;
         return consumeHtmlEntity(rest_, out_);
       default:
-        return takeSpaces();
+        return readSpaces();
     }
   }
 
-  void takeSpaces() {
+  void readSpaces() {
     const auto* const end = std::find_if_not(rest_.begin(), rest_.end(), isSpace);
     rest_.remove_prefix(static_cast<std::size_t>(end - rest_.begin()));
-    if (!isBehindSpace_) out_.append(" ");
-    isBehindSpace_ = true;
+    if (!isAfterSpace_) out_.append(" ");
+    isAfterSpace_ = true;
   }
 
-  void takeTag() {
+  void readTag() {
     const LooseTag tag = tags_.at(rest_);
-    if (tag.length == 0 || !(tag.isWhole || tag.name.empty())) return takeText(1);
+    if (tag.length == 0 || !(tag.isWhole || tag.name.empty())) return appendText(1);
     rest_.remove_prefix(tag.length);
     if (endsLine(tag.name)) {
       out_.endLine();
-      isBehindSpace_ = true;
+      isAfterSpace_ = true;
     } else if (const auto style = styleTagNamed(tag.name)) {
       setStyle(*style, tag);
     }
@@ -109,7 +109,7 @@ class Writer {
   CueText& out_;
   LooseTags tags_;
   TagStyle style_;
-  bool isBehindSpace_ = true;
+  bool isAfterSpace_ = true;
 };
 
 }  // namespace

@@ -7,8 +7,8 @@
 
 namespace kssubtitle::importing {
 
-/// Writes the lines of a paragraph: white space between words is one space, `<br>` ends a line, and
-/// no tag is text. False if a tag that sets style is not closed.
+/// Writes the lines of a paragraph: white space between words becomes one space, `<br>` ends a
+/// line, and tags are removed. Returns false if a tag that sets style is not closed.
 bool writeSamiText(std::string_view text, CueText& out);
 
 }  // namespace kssubtitle::importing

@@ -1,4 +1,4 @@
-// The tags that stand in the texts of WebVTT cues.
+// Tags and character references in the texts of WebVTT cues.
 #include "kssubtitle/import/markup/webvtt_tags.h"
 
 #include <algorithm>
@@ -12,44 +12,45 @@
 namespace kssubtitle::importing {
 namespace {
 
-/// An element that is open, with the style within it.
+/// An open element, with the style within it.
 struct Element {
   std::string_view name;
   Style style;
 };
 
-/// The colour that a class names: the standard's own are plain names, others write "colorE5E5E5".
+/// The colour that a class names: the standard's classes are colour names, others are
+/// "colorE5E5E5".
 std::optional<int> colourOfClass(std::string_view name) noexcept {
   constexpr std::string_view kPrefix = "color";
   return colourOf(name.starts_with(kPrefix) ? name.substr(kPrefix.size()) : name);
 }
 
-/// Walks over a text and hands its pieces on.
+/// Writes the pieces of a text.
 class Writer {
  public:
   Writer(std::string_view text, CueText& out) noexcept : rest_(text), out_(out) {}
 
-  /// False if a tag does not end.
+  /// Returns false if a tag does not end.
   bool write() {
     while (!rest_.empty()) {
       const std::size_t plain = findAny<'\n', '<', '&'>(rest_);
       if (plain > 0) out_.append(rest_.substr(0, plain));
       rest_.remove_prefix(plain);
-      if (!rest_.empty()) takeSpecial();
+      if (!rest_.empty()) readSpecial();
     }
     return !isCutOff_;
   }
 
  private:
-  void takeSpecial() {
+  void readSpecial() {
     if (rest_.front() == '&') return consumeHtmlEntity(rest_, out_, LineReference::kLineEnd);
-    if (rest_.front() == '<') return takeTag();
+    if (rest_.front() == '<') return readTag();
     out_.endLine();
     rest_.remove_prefix(1);
   }
 
-  /// A tag that does not end takes all that follows.
-  void takeTag() {
+  /// A tag that does not end extends to the end of the text.
+  void readTag() {
     const std::size_t end = std::min(rest_.find('>'), rest_.size());
     isCutOff_ = end == rest_.size();
     const std::string_view tag = rest_.substr(1, end - 1);
@@ -65,7 +66,7 @@ class Writer {
 
   Style style() const noexcept { return open_.empty() ? Style() : open_.back().style; }
 
-  /// `tag` is a name and its classes, each behind a point.
+  /// `tag` is a name and its classes, each after a full stop.
   void open(std::string_view tag) {
     const std::string_view name = tag.substr(0, tag.find('.'));
     constexpr std::string_view kNames[] = {"c", "i", "b", "u", "v", "lang", "ruby", "rt"};
@@ -83,7 +84,7 @@ class Writer {
     open_.push_back({name, style});
   }
 
-  /// Only the innermost element can be closed; the end of ruby closes what annotates it too.
+  /// Only the innermost element can be closed; the end of ruby also closes its annotation.
   void close(std::string_view name) noexcept {
     if (open_.empty()) return;
     if (name == "ruby" && open_.back().name == "rt") open_.pop_back();

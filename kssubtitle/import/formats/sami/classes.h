@@ -10,35 +10,35 @@
 
 namespace kssubtitle::importing {
 
-/// A time after all others, in milliseconds.
+/// A time later than all others, in milliseconds.
 inline constexpr long long kNever = std::numeric_limits<long long>::max();
 
 /// A class of paragraphs.
 struct SamiClass {
   enum class Kind {
-    kUndeclared,  ///< The style sheet does not have it: it may be either of the others.
-    kStyle,       ///< It only says what its text looks like.
-    kLanguage,    ///< The style sheet gives it a language, or a name to show: a track of its own.
+    kUndeclared,  ///< The style sheet does not declare it: it may be either of the others.
+    kStyle,       ///< It only styles its text.
+    kLanguage,    ///< The style sheet gives it a language or a display name: a track of its own.
   };
 
   Kind kind = Kind::kUndeclared;
   bool isUsed = false;
   std::string_view tag;     // of the language, such as "en-US"
-  long long next = kNever;  // the start of its next paragraph, while ends are looked for
+  long long next = kNever;  // the start of its next paragraph, while ends are determined
 };
 
-/// The classes of a file, by their names in any case. All names lie in the file's text.
+/// The classes of a file, by their names in any case. All names refer to the file's text.
 class SamiClasses {
  public:
   /// The class of a paragraph; null if `name` is empty.
   SamiClass* use(std::string_view name);
-  /// Takes the rules of a style sheet, such as ".KRCC { name: Korean; lang: ko-KR; }".
+  /// Reads the rules of a style sheet, such as ".KRCC { name: Korean; lang: ko-KR; }".
   void declare(std::string_view sheet);
-  /// The names of the languages that have paragraphs, in the order of their declarations; behind
-  /// them those of the undeclared classes, in the order of their paragraphs.
+  /// The names of the languages that have paragraphs, in the order of their declarations; then
+  /// those of the undeclared classes, in the order of their paragraphs.
   std::vector<std::string_view> languages() const;
-  /// The listed class of that name or, failing that, of such a tag ("en" is that of "en-US" too);
-  /// else the first declared language. Null if there is none.
+  /// The listed class with that name or, failing that, such a tag ("en" matches "en-US"); otherwise
+  /// the first declared language. Null if there is none.
   const SamiClass* select(std::string_view wanted) const;
   /// Whether select() has such a class.
   bool has(std::string_view wanted) const { return find(wanted) != nullptr; }

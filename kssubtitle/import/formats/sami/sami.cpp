@@ -1,8 +1,6 @@
-// SAMI: tags like those of HTML, of which SYNC says from when on the paragraphs behind it are
-// shown.
+// SAMI: tags like those of HTML, of which SYNC says when the paragraphs after it are shown.
 #include <algorithm>
 #include <array>
-#include <cstdint>
 #include <optional>
 #include <string_view>
 #include <vector>
@@ -19,13 +17,13 @@
 namespace kssubtitle::importing {
 namespace {
 
-/// A time of a SYNC, in milliseconds; some write it as a clock shows it.
+/// A time of a SYNC, in milliseconds; some are written as clock times.
 std::optional<long long> timeOf(std::string_view value) noexcept {
   if (const auto time = consumeTime(value)) return time->milliseconds;
   return consumeInteger(value);
 }
 
-/// What a SYNC says: the first attribute of a name counts.
+/// The times of a SYNC: the first attribute of a name wins.
 struct SyncTimes {
   std::optional<std::string_view> start;
   std::optional<std::string_view> end;  // few have one
@@ -39,31 +37,15 @@ struct SyncTimes {
   }
 };
 
-/// Takes "<sync start=" off, in any case; false if `text` begins otherwise. Compares two words that
-/// overlap.
-bool takeSyncBegin(std::string_view& text) noexcept {
-  using Word = std::uint64_t;
-  constexpr std::string_view kBegin = "<sync start=";
-  constexpr std::string_view kCaseBits{"\0    \0     \0", kBegin.size()};
-  constexpr std::size_t kLast = kBegin.size() - sizeof(Word);
-  const auto isAt = [&](std::size_t at) {
-    const Word word = wordAt<Word>(text.data() + at) | wordAt<Word>(kCaseBits.data() + at);
-    return word == wordAt<Word>(kBegin.data() + at);
-  };
-  if (text.size() < kBegin.size() || !isAt(0) || !isAt(kLast)) return false;
-  text.remove_prefix(kBegin.size());
-  return true;
-}
-
 struct Paragraph {
   long long start = 0;
-  long long end = kNever;        // at first what the SYNC says
+  long long end = kNever;        // initially what the SYNC says
   SamiClass* ofClass = nullptr;  // null: it belongs to all
   std::string_view text;
-  std::size_t sync = 0;  // where the SYNC stands
+  std::size_t sync = 0;  // the position of the SYNC
 };
 
-/// Tells in which lines places are, which are asked for from the front to the back.
+/// The line numbers of places, which must be asked for in order.
 class LineNumbers {
  public:
   explicit LineNumbers(const FormatInput& input) noexcept
@@ -94,7 +76,7 @@ class Scanner {
     for (std::size_t at = seen; at < text_.size();) {
       // Many tags follow one another.
       if (text_[at] != '<') at += findAny<'<'>(text_.substr(at));
-      const std::size_t length = at < text_.size() ? takeTag(seen, at) : 0;
+      const std::size_t length = at < text_.size() ? readTag(seen, at) : 0;
       at += std::max<std::size_t>(length, 1);
       if (length > 0) seen = at;
     }
@@ -109,45 +91,32 @@ class Scanner {
   enum class Place {
     kOutside,
     kSheet,
-    kSync,       ///< Behind a SYNC, in front of its first paragraph.
-    kParagraph,  ///< In a paragraph, or in text behind a SYNC that stands in none.
+    kSync,       ///< After a SYNC, before its first paragraph.
+    kParagraph,  ///< In a paragraph, or in text after a SYNC outside of one.
   };
 
   void passText(std::size_t begin, std::size_t end) noexcept {
-    const bool isInFront = place_ == Place::kSync;
-    if (isInFront && !std::all_of(text_.begin() + begin, text_.begin() + end, isSpace)) {
+    const bool isBeforeParagraph = place_ == Place::kSync;
+    if (isBeforeParagraph && !std::all_of(text_.begin() + begin, text_.begin() + end, isSpace)) {
       place_ = Place::kParagraph;
     }
   }
 
-  /// A tag of a paragraph, as it is written.
+  /// The opening tag of a paragraph, as it is written.
   struct ParagraphTag {
     std::string_view text;
     SamiClass* ofClass = nullptr;
   };
 
-  /// Takes the tag at `begin`, and the text in front of it from `seen` on; the length of the tag, 0
-  /// if it is text. Most of a file is made of tags that take no look at what tags may be.
-  std::size_t takeTag(std::size_t seen, std::size_t begin) {
-    if (const std::size_t length = takeUsualSync(seen, begin); length > 0) return length;
-    if (const std::size_t length = takeKnownParagraph(seen, begin); length > 0) return length;
-    return takeAnyTag(seen, begin);
+  /// Reads the tag at `begin`, and the text before it from `seen` on. Returns the length of the
+  /// tag; 0 if it is text.
+  std::size_t readTag(std::size_t seen, std::size_t begin) {
+    if (const std::size_t length = readKnownParagraph(seen, begin); length > 0) return length;
+    return readAnyTag(seen, begin);
   }
 
-  /// As takeTag(); 0 if it is not of the form "<SYNC Start=1000>".
-  std::size_t takeUsualSync(std::size_t seen, std::size_t begin) {
-    std::string_view rest = text_.substr(begin);
-    if (!takeSyncBegin(rest)) return 0;
-    const auto start = consumeDigits(rest);
-    if (!start || !rest.starts_with('>')) return 0;
-    const std::size_t end = text_.size() - rest.size() + 1;
-    passText(seen, begin);
-    beginSync(start->value, kNever, begin, end);
-    return end - begin;
-  }
-
-  /// As takeTag(); 0 if it is not written as one of the paragraphs before it.
-  std::size_t takeKnownParagraph(std::size_t seen, std::size_t begin) {
+  /// As readTag(); 0 unless it is written like one of the last paragraphs' tags.
+  std::size_t readKnownParagraph(std::size_t seen, std::size_t begin) {
     for (const auto& [tag, ofClass] : paragraphTags_) {
       if (tag.empty() || !text_.substr(begin).starts_with(tag)) continue;
       passText(seen, begin);
@@ -157,7 +126,7 @@ class Scanner {
     return 0;
   }
 
-  std::size_t takeAnyTag(std::size_t seen, std::size_t begin) {
+  std::size_t readAnyTag(std::size_t seen, std::size_t begin) {
     const LooseTag tag = tagAt(begin);
     if (tag.length == 0) return 0;
     const std::size_t end = begin + tag.length;
@@ -180,7 +149,7 @@ class Scanner {
     return tag.length;
   }
 
-  /// The class of a paragraph. The tag is kept in mind: it comes again, or in turns with another.
+  /// The class of a paragraph. Remembers the tag, which usually recurs, or alternates with another.
   SamiClass* ofClass(const LooseTag& tag, std::string_view text) {
     SamiClass* const used = classes_.use(tag.attribute("class"));
     if (tag.isWhole && tag.areQuotesClosed) {
@@ -189,7 +158,7 @@ class Scanner {
     return used;
   }
 
-  /// In a style sheet the signs of comments mean nothing.
+  /// Comment delimiters have no meaning in a style sheet.
   LooseTag tagAt(std::size_t at) noexcept {
     const std::string_view rest = text_.substr(at);
     const bool isComment = rest.starts_with("<!") || rest.starts_with("<-");
@@ -205,7 +174,7 @@ class Scanner {
     paragraphs_.push_back({*start, saidEnd, nullptr, {}, begin});
   }
 
-  /// False if there is no SYNC in front of it.
+  /// Returns false if no SYNC precedes it.
   bool beginParagraph(std::size_t begin, std::size_t end) {
     const bool isNext = place_ == Place::kParagraph;
     if (place_ != Place::kSync) finish(begin);
@@ -216,7 +185,7 @@ class Scanner {
     return true;
   }
 
-  /// Ends what is open. A SYNC that nothing follows ends what is shown.
+  /// Ends what is open.
   void finish(std::size_t end) {
     const std::string_view text = text_.substr(begin_, end - begin_);
     if (place_ == Place::kSheet) classes_.declare(text);
@@ -231,12 +200,12 @@ class Scanner {
   LooseTags tags_;
   SamiClasses classes_;
   std::vector<Paragraph> paragraphs_;
-  std::array<ParagraphTag, 2> paragraphTags_;  // that came last
+  std::array<ParagraphTag, 2> paragraphTags_;  // the last ones
   Place place_ = Place::kOutside;
 };
 
-/// Whether a paragraph of `ofClass` is none of `language`'s: undeclared classes are taken for
-/// languages only if `language` is one of them.
+/// Whether paragraphs of `ofClass` are in another language: undeclared classes count as languages
+/// only if `language` is one of them.
 bool isOther(const SamiClass& ofClass, const SamiClass& language) noexcept {
   using Kind = SamiClass::Kind;
   if (&ofClass == &language || ofClass.kind == Kind::kStyle) return false;
@@ -249,15 +218,14 @@ Paragraph& theOne(Paragraph* paragraph) noexcept { return *paragraph; }
 /// Whether `a` begins earlier.
 bool isBefore(const Paragraph& a, const Paragraph& b) noexcept { return a.start < b.start; }
 
-/// A paragraph ends where its SYNC says or, if that is earlier, the next one of its class begins,
-/// or one that belongs to all; if there is none, where any begins.
+/// A paragraph ends where its SYNC says or, if that is earlier, where the next paragraph of its
+/// class or of no class begins; if there is none, where any begins.
 class Ends {
  public:
-  /// If `haveClasses` is false, all paragraphs belong to all.
+  /// If `haveClasses` is false, classes are ignored.
   explicit Ends(bool haveClasses) noexcept : haveClasses_(haveClasses) {}
 
-  /// Sets those of paragraphs, or of what points to them. Requires: they are in the order of their
-  /// starts.
+  /// Sets those of paragraphs, or of pointers to them. Requires: they are sorted by start.
   template <typename Iterator>
   void set(Iterator begin, Iterator end) {
     while (begin != end) {
@@ -300,21 +268,21 @@ void setEnds(std::vector<Paragraph>& paragraphs, bool haveClasses) {
   ends.set(byTime.begin(), byTime.end());
 }
 
-/// Drops the paragraphs of other languages; those of classes that are none belong to all.
+/// Drops the paragraphs of other languages.
 void select(const SamiClass& language, std::vector<Paragraph>& paragraphs) {
   std::erase_if(paragraphs, [&language](const Paragraph& paragraph) {
     return paragraph.ofClass != nullptr && isOther(*paragraph.ofClass, language);
   });
 }
 
-/// Makes a cue of the paragraphs of each SYNC that are shown for the same time; those without text
-/// only end what is shown, and no cue is missing where they are left out.
+/// Turns the paragraphs of each SYNC that are shown for the same time into a cue. Paragraphs
+/// without text only end what is shown.
 class CueWriter {
  public:
   CueWriter(const FormatInput& input, CueSink& sink) : sink_(sink), lines_(input) {}
 
   void write(const std::vector<Paragraph>& paragraphs) {
-    sink_.cues().reserve(paragraphs.size() / 2);  // every other one has text in most files
+    sink_.cues().reserve(paragraphs.size() / 2);  // in most files every other one has text
     for (auto at = paragraphs.begin(); at != paragraphs.end(); ++index_) {
       const Paragraph& first = *at;
       bool isClosed = true;
@@ -341,12 +309,12 @@ class CueWriter {
   int index_ = 0;
 };
 
-/// Whether a line is a time and an arrow, as other formats have them above texts of any kind.
+/// Whether a line is a time and an arrow, as in formats whose texts may contain anything.
 bool isTimeLine(std::string_view line) noexcept {
   return consumeTime(line) && withoutLeadingBlanks(line).starts_with("-->");
 }
 
-/// Whether `text` begins with the root element, behind comments and declarations.
+/// Whether `text` begins with the root element, after comments and declarations.
 bool hasRoot(std::string_view text) noexcept {
   LooseTags tags;
   while (!text.empty()) {

@@ -1,5 +1,5 @@
-// The names of elements and attributes in TTML: the prefixes of its name spaces are whatever a file
-// makes of them, and some files do not declare them.
+// The names of elements and attributes in TTML: files choose their own namespace prefixes, and some
+// do not declare them.
 #pragma once
 
 #include <cstddef>
@@ -15,7 +15,7 @@ constexpr std::string_view localName(std::string_view name) noexcept {
   return name.substr(begin);
 }
 
-/// The same of a name that ends with a zero.
+/// The same for a NUL-terminated name.
 constexpr const char* localName(const char* name) noexcept {
   for (const char* at = name; *at != '\0'; ++at) {
     if (*at == ':') name = at + 1;
@@ -23,7 +23,8 @@ constexpr const char* localName(const char* name) noexcept {
   return name;
 }
 
-/// Whether a name that ends with a zero is `literal`; nobody needs to know its size.
+/// Whether a NUL-terminated name is `literal`. Does not measure the name: in a TTML file most time
+/// goes into comparing names.
 template <std::size_t kSize>
 constexpr bool is(const char* name, const char (&literal)[kSize]) noexcept {
   return [&]<std::size_t... kAt>(std::index_sequence<kAt...>) {

@@ -29,8 +29,8 @@ long long toMilliseconds(double time) noexcept {
   return nearestTo(std::min(inDoublePrecision(time), kFarthest));
 }
 
-/// Whether the text in an element of that name is text of the paragraph. Files made from HTML have
-/// its tags too, with the text behind a `<br>` that they do not close inside of it.
+/// Whether text in an element with that name belongs to the paragraph. Files made from HTML have
+/// its tags too, in which the text after an unclosed `<br>` is inside of it.
 bool isInline(const char* name) noexcept {
   return is(name, "span") || is(name, "br") || is(name, "i") || is(name, "b") || is(name, "u") ||
          is(name, "em") || is(name, "strong") || is(name, "font");
@@ -40,7 +40,7 @@ bool isWhiteSpace(const Entity& entity) noexcept {
   return entity.length > 0 && entity.first <= ' ' && isXmlSpace(static_cast<char>(entity.first));
 }
 
-/// What the name of an element says of style.
+/// The style that the name of an element implies.
 void setStyleOfName(const char* name, TtmlStyle& style) noexcept {
   if (is(name, "i") || is(name, "em")) style.set(TtmlStyle::kItalic, true);
   if (is(name, "b") || is(name, "strong")) style.set(TtmlStyle::kBold, true);
@@ -66,20 +66,20 @@ double TtmlParagraphs::write(pugi::xml_node node, TtmlContext& context, int line
   return end;
 }
 
-/// Returns when the last of them is over.
+/// Returns when the last of them ends.
 double TtmlParagraphs::collect(pugi::xml_node node, const TtmlContext& context, int depth) {
   double reference = context.time.begin;
   double last = reference;
-  const auto takeText = [&](const char* text, bool hasReferences) {
+  const auto addText = [&](const char* text, bool hasReferences) {
     if (collectText(text, hasReferences, context, depth)) last = TtmlInterval::kNever;
   };
-  // The parser keeps a text in front of all children with their parent.
-  if (const char* const text = node.value(); *text != '\0') takeText(text, true);
+  // The XML parser stores text before all children in the parent.
+  if (const char* const text = node.value(); *text != '\0') addText(text, true);
   pugi::xml_node child = node.first_child();
   for (pugi::xml_node_type type; (type = child.type()) != pugi::node_null;
        child = child.next_sibling()) {
     if (type != pugi::node_element) {
-      takeText(child.value(), type == pugi::node_pcdata);
+      addText(child.value(), type == pugi::node_pcdata);
     } else if (const char* const name = localName(child.name()); isInline(name)) {
       const double end = collectElement(child, name, context, reference, depth);
       if (context.isSequential) reference = end;
@@ -120,7 +120,7 @@ double TtmlParagraphs::collectElement(pugi::xml_node node, const char* name,
   return element.hasEnd() ? context.time.end : std::min(end, context.time.end);
 }
 
-/// Where something begins or ends within the paragraph, its own begin and end included.
+/// Where something in the paragraph begins or ends, including the paragraph itself.
 void TtmlParagraphs::findBoundaries(const TtmlInterval& time) {
   boundaries_ = {time.begin, time.end};
   for (const Part& part : parts_) {
@@ -133,7 +133,7 @@ void TtmlParagraphs::findBoundaries(const TtmlInterval& time) {
   boundaries_.erase(std::unique(boundaries_.begin(), boundaries_.end()), boundaries_.end());
 }
 
-/// From the first one to the last one, unless there is text that is in none.
+/// From the first to the last, unless there is text outside of them.
 TtmlInterval TtmlParagraphs::timeOfElements(const TtmlInterval& time) const noexcept {
   if (hasOwnText_) return time;
   TtmlInterval all{TtmlInterval::kNever, time.begin};
@@ -149,8 +149,8 @@ void TtmlParagraphs::showParts(double time) noexcept {
   for (Part& part : parts_) part.isShown = part.text != nullptr || part.time.holds(time);
 }
 
-/// Where all times of a file count from its begin, those inside of paragraphs are of songs: they
-/// tell when each word is sung, not that the others are to be hidden.
+/// In files whose times count from their beginning, times within paragraphs are those of lyrics:
+/// they say when a word is sung, not that the others are hidden.
 void TtmlParagraphs::writeTimed(const TtmlInterval& time) {
   findBoundaries(time);
   const bool isSong = document_.timeline.isAbsolute();
@@ -162,7 +162,7 @@ void TtmlParagraphs::writeTimed(const TtmlInterval& time) {
   sink_.finish();
 }
 
-/// Once there is too much text in pieces, what is left of the paragraph is one.
+/// Once the pieces have too much text, the rest of the paragraph becomes one.
 void TtmlParagraphs::writePieces() {
   const std::size_t firstPiece = sink_.cues().size();
   bool isLast = false;
@@ -179,7 +179,7 @@ void TtmlParagraphs::writePieces() {
   }
 }
 
-/// A piece without text is none, and one with the text of the piece before is the rest of that.
+/// Drops a piece without text, and merges one with the same text as the previous piece.
 void TtmlParagraphs::finishPiece(std::size_t firstPiece) {
   sink_.finishOrMark();
   std::vector<ksImportCue>& cues = sink_.cues();
@@ -204,7 +204,7 @@ void TtmlParagraphs::writeCue(const TtmlInterval& time) {
                          ? sink_.beginWithoutEnd(start, line_)
                          : sink_.begin(start, toMilliseconds(time.end), line_);
   cue.alignment = alignment_;
-  isBehindSpace_ = true;
+  isAfterSpace_ = true;
   writeShownParts();
 }
 
@@ -220,7 +220,7 @@ void TtmlParagraphs::writeShownParts() {
       writeText(part);
     } else if (part.endsLine) {
       sink_.text().endLine();
-      isBehindSpace_ = true;
+      isAfterSpace_ = true;
     }
   }
 }
@@ -234,7 +234,7 @@ void TtmlParagraphs::writeText(const Part& part) {
   }
 }
 
-/// White space becomes one space each, that of references too.
+/// Collapses white space, including that of references, to single spaces.
 void TtmlParagraphs::writeTextWithSpaces(std::string_view text, bool hasReferences) {
   while (!text.empty()) {
     if (isXmlSpace(text.front())) {
@@ -245,7 +245,7 @@ void TtmlParagraphs::writeTextWithSpaces(std::string_view text, bool hasReferenc
     } else {
       const std::size_t length = 1 + findAnyOrBlanks<'\n', '\t', '\r', '&'>(text.substr(1));
       sink_.text().append(text.substr(0, length));
-      isBehindSpace_ = text[length - 1] == ' ';
+      isAfterSpace_ = text[length - 1] == ' ';
       text.remove_prefix(length);
     }
   }
@@ -258,17 +258,17 @@ void TtmlParagraphs::writeReference(std::string_view& text) {
     return text.remove_prefix(entity.length);
   }
   consumeHtmlEntity(text, sink_.text());
-  isBehindSpace_ = false;
+  isAfterSpace_ = false;
 }
 
 void TtmlParagraphs::writeSpace() {
-  if (!isBehindSpace_) sink_.text().append(" ");
-  isBehindSpace_ = true;
+  if (!isAfterSpace_) sink_.text().append(" ");
+  isAfterSpace_ = true;
 }
 
-/// White space stays, and line feeds end lines.
+/// Preserves white space; line feeds end lines.
 void TtmlParagraphs::writeTextAsItIs(std::string_view text, bool hasReferences) {
-  isBehindSpace_ = false;
+  isAfterSpace_ = false;
   while (!text.empty()) {
     if (isLineEnd(text.front())) {
       sink_.text().endLine();

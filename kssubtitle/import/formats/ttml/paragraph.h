@@ -7,27 +7,27 @@
 #include <vector>
 
 #include "kssubtitle/import/formats/common/cue_sink.h"
-#include "kssubtitle/import/formats/ttml/elements.h"
+#include "kssubtitle/import/formats/ttml/timing.h"
 
 namespace kssubtitle::importing {
 
-/// Writes paragraphs. One without times inside is one cue; one with such times is a cue for each
-/// span of time in which its text stays the same, as long as that is worth it.
+/// Writes paragraphs. A paragraph without timed parts becomes one cue; with timed parts it becomes
+/// a cue for each span in which its text stays the same, up to a limit.
 class TtmlParagraphs {
  public:
   /// All pieces of paragraphs together may have `mostPieceBytes` of text.
   TtmlParagraphs(TtmlDocument& document, CueSink& sink, std::size_t mostPieceBytes) noexcept
       : document_(document), sink_(sink), pieceBytesLeft_(mostPieceBytes) {}
 
-  /// Writes the paragraph that `node` is and which begins at `line`. `context` holds within it, and
-  /// takes over the style of its region.
-  /// Returns when what it holds is over; TtmlInterval::kNever if nothing says so.
+  /// Writes the paragraph `node`, which begins at `line`. `context` applies within it, and is
+  /// completed by the style of its region. Returns when its contents end; TtmlInterval::kNever if
+  /// nothing says so.
   double write(pugi::xml_node node, TtmlContext& context, int line);
 
  private:
   /// A text or an element within the paragraph.
   struct Part {
-    const char* text;  // null of an element
+    const char* text;  // null for an element
     // Of a text.
     Style style;
     bool keepsSpace;
@@ -36,7 +36,7 @@ class TtmlParagraphs {
     bool endsLine;
     bool isShown = true;
     TtmlInterval time;
-    std::size_t next;  // the first one that is not inside of it
+    std::size_t next;  // the first one outside of it
   };
 
   double collect(pugi::xml_node node, const TtmlContext& context, int depth);
@@ -60,14 +60,14 @@ class TtmlParagraphs {
   TtmlDocument& document_;
   CueSink& sink_;
   std::size_t pieceBytesLeft_;
-  // The paragraph that is being written.
+  // The current paragraph.
   int alignment_ = 0;
   int line_ = 0;
-  std::vector<Part> parts_;  // in the order of the file
-  bool hasTimes_ = false;    // elements in it have
-  bool hasOwnText_ = false;  // there is text in none of them
+  std::vector<Part> parts_;  // in document order
+  bool hasTimes_ = false;    // its elements have
+  bool hasOwnText_ = false;  // there is text outside of them
   std::vector<double> boundaries_;
-  bool isBehindSpace_ = true;  // in the cue that is being written
+  bool isAfterSpace_ = true;  // in the current cue
 };
 
 }  // namespace kssubtitle::importing

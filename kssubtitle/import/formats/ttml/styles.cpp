@@ -12,11 +12,11 @@
 namespace kssubtitle::importing {
 namespace {
 
-/// Styles that refer to styles are followed no further than this.
+/// References between styles are followed no further than this.
 constexpr int kMostReferences = 16;
 
-/// Takes a word off the front.
-std::string_view takeWord(std::string_view& text) noexcept {
+/// Consumes a word.
+std::string_view consumeWord(std::string_view& text) noexcept {
   constexpr std::string_view kBlanks = " \t\r\n";
   text.remove_prefix(std::min(text.find_first_not_of(kBlanks), text.size()));
   const std::string_view word = text.substr(0, text.find_first_of(kBlanks));
@@ -24,7 +24,7 @@ std::string_view takeWord(std::string_view& text) noexcept {
   return word;
 }
 
-/// "r,g,b)" and what may stand between.
+/// "r,g,b)", with white space between.
 std::optional<int> colourByComponents(std::string_view text) noexcept {
   int colour = 0;
   for (int i = 0; i < 3; ++i) {
@@ -36,7 +36,7 @@ std::optional<int> colourByComponents(std::string_view text) noexcept {
   return colour;
 }
 
-/// How opaque a colour is plays no part.
+/// Ignores opacity.
 std::optional<int> ttmlColour(std::string_view text) noexcept {
   constexpr std::size_t kOpaque = 7;  // "#rrggbb"
   text = withoutBlanks(text);
@@ -46,9 +46,9 @@ std::optional<int> ttmlColour(std::string_view text) noexcept {
   return colourOf(text.starts_with('#') ? text.substr(0, kOpaque) : text);
 }
 
-/// The second of two percentages, as a part of 1.
+/// The second of two percentages, as a fraction.
 std::optional<double> verticalIn(std::string_view text) noexcept {
-  takeWord(text);
+  consumeWord(text);
   const auto number = consumeDecimal(text);
   return number && text.starts_with('%') ? std::optional(*number / 100) : std::nullopt;
 }
@@ -86,7 +86,7 @@ void TtmlStyle::set(const char* name, const char* value) noexcept {
 }
 
 void TtmlStyle::setDecoration(std::string_view value) noexcept {
-  for (std::string_view word; !(word = takeWord(value)).empty();) {
+  for (std::string_view word; !(word = consumeWord(value)).empty();) {
     if (word == "underline") set(kUnderline, true);
     if (word == "lineThrough") set(kStrikeOut, true);
     if (word == "noUnderline" || word == "none") set(kUnderline, false);
@@ -146,7 +146,7 @@ void TtmlStyles::add(Definitions& definitions, pugi::xml_node node) {
   }
 }
 
-/// One that refers to itself says, on the way round, nothing.
+/// A cyclic reference contributes nothing.
 const TtmlStyle* TtmlStyles::find(Definitions& definitions, std::string_view name, int depth) {
   const auto found = definitions.find(name);
   if (found == definitions.end()) return nullptr;
@@ -158,7 +158,7 @@ const TtmlStyle* TtmlStyles::find(Definitions& definitions, std::string_view nam
   return &definition.style;
 }
 
-/// What it refers to, then what stands inside of it (in a region), then what it says itself.
+/// The styles it refers to, then those nested in it (in a region), then its own.
 TtmlStyle TtmlStyles::resolve(pugi::xml_node node, int depth) {
   TtmlStyle style = named(valueOf(node, "style"), depth + 1);
   for (const pugi::xml_node inner : node) {
@@ -175,7 +175,7 @@ TtmlStyle TtmlStyles::resolve(pugi::xml_node node, int depth) {
 TtmlStyle TtmlStyles::named(std::string_view names, int depth) {
   TtmlStyle style;
   if (depth > kMostReferences) return style;
-  for (std::string_view name; !(name = takeWord(names)).empty();) {
+  for (std::string_view name; !(name = consumeWord(names)).empty();) {
     if (const TtmlStyle* const found = find(styles_, name, depth)) style.take(*found);
   }
   return style;

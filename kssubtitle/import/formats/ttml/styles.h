@@ -10,26 +10,26 @@
 
 namespace kssubtitle::importing {
 
-/// What an element says of style; what it does not say is as round it.
+/// The style that an element specifies; everything else is inherited.
 class TtmlStyle {
  public:
-  /// What is either on or off.
+  /// Properties that are on or off.
   enum Switch : unsigned { kItalic = 1, kBold = 2, kUnderline = 4, kStrikeOut = 8 };
 
-  /// Takes note of an attribute, if it is one of style.
+  /// Applies an attribute, if it is about style.
   void set(const char* name, const char* value) noexcept;
   void set(Switch property, bool isOn) noexcept {
     said_ |= property;
     switches_ = isOn ? switches_ | property : switches_ & ~property;
   }
-  /// Takes over all that `other` says.
+  /// Copies everything that `other` specifies.
   void take(const TtmlStyle& other) noexcept { take(other, other.said_); }
-  /// Takes over what `other` says and this does not.
+  /// Copies what `other` specifies and this does not.
   void fillIn(const TtmlStyle& other) noexcept { take(other, other.said_ & ~said_); }
   Style toStyle() const noexcept {
     return {isOn(kItalic), isOn(kBold), isOn(kUnderline), isOn(kStrikeOut), colour_};
   }
-  /// 1 to 9 as on a number pad.
+  /// 1 to 9 as on a numeric keypad.
   int alignment() const noexcept;
 
  private:
@@ -56,28 +56,28 @@ class TtmlStyle {
   }
   void setDecoration(std::string_view value) noexcept;
 
-  // What is not said is as where nobody says anything.
+  // Unspecified properties have their initial values.
   unsigned said_ = 0;
   unsigned switches_ = 0;
   int colour_ = Style::kNoColour;
   int column_ = 2;  // 1 to 3 from the left
-  // Of a region, in parts of the picture's height.
+  // Of a region, as fractions of the picture's height.
   double top_ = 0;
   double height_ = 1;
-  double anchor_ = 0;  // where in the region its text stands: 0 at its top, 1 below
+  double anchor_ = 0;  // where in the region its text is: 0 at the top, 1 at the bottom
 };
 
-/// The styles and regions that the head of a document defines. Their names are those in the
-/// document's characters, which must outlive it; its nodes are not needed any more afterwards.
+/// The styles and regions that the head of a document defines. Names refer to the document's
+/// characters, which must outlive them; its nodes need not.
 class TtmlStyles {
  public:
-  /// Reads the first head that holds anything; a document has one.
+  /// Reads the first head that is not empty; a document has one.
   void readHead(pugi::xml_node head);
-  /// What the styles of these names say together; what a later one says counts.
+  /// The combined styles with these names; later ones win.
   const TtmlStyle& named(const char* names);
-  /// What a region hands on to what stands in it; null if there is none of that name.
+  /// What a region applies to its contents; null if no region has the name.
   const TtmlStyle* region(const char* name);
-  /// What holds where nobody says anything.
+  /// The initial style.
   const TtmlStyle& initial() const noexcept { return initial_; }
 
  private:
@@ -86,7 +86,7 @@ class TtmlStyles {
     TtmlStyle style;
     bool isResolved = false;
   };
-  // A file may choose names that hashes do not tell apart.
+  // Not a hash table: a file could choose names that collide.
   using Definitions = std::map<std::string_view, Definition>;
 
   static void add(Definitions& definitions, pugi::xml_node node);
@@ -98,7 +98,7 @@ class TtmlStyles {
   Definitions regions_;
   TtmlStyle initial_;
   bool hasHead_ = false;
-  // What was asked for last: one paragraph after the other asks for the same.
+  // The last ones asked for: consecutive paragraphs ask for the same.
   const char* lastNames_ = "";
   TtmlStyle lastNamed_;
   const char* lastRegionName_ = "";

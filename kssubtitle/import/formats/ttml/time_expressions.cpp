@@ -1,4 +1,4 @@
-// Times as TTML has them.
+// Time expressions of TTML.
 #include "kssubtitle/import/formats/ttml/time_expressions.h"
 
 #include <algorithm>
@@ -13,7 +13,7 @@
 namespace kssubtitle::importing {
 namespace {
 
-/// What stands behind a decimal point.
+/// What follows a decimal point.
 struct Fraction {
   double numerator = 0;
   double denominator = 1;
@@ -25,20 +25,20 @@ struct Unit {
   double divisor;
 };
 
-/// A positive number; nothing if there is another, or anything behind it.
+/// A positive number; nothing if it is not one, or anything follows.
 std::optional<double> rateIn(std::string_view text) noexcept {
   const auto rate = consumeDecimal(text);
   if (!rate || !withoutBlanks(text).empty()) return std::nullopt;
   return usableFrameRate(*rate);
 }
 
-/// Ticks may be as short as they like.
+/// Ticks may be arbitrarily short.
 std::optional<double> tickRateIn(std::string_view text) noexcept {
   const auto rate = consumeDecimal(text);
   return rate && *rate > 0 ? rate : std::nullopt;
 }
 
-/// The quotient of two numbers, with a blank or a colon between them, or a number alone; 1 if there
+/// The quotient of two numbers with a space or a colon between them, or a single number; 1 if there
 /// is none.
 double multiplierIn(std::string_view text) noexcept {
   const auto numerator = consumeDecimal(text);
@@ -48,8 +48,8 @@ double multiplierIn(std::string_view text) noexcept {
   return usableFrameRate(*numerator / denominator).value_or(1);
 }
 
-/// Takes off a fraction of any number of digits; without one it is 0.
-std::optional<Fraction> takeFraction(std::string_view& text) noexcept {
+/// Consumes a fraction with any number of digits; 0 without one.
+std::optional<Fraction> consumeFraction(std::string_view& text) noexcept {
   constexpr double kExact = 1e9;
   Fraction fraction;
   if (!consumeCharacter(text, '.') && !consumeCharacter(text, ',')) return fraction;
@@ -72,14 +72,14 @@ std::optional<Unit> unitOf(std::string_view name, const TtmlRates& rates) noexce
   return std::nullopt;
 }
 
-/// Multiplies before it divides.
+/// Multiplies before dividing.
 double lengthOf(double count, const Fraction& fraction, const Unit& unit) noexcept {
   return (count * fraction.denominator + fraction.numerator) * unit.milliseconds /
          (fraction.denominator * unit.divisor);
 }
 
-/// What the frames behind a time of three fields add to it; three digits that no frames need are
-/// what others write for a fraction of a second.
+/// What the frames after a time of three fields add to it; three digits, more than frames need, are
+/// what some write for a fraction of a second.
 double lengthOfFrames(const Digits& frames, const Fraction& subFrames,
                       const TtmlRates& rates) noexcept {
   constexpr double kMostOfTwoDigits = 100;
@@ -91,22 +91,23 @@ double lengthOfFrames(const Digits& frames, const Fraction& subFrames,
 
 constexpr double kNoTime = -1;
 
-/// The time that `text` is if it is of the usual form, "hh:mm:ss.fff".
+/// The time of the usual form, "hh:mm:ss.fff".
 double usualTime(const char* text) noexcept {
   int time = 0;
-  const auto takePair = [&](char behind, int unit) {
-    if (!isDigit(text[0]) || !isDigit(text[1]) || text[2] != behind) return false;
+  const auto consumePair = [&](char next, int unit) {
+    if (!isDigit(text[0]) || !isDigit(text[1]) || text[2] != next) return false;
     time += ((text[0] - '0') * 10 + (text[1] - '0')) * unit;
     text += 3;
     return true;
   };
-  if (!takePair(':', 3600000) || !takePair(':', 60000) || !takePair('.', 1000)) return kNoTime;
+  if (!consumePair(':', 3600000) || !consumePair(':', 60000) || !consumePair('.', 1000))
+    return kNoTime;
   if (!isDigit(text[0]) || !isDigit(text[1]) || !isDigit(text[2]) || text[3] != '\0')
     return kNoTime;
   return time + (text[0] - '0') * 100 + (text[1] - '0') * 10 + (text[2] - '0');
 }
 
-/// The time that `text` is in any form.
+/// The time of any form.
 double anyTime(std::string_view text, const TtmlRates& rates, bool& isRepaired) noexcept {
   constexpr std::size_t kMostFields = 4;
   Digits fields[kMostFields];
@@ -117,7 +118,7 @@ double anyTime(std::string_view text, const TtmlRates& rates, bool& isRepaired) 
     fields[count++] = *digits;
   } while (count < kMostFields && (consumeCharacter(text, ':') || consumeCharacter(text, ';')));
   const bool hasComma = text.starts_with(',');
-  const auto fraction = takeFraction(text);
+  const auto fraction = consumeFraction(text);
   const auto unit = unitOf(withoutBlanks(text), rates);
   const bool isBare = count == 1 && withoutBlanks(text).empty();
   isRepaired = isRepaired || hasComma || isBare || count == 2;

@@ -1,24 +1,24 @@
-// Times as TTML has them.
+// Time expressions of TTML (TTML2, section 12.3.1).
 #pragma once
 
 #include <pugixml.hpp>
 
 namespace kssubtitle::importing {
 
-/// What times are counted in, each in a second.
+/// The units of times, per second.
 struct TtmlRates {
   double frames = 30;
-  double subFrames = 1;  ///< In a frame.
+  double subFrames = 1;  ///< Per frame.
   double ticks = 1;
 };
 
-/// The rates that the root element of a document states; `frameRate` where it states none, if that
-/// is usable.
+/// The rates that the root element of a document gives; `frameRate` if it gives none and that is
+/// usable.
 TtmlRates ttmlRatesOf(pugi::xml_node root, double frameRate) noexcept;
 
-/// The milliseconds, not rounded, of "h:m:s", with a fraction or frames behind it, "m:s", "s", or a
-/// number and one of the units h, m, s, ms, f and t; negative if `text` is none of these. Sets
-/// `isRepaired` if it is one that the standard does not have.
+/// The milliseconds, not rounded, of "h:m:s" with a fraction or frames after it, of "m:s", of "s",
+/// or of a number with one of the units h, m, s, ms, f and t; negative if `text` is not one of
+/// these. Sets `isRepaired` if the standard does not have the form.
 double ttmlTime(const char* text, const TtmlRates& rates, bool& isRepaired) noexcept;
 
 }  // namespace kssubtitle::importing

@@ -1,4 +1,5 @@
-// TTML, with all that was and is named after it: DFXP, EBU-TT, IMSC.
+// TTML, and its profiles and predecessors: DFXP, EBU-TT-D, IMSC (W3C TTML2, IMSC 1.1; EBU Tech
+// 3380).
 #include <algorithm>
 #include <cstddef>
 #include <memory>
@@ -17,22 +18,22 @@
 namespace kssubtitle::importing {
 namespace {
 
-/// White space between elements counts; references are read where texts are written. A text in
-/// front of all children is no node of its own but the value of its parent: most have just that.
+/// White space between elements counts; references are decoded when texts are written. Text before
+/// all children is the value of the parent instead of a node: most elements have only that.
 constexpr unsigned kParseOptions =
     pugi::parse_ws_pcdata | pugi::parse_cdata | pugi::parse_embed_pcdata;
 
-/// The name of the element that begins where `text` begins with '<'; empty if none does.
+/// The name of the element at the '<' that `text` begins with; empty if there is none.
 std::string_view elementAt(std::string_view text) noexcept {
   return localName(text.substr(1, text.find_first_of("< \t\r\n/>", 1) - 1));
 }
 
-/// Whether a comment, an instruction or a document type stands at the front of `text`.
+/// Whether `text` begins with a comment, a processing instruction or a document type.
 bool isBeforeRoot(std::string_view text) noexcept {
   return text.starts_with("<!") || text.starts_with("<?");
 }
 
-/// Where what isBeforeRoot() ends; npos if it does not. A document type may hold others.
+/// Where such a construct ends; npos if it does not. A document type may contain others.
 std::size_t endOfDeclaration(std::string_view text, std::size_t at) noexcept {
   const std::string_view rest = text.substr(at);
   if (rest.starts_with("<!--")) return text.find("-->", at);
@@ -42,7 +43,7 @@ std::size_t endOfDeclaration(std::string_view text, std::size_t at) noexcept {
   return text.find('>', text.find(']', sign));
 }
 
-/// Where the next paragraph, or what may hold some, begins; npos if none does.
+/// Where the next paragraph or division begins; npos if none does.
 std::size_t findElement(std::string_view text, std::size_t from) noexcept {
   for (std::size_t at = text.find('<', from); at != text.npos; at = text.find('<', at + 1)) {
     const std::string_view name = elementAt(text.substr(at));
@@ -51,18 +52,18 @@ std::size_t findElement(std::string_view text, std::size_t from) noexcept {
   return text.npos;
 }
 
-/// Whether `at` is in a tag that ends something else than a paragraph: where reading goes on behind
-/// an error, what began before it ends too.
+/// Whether `at` is in a closing tag other than a paragraph's: when reading resumes after an error,
+/// elements that began before it are closed too.
 bool endsOther(std::string_view text, std::size_t at) noexcept {
   const std::size_t tag = text.rfind('<', at);
   return tag != text.npos && text.substr(tag).starts_with("</") &&
          elementAt(text.substr(tag + 1)) != "p";
 }
 
-/// A text that the parser takes apart in place, from any point on.
+/// A text that the XML parser parses in place, from any point on.
 class XmlText {
  public:
-  /// The parser puts an end of its own over the last character: there is one more.
+  /// One character longer, as the XML parser overwrites the last one.
   explicit XmlText(std::string_view text)
       : size_(text.size()), characters_(std::make_unique_for_overwrite<char[]>(size_ + 1)) {
     text.copy(characters_.get(), size_);
@@ -75,7 +76,7 @@ class XmlText {
     if (result.status == pugi::status_out_of_memory) throw std::bad_alloc();
     return result;
   }
-  /// Where in the text a name stands.
+  /// The position of a name in the text.
   std::size_t placeOf(const char* name) const noexcept {
     return static_cast<std::size_t>(name - characters_.get());
   }
@@ -101,10 +102,10 @@ class TtmlReader {
   bool suggestsAbsolute() const noexcept { return document_.timeline.suggestsAbsolute(); }
 
  private:
-  /// The text of pieces may be that many times as large as the file.
+  /// How many times as large as the file the text of pieces may be.
   static constexpr std::size_t kMostPieceBytes = 4;
 
-  std::size_t readOn(std::size_t from);
+  std::size_t readFrom(std::size_t from);
   void readRoot(pugi::xml_node root);
   pugi::xml_node nextIn(pugi::xml_node parent, pugi::xml_node child) const noexcept;
   double readChildren(pugi::xml_node parent, const TtmlContext& context, int depth);
@@ -113,7 +114,7 @@ class TtmlReader {
   double readParagraph(pugi::xml_node node, const char* name, TtmlContext& context,
                        double outerEnd);
   void listLanguages();
-  void leaveOtherLanguages();
+  void dropOtherLanguages();
   int languageOf(std::string_view name);
   int lineAt(std::size_t place) noexcept;
 
@@ -121,27 +122,27 @@ class TtmlReader {
   CueSink& sink_;
   std::string_view text_;
   XmlText xml_;
-  bool isWellFormed_ = true;  // what is being read
+  bool isWellFormed_ = true;  // the part that is being read
   TtmlDocument document_;
   TtmlParagraphs paragraphs_;
-  // What held round the last elements that could be read, for those behind an error.
+  // What applied around the last readable elements, for those after an error.
   TtmlContext body_;
   TtmlContext division_;
   std::vector<std::string> names_;  // of the languages of elements
-  std::vector<int> languages_;      // of the cues, by their places there
-  int line_;                        // up to which they are counted
+  std::vector<int> languages_;      // of the cues: indices into names_
+  int line_;                        // the line of the last place asked for
   std::size_t lineEnd_;
 };
 
-/// Behind an error reading goes on with the next paragraph.
+/// Resumes with the next paragraph after an error.
 void TtmlReader::read() {
-  for (std::size_t at = 0; at != text_.npos;) at = readOn(at);
+  for (std::size_t at = 0; at != text_.npos;) at = readFrom(at);
   listLanguages();
-  leaveOtherLanguages();
+  dropOtherLanguages();
 }
 
-/// Returns where to read on; npos at the end.
-std::size_t TtmlReader::readOn(std::size_t from) {
+/// Returns where to resume; npos at the end.
+std::size_t TtmlReader::readFrom(std::size_t from) {
   pugi::xml_document document;
   const pugi::xml_parse_result result = xml_.parse(from, document);
   isWellFormed_ = result;
@@ -170,8 +171,8 @@ void TtmlReader::readRoot(pugi::xml_node root) {
   readChildren(root, context, 0);
 }
 
-/// What is read behind `child`. A paragraph that does not end holds those behind it, which are read
-/// as if they stood beside it.
+/// What is read after `child`. An unclosed paragraph contains those after it, which are read as its
+/// siblings.
 pugi::xml_node TtmlReader::nextIn(pugi::xml_node parent, pugi::xml_node child) const noexcept {
   const auto isParagraph = [](pugi::xml_node node) { return is(localName(node.name()), "p"); };
   if (!isWellFormed_ && isParagraph(child)) {
@@ -185,7 +186,7 @@ pugi::xml_node TtmlReader::nextIn(pugi::xml_node parent, pugi::xml_node child) c
   return next;
 }
 
-/// Returns when the last of them is over.
+/// Returns when the last of them ends.
 double TtmlReader::readChildren(pugi::xml_node parent, const TtmlContext& context, int depth) {
   double reference = context.time.begin;
   double last = reference;
@@ -243,7 +244,7 @@ double TtmlReader::readParagraph(pugi::xml_node node, const char* name, TtmlCont
   return end;
 }
 
-/// Those that cues with text have, in the order of these.
+/// Those of cues with text, in the order of the cues.
 void TtmlReader::listLanguages() {
   std::vector<bool> isListed(names_.size());
   for (const ksImportCue& cue : sink_.cues()) {
@@ -255,8 +256,8 @@ void TtmlReader::listLanguages() {
   }
 }
 
-/// Only if the language that is asked for is listed.
-void TtmlReader::leaveOtherLanguages() {
+/// If the requested language is listed.
+void TtmlReader::dropOtherLanguages() {
   const auto isWanted = [this](std::string_view name) {
     return isLanguage(name, input_.options.language);
   };
@@ -272,7 +273,7 @@ void TtmlReader::leaveOtherLanguages() {
   });
 }
 
-/// Its place among the names; it is put there if they are few.
+/// Its index among the names, to which it is added while they are few.
 int TtmlReader::languageOf(std::string_view name) {
   constexpr std::size_t kMostLanguages = 100;
   auto found = std::find(names_.begin(), names_.end(), name);
@@ -283,7 +284,7 @@ int TtmlReader::languageOf(std::string_view name) {
   return static_cast<int>(found - names_.begin());
 }
 
-/// Requires: places come in their order.
+/// Requires: places are asked for in order.
 int TtmlReader::lineAt(std::size_t place) noexcept {
   while (lineEnd_ < place) {
     ++line_;
