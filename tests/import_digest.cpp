@@ -63,7 +63,7 @@ void addAnswers(ksImportParser& parser) {
     digest.add(narrow.start);
     digest.add(narrow.end);
     digest.add(narrow.text.getData());
-    for (int i = 0; i < wide.text.length(); ++i) digest.add(wide.text.getChar(i));
+    for (const wchar_t c : std::wstring_view(wide.text.getData())) digest.add(c);
   }
 }
 
