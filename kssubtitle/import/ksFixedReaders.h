@@ -31,9 +31,9 @@ enum class ksImportConditionCode {
 /// A condition that a file does not satisfy. Its texts are valid for as long as the library is
 /// loaded.
 struct ksImportCondition {
-  ksImportConditionCode code;
-  std::string_view name;      ///< A word or two, such as "line ends".
-  std::string_view sentence;  ///< One English sentence on a file that does not satisfy it.
+  ksImportConditionCode code;  ///< Which one it is.
+  std::string_view name;       ///< A word or two, such as "line ends".
+  std::string_view sentence;   ///< One English sentence on a file that does not satisfy it.
 };
 
 /// Why ksSubtitleManager does not answer the file at `path` (NUL-terminated, not null) as
