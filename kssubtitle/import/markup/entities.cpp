@@ -2,6 +2,8 @@
 #include "kssubtitle/import/markup/entities.h"
 
 #include <algorithm>
+#include <charconv>
+#include <cstdint>
 #include <iterator>
 
 #include "kssubtitle/import/text/ascii.h"
@@ -10,18 +12,10 @@
 namespace kssubtitle::importing {
 namespace {
 
-struct Name {
-  std::string_view text;
-  char32_t first;
-  char32_t second = 0;
-};
-
-constexpr Name kNames[] = {
+// A pointer for each name would cost a relocation, and the table five times as much room.
+constexpr std::string_view kNames =
 #include "kssubtitle/import/markup/html_entities.inc"
-};
-
-constexpr bool isBefore(const Name& a, const Name& b) noexcept { return a.text < b.text; }
-static_assert(std::is_sorted(std::begin(kNames), std::end(kNames), isBefore));
+    ;
 
 constexpr std::size_t kLongestName = 32;
 // Of names that need no semicolon.
@@ -57,11 +51,39 @@ Entity numberAt(std::string_view text) noexcept {
   return {characterOfNumber(number), 0, at};
 }
 
-Entity named(std::string_view name) noexcept {
-  const auto* const found =
-      std::lower_bound(std::begin(kNames), std::end(kNames), Name{name, 0}, isBefore);
-  if (found == std::end(kNames) || found->text != name) return {};
-  return {found->first, found->second, name.size() + 1};
+/// The entry of a name, from the sign after the name on; empty if HTML does not have the name.
+std::string_view entryOf(std::string_view name) noexcept {
+  std::size_t low = 0;
+  std::size_t high = kNames.size();
+  while (low < high) {
+    const std::size_t begin = kNames.rfind(' ', low + (high - low) / 2) + 1;
+    const std::size_t end = std::min(kNames.find(' ', begin), kNames.size());
+    const std::string_view entry = kNames.substr(begin, end - begin);
+    const std::size_t sign = entry.find_first_of(":;");
+    const int order = name.compare(entry.substr(0, sign));
+    if (order == 0) return entry.substr(sign);
+    if (order > 0) low = end + 1;
+    if (order < 0) high = std::max<std::size_t>(begin, 1) - 1;
+  }
+  return {};
+}
+
+char32_t consumeCodePoint(std::string_view& digits) noexcept {
+  std::uint32_t c = 0;
+  const auto read = std::from_chars(digits.data(), digits.data() + digits.size(), c, 16);
+  digits.remove_prefix(static_cast<std::size_t>(read.ptr - digits.data()));
+  return c;
+}
+
+/// `name` has no semicolon.
+Entity named(std::string_view name, bool isFollowedBySemicolon) noexcept {
+  std::string_view entry = entryOf(name);
+  if (entry.empty() || (entry.front() == ';' && !isFollowedBySemicolon)) return {};
+  Entity entity{.length = 1 + name.size() + (isFollowedBySemicolon ? 1 : 0)};
+  entry.remove_prefix(1);
+  entity.first = consumeCodePoint(entry);
+  if (!entry.empty()) entity.second = consumeCodePoint(entry = entry.substr(1));
+  return entity;
 }
 
 }  // namespace
@@ -72,12 +94,11 @@ Entity htmlEntityOf(std::string_view text) noexcept {
   std::size_t length = 0;
   while (length < rest.size() && (isLetter(rest[length]) || isDigit(rest[length]))) ++length;
   if (length < rest.size() && rest[length] == ';') {
-    if (const Entity entity = named(rest.substr(0, length + 1)); entity.length > 0) {
-      return entity;
-    }
+    if (const Entity entity = named(rest.substr(0, length), true); entity.length > 0) return entity;
   }
   for (length = std::min(length, kLongestBare); length >= kShortestBare; --length) {
-    if (const Entity entity = named(rest.substr(0, length)); entity.length > 0) return entity;
+    if (const Entity entity = named(rest.substr(0, length), false); entity.length > 0)
+      return entity;
   }
   return {};
 }
