@@ -41,16 +41,14 @@ namespace {
 void replaceNuls(std::string& text, bool keepsPlace, Notes& notes) {
   std::string kept;
   std::size_t at = 0;
-  int line = 1;
+  LineNumbers lines(text);
   for (std::size_t nul; (nul = text.find('\0', at)) != text.npos; at = nul + 1) {
-    const std::string_view between = std::string_view(text).substr(at, nul - at);
-    line += countLines(between);
-    notes.add(ksImportProblem::kNulCharacter, line);
-    kept += between;
+    notes.add(ksImportProblem::kNulCharacter, lines.of(nul));
+    kept.append(text, at, nul - at);
     if (keepsPlace) kept += kReplacementUtf8;
   }
   if (at == 0) return;
-  kept += std::string_view(text).substr(at);
+  kept.append(text, at);
   text = std::move(kept);
 }
 

@@ -21,17 +21,13 @@ void dropPadding(std::string& text, Notes& notes) {
   if (hasNuls) notes.add(ksImportProblem::kNulCharacter, 1 + countLines(text));
 }
 
-/// Notes the lines of what could not be decoded.
+/// Notes the lines of what could not be decoded; the last one known stands for the rest.
 void noteReplacements(const DecodedText& decoded, Notes& notes) {
-  std::size_t at = 0;
+  LineNumbers lines(decoded.text);
   int line = 1;
-  for (const std::size_t offset : decoded.replacements.offsets()) {
-    line += countLines(std::string_view(decoded.text).substr(at, offset - at));
-    at = offset;
-    notes.add(ksImportProblem::kUndecodable, line);
-  }
-  for (std::size_t i = decoded.replacements.offsets().size(); i < decoded.replacements.count();
-       ++i) {
+  for (std::size_t i = 0; i < decoded.replacements.count(); ++i) {
+    const auto& offsets = decoded.replacements.offsets();
+    if (i < offsets.size()) line = lines.of(offsets[i]);
     notes.add(ksImportProblem::kUndecodable, line);
   }
 }

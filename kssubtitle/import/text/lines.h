@@ -73,6 +73,24 @@ inline int countLines(std::string_view text) noexcept {
   return static_cast<int>(std::count(text.begin(), text.end(), '\n'));
 }
 
+/// The line numbers of places, which must be asked for in order.
+class LineNumbers {
+ public:
+  explicit LineNumbers(std::string_view text, std::size_t begin = 0, int number = 1) noexcept
+      : text_(text), at_(begin), number_(number) {}
+
+  int of(std::size_t place) noexcept {
+    number_ += countLines(text_.substr(at_, place - at_));
+    at_ = place;
+    return number_;
+  }
+
+ private:
+  std::string_view text_;
+  std::size_t at_;
+  int number_;
+};
+
 /// The length of the HTTP header ("Content-Type: ..." lines and a blank one) that a text begins
 /// with; 0 without one.
 std::size_t httpHeaderLength(std::string_view text) noexcept;

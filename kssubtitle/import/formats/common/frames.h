@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cfloat>
+#include <cmath>
 #include <optional>
 
 #include "kssubtitle/import/ksImportOptions.h"
@@ -15,15 +16,6 @@ std::optional<double> usableFrameRate(double rate) noexcept;
 /// The frame rate of a file that does not state one: that of the options or else, with a note,
 /// exactly 23.976.
 double assumedFrameRate(const ksImportOptions& options, Notes& notes);
-
-/// The integer nearest to `value`; halves are rounded away from zero. Requires: it is at most 1e18
-/// in size.
-constexpr long long nearestTo(double value) noexcept {
-  // The rest is exact, and a call of the mathematical library would take most of the time.
-  const auto whole = static_cast<long long>(value);
-  const double rest = value - static_cast<double>(whole);
-  return whole + (rest >= 0.5 ? 1 : 0) - (rest <= -0.5 ? 1 : 0);
-}
 
 /// `value` rounded to a double, also where the processor computes with more digits.
 inline double inDoublePrecision(double value) noexcept {
@@ -41,7 +33,7 @@ inline std::optional<long long> millisecondsOf(double units, double perSecond) n
   constexpr double kFarthest = 1e18;
   const double milliseconds = inDoublePrecision(units * 1000 / perSecond);
   if (!(milliseconds >= -kFarthest && milliseconds <= kFarthest)) return std::nullopt;
-  return nearestTo(milliseconds);
+  return std::llround(milliseconds);
 }
 
 }  // namespace kssubtitle::importing

@@ -1,7 +1,7 @@
 // SAMI: tags like those of HTML, of which SYNC says when the paragraphs after it are shown.
 #include <algorithm>
-#include <array>
 #include <optional>
+#include <span>
 #include <string_view>
 #include <vector>
 
@@ -23,20 +23,6 @@ std::optional<long long> timeOf(std::string_view value) noexcept {
   return consumeInteger(value);
 }
 
-/// The times of a SYNC: the first attribute of a name wins.
-struct SyncTimes {
-  std::optional<std::string_view> start;
-  std::optional<std::string_view> end;  // few have one
-
-  explicit SyncTimes(const LooseTag& sync) noexcept {
-    LooseAttribute attribute;
-    for (std::string_view rest = sync.attributes; consumeAttribute(rest, attribute);) {
-      if (!start && attribute.is("start")) start = attribute.value;
-      if (!end && attribute.is("end")) end = attribute.value;
-    }
-  }
-};
-
 struct Paragraph {
   long long start = 0;
   long long end = kNever;        // initially what the SYNC says
@@ -45,37 +31,21 @@ struct Paragraph {
   std::size_t sync = 0;  // the position of the SYNC
 };
 
-/// The line numbers of places, which must be asked for in order.
-class LineNumbers {
- public:
-  explicit LineNumbers(const FormatInput& input) noexcept
-      : text_(input.text), at_(input.begin), line_(input.firstLine) {}
-
-  int of(std::size_t place) noexcept {
-    line_ += countLines(text_.substr(at_, place - at_));
-    at_ = place;
-    return line_;
-  }
-
- private:
-  std::string_view text_;
-  std::size_t at_;
-  int line_;
-};
-
 /// Finds the paragraphs of a file, and the classes that its style sheets declare.
 class Scanner {
  public:
   Scanner(const FormatInput& input, Notes& notes)
-      : text_(input.text), begin_(input.begin), notes_(notes), lines_(input) {
+      : text_(input.text),
+        begin_(input.begin),
+        notes_(notes),
+        lines_(input.text, input.begin, input.firstLine) {
     paragraphs_.reserve(text_.size() / sizeof(Paragraph));  // few are shorter in a file
   }
 
   void scan() {
     std::size_t seen = begin_;
     for (std::size_t at = seen; at < text_.size();) {
-      // Many tags follow one another.
-      if (text_[at] != '<') at += findAny<'<'>(text_.substr(at));
+      at += findAny<'<'>(text_.substr(at));
       const std::size_t length = at < text_.size() ? readTag(seen, at) : 0;
       at += std::max<std::size_t>(length, 1);
       if (length > 0) seen = at;
@@ -102,43 +72,21 @@ class Scanner {
     }
   }
 
-  /// The opening tag of a paragraph, as it is written.
-  struct ParagraphTag {
-    std::string_view text;
-    SamiClass* ofClass = nullptr;
-  };
-
   /// Reads the tag at `begin`, and the text before it from `seen` on. Returns the length of the
   /// tag; 0 if it is text.
   std::size_t readTag(std::size_t seen, std::size_t begin) {
-    if (const std::size_t length = readKnownParagraph(seen, begin); length > 0) return length;
-    return readAnyTag(seen, begin);
-  }
-
-  /// As readTag(); 0 unless it is written like one of the last paragraphs' tags.
-  std::size_t readKnownParagraph(std::size_t seen, std::size_t begin) {
-    for (const auto& [tag, ofClass] : paragraphTags_) {
-      if (tag.empty() || !text_.substr(begin).starts_with(tag)) continue;
-      passText(seen, begin);
-      if (beginParagraph(begin, begin + tag.size())) paragraphs_.back().ofClass = ofClass;
-      return tag.size();
-    }
-    return 0;
-  }
-
-  std::size_t readAnyTag(std::size_t seen, std::size_t begin) {
     const LooseTag tag = tagAt(begin);
     if (tag.length == 0) return 0;
     const std::size_t end = begin + tag.length;
     passText(seen, begin);
     if (place_ == Place::kSheet && !tag.name.empty()) finish(begin);
     if (tag.opens("p")) {
-      const std::string_view text = text_.substr(begin, tag.length);
-      if (beginParagraph(begin, end)) paragraphs_.back().ofClass = ofClass(tag, text);
+      if (beginParagraph(begin, end)) {
+        paragraphs_.back().ofClass = classes_.use(tag.attribute("class"));
+      }
     } else if (tag.opens("sync")) {
-      const SyncTimes times(tag);
-      const auto saidEnd = times.end ? timeOf(*times.end) : std::nullopt;
-      beginSync(timeOf(times.start.value_or("")), saidEnd.value_or(kNever), begin, end);
+      const long long saidEnd = timeOf(tag.attribute("end")).value_or(kNever);
+      beginSync(timeOf(tag.attribute("start")), saidEnd, begin, end);
     } else if (tag.opens("style")) {
       finish(begin);
       place_ = Place::kSheet;
@@ -147,15 +95,6 @@ class Scanner {
       finish(begin);
     }
     return tag.length;
-  }
-
-  /// The class of a paragraph. Remembers the tag, which usually recurs, or alternates with another.
-  SamiClass* ofClass(const LooseTag& tag, std::string_view text) {
-    SamiClass* const used = classes_.use(tag.attribute("class"));
-    if (tag.isWhole && tag.areQuotesClosed) {
-      paragraphTags_ = {ParagraphTag{text, used}, paragraphTags_[0]};
-    }
-    return used;
   }
 
   /// Comment delimiters have no meaning in a style sheet.
@@ -200,7 +139,6 @@ class Scanner {
   LooseTags tags_;
   SamiClasses classes_;
   std::vector<Paragraph> paragraphs_;
-  std::array<ParagraphTag, 2> paragraphTags_;  // the last ones
   Place place_ = Place::kOutside;
 };
 
@@ -212,12 +150,6 @@ bool isOther(const SamiClass& ofClass, const SamiClass& language) noexcept {
   return ofClass.kind == Kind::kLanguage || language.kind == Kind::kUndeclared;
 }
 
-Paragraph& theOne(Paragraph& paragraph) noexcept { return paragraph; }
-Paragraph& theOne(Paragraph* paragraph) noexcept { return *paragraph; }
-
-/// Whether `a` begins earlier.
-bool isBefore(const Paragraph& a, const Paragraph& b) noexcept { return a.start < b.start; }
-
 /// A paragraph ends where its SYNC says or, if that is earlier, where the next paragraph of its
 /// class or of no class begins; if there is none, where any begins.
 class Ends {
@@ -225,15 +157,15 @@ class Ends {
   /// If `haveClasses` is false, classes are ignored.
   explicit Ends(bool haveClasses) noexcept : haveClasses_(haveClasses) {}
 
-  /// Sets those of paragraphs, or of pointers to them. Requires: they are sorted by start.
-  template <typename Iterator>
-  void set(Iterator begin, Iterator end) {
-    while (begin != end) {
-      auto first = end - 1;
-      while (first != begin && theOne(*(first - 1)).start == theOne(*first).start) --first;
-      for (auto at = first; at != end; ++at) setEnd(theOne(*at));
-      for (auto at = first; at != end; ++at) noteStart(theOne(*at));
-      end = first;
+  /// Requires: the paragraphs are sorted by start.
+  void set(std::span<Paragraph* const> paragraphs) {
+    while (!paragraphs.empty()) {
+      const long long start = paragraphs.back()->start;
+      const auto first = std::ranges::lower_bound(paragraphs, start, {}, &Paragraph::start);
+      const std::span together(first, paragraphs.end());
+      for (Paragraph* const paragraph : together) setEnd(*paragraph);
+      for (const Paragraph* const paragraph : together) noteStart(*paragraph);
+      paragraphs = paragraphs.first(paragraphs.size() - together.size());
     }
   }
 
@@ -256,16 +188,11 @@ class Ends {
 };
 
 void setEnds(std::vector<Paragraph>& paragraphs, bool haveClasses) {
-  Ends ends(haveClasses);
-  if (std::is_sorted(paragraphs.begin(), paragraphs.end(), isBefore)) {
-    return ends.set(paragraphs.begin(), paragraphs.end());
-  }
   std::vector<Paragraph*> byTime;
   byTime.reserve(paragraphs.size());
   for (Paragraph& paragraph : paragraphs) byTime.push_back(&paragraph);
-  std::sort(byTime.begin(), byTime.end(),
-            [](const Paragraph* a, const Paragraph* b) { return isBefore(*a, *b); });
-  ends.set(byTime.begin(), byTime.end());
+  std::ranges::sort(byTime, {}, &Paragraph::start);
+  Ends(haveClasses).set(byTime);
 }
 
 /// Drops the paragraphs of other languages.
@@ -279,10 +206,10 @@ void select(const SamiClass& language, std::vector<Paragraph>& paragraphs) {
 /// without text only end what is shown.
 class CueWriter {
  public:
-  CueWriter(const FormatInput& input, CueSink& sink) : sink_(sink), lines_(input) {}
+  CueWriter(const FormatInput& input, CueSink& sink)
+      : sink_(sink), lines_(input.text, input.begin, input.firstLine) {}
 
   void write(const std::vector<Paragraph>& paragraphs) {
-    sink_.cues().reserve(paragraphs.size() / 2);  // in most files every other one has text
     for (auto at = paragraphs.begin(); at != paragraphs.end(); ++index_) {
       const Paragraph& first = *at;
       bool isClosed = true;

@@ -6,36 +6,36 @@
 namespace kssubtitle::importing {
 namespace {
 
-void setTime(double& time, const char* value, const TtmlRates& rates,
+void setTime(double& time, std::string_view value, const TtmlRates& rates,
              TtmlElement& element) noexcept {
   const double read = ttmlTime(value, rates, element.hasRepairedTime);
   if (read < 0) {
-    if (*value == '\0' || is(value, "indefinite")) return;
+    if (value.empty() || value == "indefinite") return;
     element.hasBadTime = true;
   }
   time = read;
 }
 
 /// Reads an attribute. Returns whether it is one that is not about style.
-bool readAttribute(TtmlElement& element, const char* name, const char* value,
+bool readAttribute(TtmlElement& element, std::string_view name, std::string_view value,
                    const TtmlRates& rates) noexcept {
-  if (is(name, "begin")) {
+  if (name == "begin") {
     setTime(element.begin, value, rates, element);
-  } else if (is(name, "end")) {
+  } else if (name == "end") {
     setTime(element.end, value, rates, element);
-  } else if (is(name, "dur")) {
+  } else if (name == "dur") {
     setTime(element.duration, value, rates, element);
-  } else if (is(name, "region")) {
+  } else if (name == "region") {
     element.region = value;
-  } else if (is(name, "style")) {
+  } else if (name == "style") {
     element.styleNames = value;
-  } else if (is(name, "space")) {
+  } else if (name == "space") {
     element.hasSpace = true;
-    element.keepsSpace = is(value, "preserve");
-  } else if (is(name, "lang")) {
+    element.keepsSpace = value == "preserve";
+  } else if (name == "lang") {
     element.language = value;
-  } else if (is(name, "timeContainer")) {
-    element.isSequential = is(value, "seq");
+  } else if (name == "timeContainer") {
+    element.isSequential = value == "seq";
   } else {
     return false;
   }
@@ -43,27 +43,23 @@ bool readAttribute(TtmlElement& element, const char* name, const char* value,
 }
 
 /// Whether a time with that name was given.
-bool hasTime(const TtmlElement& element, const char* name) noexcept {
-  return (is(name, "begin") && TtmlElement::isGiven(element.begin)) ||
-         (is(name, "end") && TtmlElement::isGiven(element.end)) ||
-         (is(name, "dur") && TtmlElement::isGiven(element.duration));
+bool hasTime(const TtmlElement& element, std::string_view name) noexcept {
+  return (name == "begin" && TtmlElement::isGiven(element.begin)) ||
+         (name == "end" && TtmlElement::isGiven(element.end)) ||
+         (name == "dur" && TtmlElement::isGiven(element.duration));
 }
 
 }  // namespace
 
-/// Most names have no prefix, so that they are first compared as they are. Times in other
-/// namespaces count if there are none in the standard's.
+/// Times in other namespaces count if there are none in the standard's.
 TtmlElement readTtmlElement(pugi::xml_node node, const TtmlRates& rates) noexcept {
   TtmlElement element;
-  pugi::xml_attribute attribute = node.first_attribute();
-  for (const char* name; *(name = attribute.name()) != '\0';
-       attribute = attribute.next_attribute()) {
-    const char* const value = attribute.value();
-    if (readAttribute(element, name, value, rates)) continue;
-    const char* const local = localName(name);
-    if (local != name && hasTime(element, local)) continue;
-    if (local == name || !readAttribute(element, local, value, rates)) {
-      element.style.set(local, value);
+  for (const pugi::xml_attribute attribute : node.attributes()) {
+    const std::string_view name = localName(attribute.name());
+    const bool hasPrefix = name.data() != attribute.name();
+    if (hasPrefix && hasTime(element, name)) continue;
+    if (!readAttribute(element, name, attribute.value(), rates)) {
+      element.style.set(name, attribute.value());
     }
   }
   return element;

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <pugixml.hpp>
+#include <string_view>
 
 #include "kssubtitle/import/formats/ttml/styles.h"
 #include "kssubtitle/import/formats/ttml/time_expressions.h"
@@ -22,9 +23,9 @@ struct TtmlElement {
   bool isSequential = false;
   bool hasSpace = false;
   bool keepsSpace = false;
-  const char* language = "";
-  const char* region = "";
-  const char* styleNames = "";
+  std::string_view language;
+  std::string_view region;
+  std::string_view styleNames;
   TtmlStyle style;
 
   static constexpr bool isGiven(double time) noexcept { return time >= 0; }

@@ -2,6 +2,7 @@
 #include "kssubtitle/import/formats/ttml/paragraph.h"
 
 #include <algorithm>
+#include <cmath>
 
 #include "kssubtitle/import/formats/common/frames.h"
 #include "kssubtitle/import/formats/ttml/names.h"
@@ -19,21 +20,20 @@ constexpr bool isXmlSpace(char c) noexcept {
 
 constexpr bool isLineEnd(char c) noexcept { return c == '\n' || c == '\r'; }
 
-bool isAllSpace(const char* text) noexcept {
-  while (isXmlSpace(*text)) ++text;
-  return *text == '\0';
+bool isAllSpace(std::string_view text) noexcept {
+  return std::all_of(text.begin(), text.end(), isXmlSpace);
 }
 
 long long toMilliseconds(double time) noexcept {
   constexpr double kFarthest = 1e18;
-  return nearestTo(std::min(inDoublePrecision(time), kFarthest));
+  return std::llround(std::min(inDoublePrecision(time), kFarthest));
 }
 
 /// Whether text in an element with that name belongs to the paragraph. Files made from HTML have
 /// its tags too, in which the text after an unclosed `<br>` is inside of it.
-bool isInline(const char* name) noexcept {
-  return is(name, "span") || is(name, "br") || is(name, "i") || is(name, "b") || is(name, "u") ||
-         is(name, "em") || is(name, "strong") || is(name, "font");
+bool isInline(std::string_view name) noexcept {
+  return name == "span" || name == "br" || name == "i" || name == "b" || name == "u" ||
+         name == "em" || name == "strong" || name == "font";
 }
 
 bool isWhiteSpace(const Entity& entity) noexcept {
@@ -41,10 +41,10 @@ bool isWhiteSpace(const Entity& entity) noexcept {
 }
 
 /// The style that the name of an element implies.
-void setStyleOfName(const char* name, TtmlStyle& style) noexcept {
-  if (is(name, "i") || is(name, "em")) style.set(TtmlStyle::kItalic, true);
-  if (is(name, "b") || is(name, "strong")) style.set(TtmlStyle::kBold, true);
-  if (is(name, "u")) style.set(TtmlStyle::kUnderline, true);
+void setStyleOfName(std::string_view name, TtmlStyle& style) noexcept {
+  if (name == "i" || name == "em") style.set(TtmlStyle::kItalic, true);
+  if (name == "b" || name == "strong") style.set(TtmlStyle::kBold, true);
+  if (name == "u") style.set(TtmlStyle::kUnderline, true);
 }
 
 }  // namespace
@@ -70,17 +70,15 @@ double TtmlParagraphs::write(pugi::xml_node node, TtmlContext& context, int line
 double TtmlParagraphs::collect(pugi::xml_node node, const TtmlContext& context, int depth) {
   double reference = context.time.begin;
   double last = reference;
-  const auto addText = [&](const char* text, bool hasReferences) {
+  const auto addText = [&](std::string_view text, bool hasReferences) {
     if (collectText(text, hasReferences, context, depth)) last = TtmlInterval::kNever;
   };
   // The XML parser stores text before all children in the parent.
-  if (const char* const text = node.value(); *text != '\0') addText(text, true);
-  pugi::xml_node child = node.first_child();
-  for (pugi::xml_node_type type; (type = child.type()) != pugi::node_null;
-       child = child.next_sibling()) {
-    if (type != pugi::node_element) {
-      addText(child.value(), type == pugi::node_pcdata);
-    } else if (const char* const name = localName(child.name()); isInline(name)) {
+  addText(node.value(), true);
+  for (const pugi::xml_node child : node) {
+    if (child.type() != pugi::node_element) {
+      addText(child.value(), child.type() == pugi::node_pcdata);
+    } else if (const std::string_view name = localName(child.name()); isInline(name)) {
       const double end = collectElement(child, name, context, reference, depth);
       if (context.isSequential) reference = end;
       last = std::max(last, end);
@@ -90,9 +88,9 @@ double TtmlParagraphs::collect(pugi::xml_node node, const TtmlContext& context, 
 }
 
 /// Whether it is more than white space.
-bool TtmlParagraphs::collectText(const char* text, bool hasReferences, const TtmlContext& context,
-                                 int depth) {
-  if (*text == '\0') return false;
+bool TtmlParagraphs::collectText(std::string_view text, bool hasReferences,
+                                 const TtmlContext& context, int depth) {
+  if (text.empty()) return false;
   const bool isSpace = isAllSpace(text);
   Part& part = parts_.emplace_back();
   part.text = isSpace && !context.keepsSpace ? " " : text;
@@ -103,7 +101,7 @@ bool TtmlParagraphs::collectText(const char* text, bool hasReferences, const Ttm
   return !isSpace;
 }
 
-double TtmlParagraphs::collectElement(pugi::xml_node node, const char* name,
+double TtmlParagraphs::collectElement(pugi::xml_node node, std::string_view name,
                                       const TtmlContext& outer, double reference, int depth) {
   const TtmlElement element = readTtmlElement(node, document_.rates);
   TtmlContext context = document_.enter(element, outer, reference);
@@ -113,7 +111,7 @@ double TtmlParagraphs::collectElement(pugi::xml_node node, const char* name,
   if (element.hasBadTime || !isFollowed) sink_.notes().add(ksImportProblem::kUnsupported, line_);
   const std::size_t place = parts_.size();
   Part& part = parts_.emplace_back();
-  part.endsLine = is(name, "br");
+  part.endsLine = name == "br";
   part.time = context.time;
   const double end = isFollowed ? collect(node, context, depth + 1) : TtmlInterval::kNever;
   parts_[place].next = parts_.size();
@@ -124,7 +122,7 @@ double TtmlParagraphs::collectElement(pugi::xml_node node, const char* name,
 void TtmlParagraphs::findBoundaries(const TtmlInterval& time) {
   boundaries_ = {time.begin, time.end};
   for (const Part& part : parts_) {
-    if (part.text != nullptr) continue;
+    if (!part.text.empty()) continue;
     for (const double boundary : {part.time.begin, part.time.end}) {
       if (boundary > time.begin && boundary < time.end) boundaries_.push_back(boundary);
     }
@@ -138,7 +136,7 @@ TtmlInterval TtmlParagraphs::timeOfElements(const TtmlInterval& time) const noex
   if (hasOwnText_) return time;
   TtmlInterval all{TtmlInterval::kNever, time.begin};
   for (const Part& part : parts_) {
-    if (part.text != nullptr || part.time.begin >= std::min(part.time.end, time.end)) continue;
+    if (!part.text.empty() || part.time.begin >= std::min(part.time.end, time.end)) continue;
     all.begin = std::min(all.begin, std::max(part.time.begin, time.begin));
     all.end = std::max(all.end, std::min(part.time.end, time.end));
   }
@@ -146,7 +144,7 @@ TtmlInterval TtmlParagraphs::timeOfElements(const TtmlInterval& time) const noex
 }
 
 void TtmlParagraphs::showParts(double time) noexcept {
-  for (Part& part : parts_) part.isShown = part.text != nullptr || part.time.holds(time);
+  for (Part& part : parts_) part.isShown = !part.text.empty() || part.time.holds(time);
 }
 
 /// In files whose times count from their beginning, times within paragraphs are those of lyrics:
@@ -216,7 +214,7 @@ void TtmlParagraphs::writeShownParts() {
       continue;
     }
     ++i;
-    if (part.text != nullptr) {
+    if (!part.text.empty()) {
       writeText(part);
     } else if (part.endsLine) {
       sink_.text().endLine();

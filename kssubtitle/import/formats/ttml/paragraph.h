@@ -27,7 +27,7 @@ class TtmlParagraphs {
  private:
   /// A text or an element within the paragraph.
   struct Part {
-    const char* text;  // null for an element
+    std::string_view text;  // empty for an element
     // Of a text.
     Style style;
     bool keepsSpace;
@@ -40,9 +40,10 @@ class TtmlParagraphs {
   };
 
   double collect(pugi::xml_node node, const TtmlContext& context, int depth);
-  double collectElement(pugi::xml_node node, const char* name, const TtmlContext& outer,
+  double collectElement(pugi::xml_node node, std::string_view name, const TtmlContext& outer,
                         double reference, int depth);
-  bool collectText(const char* text, bool hasReferences, const TtmlContext& context, int depth);
+  bool collectText(std::string_view text, bool hasReferences, const TtmlContext& context,
+                   int depth);
   void findBoundaries(const TtmlInterval& time);
   TtmlInterval timeOfElements(const TtmlInterval& time) const noexcept;
   void showParts(double time) noexcept;

@@ -3,7 +3,6 @@
 
 #include <algorithm>
 #include <cstddef>
-#include <cstring>
 
 #include "kssubtitle/import/formats/common/numbers.h"
 #include "kssubtitle/import/formats/ttml/names.h"
@@ -74,15 +73,15 @@ std::string_view valueOf(pugi::xml_node node, std::string_view name) noexcept {
 
 }  // namespace
 
-void TtmlStyle::set(const char* name, const char* value) noexcept {
-  if (is(name, "color")) setIfSaid(kColour, colour_, ttmlColour(value));
-  if (is(name, "fontStyle")) set(kItalic, is(value, "italic") || is(value, "oblique"));
-  if (is(name, "fontWeight")) set(kBold, is(value, "bold"));
-  if (is(name, "textDecoration")) setDecoration(value);
-  if (is(name, "textAlign")) setIfSaid(kColumn, column_, columnOf(value));
-  if (is(name, "displayAlign")) setIfSaid(kAnchor, anchor_, anchorOf(value));
-  if (is(name, "origin")) setIfSaid(kTop, top_, verticalIn(value));
-  if (is(name, "extent")) setIfSaid(kHeight, height_, verticalIn(value));
+void TtmlStyle::set(std::string_view name, std::string_view value) noexcept {
+  if (name == "color") setIfSaid(kColour, colour_, ttmlColour(value));
+  if (name == "fontStyle") set(kItalic, value == "italic" || value == "oblique");
+  if (name == "fontWeight") set(kBold, value == "bold");
+  if (name == "textDecoration") setDecoration(value);
+  if (name == "textAlign") setIfSaid(kColumn, column_, columnOf(value));
+  if (name == "displayAlign") setIfSaid(kAnchor, anchor_, anchorOf(value));
+  if (name == "origin") setIfSaid(kTop, top_, verticalIn(value));
+  if (name == "extent") setIfSaid(kHeight, height_, verticalIn(value));
 }
 
 void TtmlStyle::setDecoration(std::string_view value) noexcept {
@@ -108,10 +107,10 @@ void TtmlStyles::readHead(pugi::xml_node head) {
   hasHead_ = !head.first_child().empty() || *head.value() != '\0';
   for (const pugi::xml_node part : head) {
     for (const pugi::xml_node node : part) {
-      const char* const name = localName(node.name());
-      if (is(name, "style")) add(styles_, node);
-      if (is(name, "region")) add(regions_, node);
-      if (!is(name, "initial")) continue;
+      const std::string_view name = localName(node.name());
+      if (name == "style") add(styles_, node);
+      if (name == "region") add(regions_, node);
+      if (name != "initial") continue;
       for (const pugi::xml_attribute attribute : node.attributes()) {
         initial_.set(localName(attribute.name()), attribute.value());
       }
@@ -119,25 +118,6 @@ void TtmlStyles::readHead(pugi::xml_node head) {
   }
   for (const auto& [name, definition] : styles_) find(styles_, name, 0);
   for (const auto& [name, definition] : regions_) find(regions_, name, 0);
-  lastNames_ = lastRegionName_ = "";
-  lastNamed_ = {};
-  lastRegion_ = nullptr;
-}
-
-const TtmlStyle& TtmlStyles::named(const char* names) {
-  if (std::strcmp(names, lastNames_) != 0) {
-    lastNamed_ = named(names, 0);
-    lastNames_ = names;
-  }
-  return lastNamed_;
-}
-
-const TtmlStyle* TtmlStyles::region(const char* name) {
-  if (std::strcmp(name, lastRegionName_) != 0) {
-    lastRegion_ = find(regions_, name, 0);
-    lastRegionName_ = name;
-  }
-  return lastRegion_;
 }
 
 void TtmlStyles::add(Definitions& definitions, pugi::xml_node node) {
@@ -162,7 +142,7 @@ const TtmlStyle* TtmlStyles::find(Definitions& definitions, std::string_view nam
 TtmlStyle TtmlStyles::resolve(pugi::xml_node node, int depth) {
   TtmlStyle style = named(valueOf(node, "style"), depth + 1);
   for (const pugi::xml_node inner : node) {
-    if (is(localName(inner.name()), "style") && depth < kMostReferences) {
+    if (localName(inner.name()) == "style" && depth < kMostReferences) {
       style.take(resolve(inner, depth + 1));
     }
   }

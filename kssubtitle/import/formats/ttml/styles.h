@@ -17,7 +17,7 @@ class TtmlStyle {
   enum Switch : unsigned { kItalic = 1, kBold = 2, kUnderline = 4, kStrikeOut = 8 };
 
   /// Applies an attribute, if it is about style.
-  void set(const char* name, const char* value) noexcept;
+  void set(std::string_view name, std::string_view value) noexcept;
   void set(Switch property, bool isOn) noexcept {
     said_ |= property;
     switches_ = isOn ? switches_ | property : switches_ & ~property;
@@ -74,9 +74,9 @@ class TtmlStyles {
   /// Reads the first head that is not empty; a document has one.
   void readHead(pugi::xml_node head);
   /// The combined styles with these names; later ones win.
-  const TtmlStyle& named(const char* names);
+  TtmlStyle named(std::string_view names) { return named(names, 0); }
   /// What a region applies to its contents; null if no region has the name.
-  const TtmlStyle* region(const char* name);
+  const TtmlStyle* region(std::string_view name) { return find(regions_, name, 0); }
   /// The initial style.
   const TtmlStyle& initial() const noexcept { return initial_; }
 
@@ -98,11 +98,6 @@ class TtmlStyles {
   Definitions regions_;
   TtmlStyle initial_;
   bool hasHead_ = false;
-  // The last ones asked for: consecutive paragraphs ask for the same.
-  const char* lastNames_ = "";
-  TtmlStyle lastNamed_;
-  const char* lastRegionName_ = "";
-  const TtmlStyle* lastRegion_ = nullptr;
 };
 
 }  // namespace kssubtitle::importing

@@ -91,24 +91,26 @@ double lengthOfFrames(const Digits& frames, const Fraction& subFrames,
 
 constexpr double kNoTime = -1;
 
-/// The time of the usual form, "hh:mm:ss.fff".
-double usualTime(const char* text) noexcept {
-  int time = 0;
-  const auto consumePair = [&](char next, int unit) {
-    if (!isDigit(text[0]) || !isDigit(text[1]) || text[2] != next) return false;
-    time += ((text[0] - '0') * 10 + (text[1] - '0')) * unit;
-    text += 3;
-    return true;
-  };
-  if (!consumePair(':', 3600000) || !consumePair(':', 60000) || !consumePair('.', 1000))
-    return kNoTime;
-  if (!isDigit(text[0]) || !isDigit(text[1]) || !isDigit(text[2]) || text[3] != '\0')
-    return kNoTime;
-  return time + (text[0] - '0') * 100 + (text[1] - '0') * 10 + (text[2] - '0');
+}  // namespace
+
+TtmlRates ttmlRatesOf(pugi::xml_node root, double frameRate) noexcept {
+  TtmlRates rates;
+  double multiplier = 1;
+  std::optional<double> frames;
+  std::optional<double> ticks;
+  for (const pugi::xml_attribute attribute : root.attributes()) {
+    const std::string_view name = localName(attribute.name());
+    if (name == "frameRate") frames = rateIn(attribute.value());
+    if (name == "frameRateMultiplier") multiplier = multiplierIn(attribute.value());
+    if (name == "subFrameRate") rates.subFrames = rateIn(attribute.value()).value_or(1);
+    if (name == "tickRate") ticks = tickRateIn(attribute.value());
+  }
+  rates.frames = frames.value_or(usableFrameRate(frameRate).value_or(rates.frames)) * multiplier;
+  rates.ticks = ticks.value_or(frames ? *frames * rates.subFrames : 1);
+  return rates;
 }
 
-/// The time of any form.
-double anyTime(std::string_view text, const TtmlRates& rates, bool& isRepaired) noexcept {
+double ttmlTime(std::string_view text, const TtmlRates& rates, bool& isRepaired) noexcept {
   constexpr std::size_t kMostFields = 4;
   Digits fields[kMostFields];
   std::size_t count = 0;
@@ -130,30 +132,6 @@ double anyTime(std::string_view text, const TtmlRates& rates, bool& isRepaired) 
   }
   if (count < kMostFields) return lengthOf(seconds, *fraction, *unit);
   return seconds * 1000 + lengthOfFrames(fields[3], *fraction, rates);
-}
-
-}  // namespace
-
-TtmlRates ttmlRatesOf(pugi::xml_node root, double frameRate) noexcept {
-  TtmlRates rates;
-  double multiplier = 1;
-  std::optional<double> frames;
-  std::optional<double> ticks;
-  for (const pugi::xml_attribute attribute : root.attributes()) {
-    const char* const name = localName(attribute.name());
-    if (is(name, "frameRate")) frames = rateIn(attribute.value());
-    if (is(name, "frameRateMultiplier")) multiplier = multiplierIn(attribute.value());
-    if (is(name, "subFrameRate")) rates.subFrames = rateIn(attribute.value()).value_or(1);
-    if (is(name, "tickRate")) ticks = tickRateIn(attribute.value());
-  }
-  rates.frames = frames.value_or(usableFrameRate(frameRate).value_or(rates.frames)) * multiplier;
-  rates.ticks = ticks.value_or(frames ? *frames * rates.subFrames : 1);
-  return rates;
-}
-
-double ttmlTime(const char* text, const TtmlRates& rates, bool& isRepaired) noexcept {
-  const double usual = usualTime(text);
-  return usual >= 0 ? usual : anyTime(text, rates, isRepaired);
 }
 
 }  // namespace kssubtitle::importing

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <pugixml.hpp>
+#include <string_view>
 
 namespace kssubtitle::importing {
 
@@ -19,6 +20,6 @@ TtmlRates ttmlRatesOf(pugi::xml_node root, double frameRate) noexcept;
 /// The milliseconds, not rounded, of "h:m:s" with a fraction or frames after it, of "m:s", of "s",
 /// or of a number with one of the units h, m, s, ms, f and t; negative if `text` is not one of
 /// these. Sets `isRepaired` if the standard does not have the form.
-double ttmlTime(const char* text, const TtmlRates& rates, bool& isRepaired) noexcept;
+double ttmlTime(std::string_view text, const TtmlRates& rates, bool& isRepaired) noexcept;
 
 }  // namespace kssubtitle::importing

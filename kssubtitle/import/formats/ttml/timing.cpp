@@ -43,9 +43,9 @@ TtmlContext TtmlDocument::enter(const TtmlElement& element, const TtmlContext& o
   context.writtenTime = timeFrom(0, outer.writtenTime.begin, element, outer.writtenTime);
   context.isSequential = element.isSequential;
   if (element.hasSpace) context.keepsSpace = element.keepsSpace;
-  if (*element.styleNames != '\0') context.style.take(styles.named(element.styleNames));
+  if (!element.styleNames.empty()) context.style.take(styles.named(element.styleNames));
   context.style.take(element.style);
-  if (*element.region == '\0') return context;
+  if (element.region.empty()) return context;
   if (const TtmlStyle* const region = styles.region(element.region)) context.region = region;
   return context;
 }

@@ -76,9 +76,9 @@ class XmlText {
     if (result.status == pugi::status_out_of_memory) throw std::bad_alloc();
     return result;
   }
-  /// The position of a name in the text.
-  std::size_t placeOf(const char* name) const noexcept {
-    return static_cast<std::size_t>(name - characters_.get());
+  /// The position of an element's name in the text.
+  std::size_t placeOf(pugi::xml_node element) const noexcept {
+    return static_cast<std::size_t>(element.name() - characters_.get());
   }
 
  private:
@@ -95,8 +95,7 @@ class TtmlReader {
         xml_(text_),
         document_{{}, {}, TtmlTimeline(isAbsolute)},
         paragraphs_(document_, sink, kMostPieceBytes * text_.size()),
-        line_(input.firstLine),
-        lineEnd_(std::min(text_.find('\n'), text_.size())) {}
+        lines_(text_, 0, input.firstLine) {}
 
   void read();
   bool suggestsAbsolute() const noexcept { return document_.timeline.suggestsAbsolute(); }
@@ -109,14 +108,12 @@ class TtmlReader {
   void readRoot(pugi::xml_node root);
   pugi::xml_node nextIn(pugi::xml_node parent, pugi::xml_node child) const noexcept;
   double readChildren(pugi::xml_node parent, const TtmlContext& context, int depth);
-  double readTimed(pugi::xml_node node, const char* name, const TtmlContext& outer,
+  double readTimed(pugi::xml_node node, std::string_view name, const TtmlContext& outer,
                    double reference, int depth);
-  double readParagraph(pugi::xml_node node, const char* name, TtmlContext& context,
-                       double outerEnd);
+  double readParagraph(pugi::xml_node node, TtmlContext& context, double outerEnd);
   void listLanguages();
   void dropOtherLanguages();
   int languageOf(std::string_view name);
-  int lineAt(std::size_t place) noexcept;
 
   const FormatInput& input_;
   CueSink& sink_;
@@ -130,8 +127,7 @@ class TtmlReader {
   TtmlContext division_;
   std::vector<std::string> names_;  // of the languages of elements
   std::vector<int> languages_;      // of the cues: indices into names_
-  int line_;                        // the line of the last place asked for
-  std::size_t lineEnd_;
+  LineNumbers lines_;
 };
 
 /// Resumes with the next paragraph after an error.
@@ -156,7 +152,7 @@ std::size_t TtmlReader::readFrom(std::size_t from) {
   const std::size_t error = from + static_cast<std::size_t>(result.offset);
   const std::size_t next = findElement(text_, std::max(error, from + 1));
   if (error >= text_.size() || from == 0 || !endsOther(text_, error)) {
-    sink_.notes().add(ksImportProblem::kTagUnclosed, lineAt(std::min(error, text_.size() - 1)));
+    sink_.notes().add(ksImportProblem::kTagUnclosed, lines_.of(std::min(error, text_.size() - 1)));
   }
   return next;
 }
@@ -174,7 +170,7 @@ void TtmlReader::readRoot(pugi::xml_node root) {
 /// What is read after `child`. An unclosed paragraph contains those after it, which are read as its
 /// siblings.
 pugi::xml_node TtmlReader::nextIn(pugi::xml_node parent, pugi::xml_node child) const noexcept {
-  const auto isParagraph = [](pugi::xml_node node) { return is(localName(node.name()), "p"); };
+  const auto isParagraph = [](pugi::xml_node node) { return localName(node.name()) == "p"; };
   if (!isWellFormed_ && isParagraph(child)) {
     if (const pugi::xml_node inner = child.find_child(isParagraph)) return inner;
   }
@@ -190,15 +186,13 @@ pugi::xml_node TtmlReader::nextIn(pugi::xml_node parent, pugi::xml_node child) c
 double TtmlReader::readChildren(pugi::xml_node parent, const TtmlContext& context, int depth) {
   double reference = context.time.begin;
   double last = reference;
-  pugi::xml_node child = parent.first_child();
-  for (pugi::xml_node_type type; (type = child.type()) != pugi::node_null;
-       child = nextIn(parent, child)) {
-    if (type != pugi::node_element) continue;
-    const char* const name = localName(child.name());
-    if (is(name, "head")) document_.styles.readHead(child);
-    if (!is(name, "p") && !is(name, "div") && !is(name, "body")) continue;
+  for (pugi::xml_node child = parent.first_child(); child; child = nextIn(parent, child)) {
+    if (child.type() != pugi::node_element) continue;
+    const std::string_view name = localName(child.name());
+    if (name == "head") document_.styles.readHead(child);
+    if (name != "p" && name != "div" && name != "body") continue;
     if (depth == kMostTtmlDepth) {
-      sink_.notes().add(ksImportProblem::kUnsupported, lineAt(xml_.placeOf(name)));
+      sink_.notes().add(ksImportProblem::kUnsupported, lines_.of(xml_.placeOf(child)));
       continue;
     }
     const double end = readTimed(child, name, context, reference, depth);
@@ -208,33 +202,32 @@ double TtmlReader::readChildren(pugi::xml_node parent, const TtmlContext& contex
   return last;
 }
 
-double TtmlReader::readTimed(pugi::xml_node node, const char* name, const TtmlContext& outer,
+double TtmlReader::readTimed(pugi::xml_node node, std::string_view name, const TtmlContext& outer,
                              double reference, int depth) {
   const TtmlElement element = readTtmlElement(node, document_.rates);
   TtmlContext context = document_.enter(element, outer, reference);
-  if (*element.language != '\0') context.language = languageOf(element.language);
-  const bool isParagraph = is(name, "p");
+  if (!element.language.empty()) context.language = languageOf(element.language);
+  const bool isParagraph = name == "p";
   if (element.hasBadTime) {
     sink_.notes().add(
         isParagraph ? ksImportProblem::kTimeUnreadable : ksImportProblem::kUnsupported,
-        lineAt(xml_.placeOf(name)));
+        lines_.of(xml_.placeOf(node)));
   } else if (element.hasRepairedTime) {
-    sink_.notes().add(ksImportProblem::kTimeRepaired, lineAt(xml_.placeOf(name)));
+    sink_.notes().add(ksImportProblem::kTimeRepaired, lines_.of(xml_.placeOf(node)));
   }
   if (isParagraph && element.hasBadTime) return reference;
   double end = 0;
   if (isParagraph) {
-    end = readParagraph(node, name, context, outer.time.end);
+    end = readParagraph(node, context, outer.time.end);
   } else {
-    (is(name, "body") ? body_ : division_) = context;
+    (name == "body" ? body_ : division_) = context;
     end = readChildren(node, context, depth + 1);
   }
   return element.hasEnd() ? context.time.end : std::min(end, context.time.end);
 }
 
-double TtmlReader::readParagraph(pugi::xml_node node, const char* name, TtmlContext& context,
-                                 double outerEnd) {
-  const int line = lineAt(xml_.placeOf(name));
+double TtmlReader::readParagraph(pugi::xml_node node, TtmlContext& context, double outerEnd) {
+  const int line = lines_.of(xml_.placeOf(node));
   if (context.time.begin >= outerEnd) {
     sink_.notes().add(ksImportProblem::kOutsideParent, line);
     return context.time.begin;
@@ -282,15 +275,6 @@ int TtmlReader::languageOf(std::string_view name) {
   }
   if (found == names_.end()) found = names_.emplace(found, name);
   return static_cast<int>(found - names_.begin());
-}
-
-/// Requires: places are asked for in order.
-int TtmlReader::lineAt(std::size_t place) noexcept {
-  while (lineEnd_ < place) {
-    ++line_;
-    lineEnd_ = std::min(text_.find('\n', lineEnd_ + 1), text_.size());
-  }
-  return line_;
 }
 
 Likelihood likelihoodOf(std::string_view text) noexcept {
