@@ -314,8 +314,6 @@ Likelihood likelihoodOf(std::string_view text) noexcept {
   return likelihood;
 }
 
-void read(const FormatInput& input, CueSink& sink) { AssReader(input, sink).read(); }
-
 }  // namespace
 
 constinit const Format kAss = {
@@ -325,7 +323,7 @@ constinit const Format kAss = {
              .isSequential = false,
              .repeatsCues = true},
     .likelihood = likelihoodOf,
-    .read = read,
+    .read = readWith<AssReader>,
 };
 
 }  // namespace kssubtitle::importing

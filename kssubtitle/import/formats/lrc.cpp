@@ -88,19 +88,8 @@ void writeLyrics(std::string_view text, CueText& out) {
 
 class LrcReader {
  public:
-  LrcReader(const FormatInput& input, CueSink& sink) : input_(input), sink_(sink) {}
+  LrcReader(const FormatInput& /*input*/, CueSink& sink) : sink_(sink) {}
 
-  void read() {
-    for (const Line& line : input_.lines()) {
-      readLine(withoutBlanks(line.text), line.number);
-    }
-    for (ksImportCue& cue : sink_.cues()) {
-      cue.start -= offset_;
-      cue.end -= offset_;
-    }
-  }
-
- private:
   void readLine(std::string_view line, int number) {
     if (line.empty()) return;
     if (const std::size_t count = beginCues(line, number); count > 0) {
@@ -113,6 +102,14 @@ class LrcReader {
     }
   }
 
+  void finish() {
+    for (ksImportCue& cue : sink_.cues()) {
+      cue.start -= offset_;
+      cue.end -= offset_;
+    }
+  }
+
+ private:
   /// Consumes the stamps at the front of a line, each of which shows it once more.
   std::size_t beginCues(std::string_view& line, int number) {
     // More would let a short file grow into many long cues.
@@ -134,7 +131,6 @@ class LrcReader {
     return count;
   }
 
-  const FormatInput& input_;
   CueSink& sink_;
   long long offset_ = 0;  // how much earlier all cues are, in milliseconds
 };
@@ -156,14 +152,12 @@ Likelihood likelihoodOf(std::string_view text) noexcept {
   return likelihood;
 }
 
-void read(const FormatInput& input, CueSink& sink) { LrcReader(input, sink).read(); }
-
 }  // namespace
 
 constinit const Format kLrc = {
     .info = {.name = "lrc", .extensions = "lrc", .isSequential = false, .hasEnds = false},
     .likelihood = likelihoodOf,
-    .read = read,
+    .read = readByLine<LrcReader>,
     .longestAssumed = kUpToTheNext,
 };
 

@@ -33,14 +33,6 @@ class MicroDvdReader {
   MicroDvdReader(const FormatInput& input, CueSink& sink)
       : input_(input), sink_(sink), writer_(kMarkup, sink.text()) {}
 
-  void read() {
-    for (const Line& line : input_.lines()) {
-      readLine(withoutBlanks(line.text), line.number);
-    }
-    settleTimes(rate_ ? *rate_ : assumedFrameRate(input_.options, sink_.notes()));
-  }
-
- private:
   void readLine(std::string_view line, int number) {
     constexpr std::string_view kDefault = "{DEFAULT}";
     if (line.empty()) return;
@@ -53,6 +45,9 @@ class MicroDvdReader {
     }
   }
 
+  void finish() { settleTimes(rate_ ? *rate_ : assumedFrameRate(input_.options, sink_.notes())); }
+
+ private:
   void readSpan(const SpanLine& span, int number) {
     const bool isAtFirstFrame = span.start == span.end && (span.start == 0 || span.start == 1);
     if (isAtFirstFrame && !rate_ && (rate_ = rateOf(span.text))) return;
@@ -80,14 +75,12 @@ class MicroDvdReader {
 
 Likelihood likelihoodOf(std::string_view text) noexcept { return likelihoodOfSpans(text, kBraces); }
 
-void read(const FormatInput& input, CueSink& sink) { MicroDvdReader(input, sink).read(); }
-
 }  // namespace
 
 constinit const Format kMicroDvd = {
     .info = {.name = "microdvd", .extensions = "sub txt"},
     .likelihood = likelihoodOf,
-    .read = read,
+    .read = readByLine<MicroDvdReader>,
     .longestAssumed = kUpToTheNext,
 };
 

@@ -45,14 +45,6 @@ class MpsubReader {
   MpsubReader(const FormatInput& input, CueSink& sink)
       : input_(input), sink_(sink), cue_(kMarkup, sink) {}
 
-  void read() {
-    for (const Line& line : input_.lines()) {
-      readLine(withoutBlanks(line.text), line.number);
-    }
-    cue_.finish();
-  }
-
- private:
   void readLine(std::string_view line, int number) {
     if (line.empty()) return cue_.finish();
     if (cue_.cue() != nullptr) return cue_.readLine(line);
@@ -65,6 +57,9 @@ class MpsubReader {
     }
   }
 
+  void finish() { cue_.finish(); }
+
+ private:
   /// Sums are kept in the file's own unit, so that rounding errors do not add up.
   void beginCue(const WaitLine& times, int number) {
     hasBegun_ = true;
@@ -101,14 +96,12 @@ Likelihood likelihoodOf(std::string_view text) noexcept {
   return units && hasCue ? Likelihood::kPossible : Likelihood::kNone;
 }
 
-void read(const FormatInput& input, CueSink& sink) { MpsubReader(input, sink).read(); }
-
 }  // namespace
 
 constinit const Format kMpsub = {
     .info = {.name = "mpsub", .extensions = "sub"},
     .likelihood = likelihoodOf,
-    .read = read,
+    .read = readByLine<MpsubReader>,
 };
 
 }  // namespace kssubtitle::importing

@@ -183,14 +183,12 @@ Likelihood likelihoodOf(std::string_view text) noexcept {
   return likelihood;
 }
 
-void read(const FormatInput& input, CueSink& sink) { SubRipReader(input, sink).read(); }
-
 }  // namespace
 
 constinit const Format kSubRip = {
     .info = {.name = "subrip", .extensions = "srt", .target = ksImportTarget::kSubRip},
     .likelihood = likelihoodOf,
-    .read = read,
+    .read = readWith<SubRipReader>,
 };
 
 }  // namespace kssubtitle::importing

@@ -24,17 +24,8 @@ bool isStyleLine(std::string_view line) noexcept {
 
 class SubViewerReader {
  public:
-  SubViewerReader(const FormatInput& input, CueSink& sink)
-      : input_(input), sink_(sink), cue_(kMarkup, sink) {}
+  SubViewerReader(const FormatInput& /*input*/, CueSink& sink) : sink_(sink), cue_(kMarkup, sink) {}
 
-  void read() {
-    for (const Line& line : input_.lines()) {
-      readLine(withoutBlanks(line.text), line.number);
-    }
-    cue_.finish();
-  }
-
- private:
   void readLine(std::string_view line, int number) {
     if (line.empty() || isStyleLine(line)) return;
     if (const auto times = isLetter(line.front()) ? std::nullopt : pairOfTimes(line)) {
@@ -52,6 +43,9 @@ class SubViewerReader {
     }
   }
 
+  void finish() { cue_.finish(); }
+
+ private:
   /// Files disagree about the unit of a delay, and hardly any has one other than 0.
   static bool hasDelay(std::string_view line) noexcept {
     constexpr std::string_view kDelay = "[DELAY]";
@@ -60,7 +54,6 @@ class SubViewerReader {
     return consumeInteger(line).value_or(0) != 0;
   }
 
-  const FormatInput& input_;
   CueSink& sink_;
   BarCue cue_;
 };
@@ -87,20 +80,18 @@ Likelihood likelihoodOfSubViewer(std::string_view text) noexcept {
 
 Likelihood likelihoodOfSbv(std::string_view text) noexcept { return likelihoodByTimes(text, true); }
 
-void read(const FormatInput& input, CueSink& sink) { SubViewerReader(input, sink).read(); }
-
 }  // namespace
 
 constinit const Format kSubViewer = {
     .info = {.name = "subviewer", .extensions = "sub"},
     .likelihood = likelihoodOfSubViewer,
-    .read = read,
+    .read = readByLine<SubViewerReader>,
 };
 
 constinit const Format kSbv = {
     .info = {.name = "sbv", .extensions = "sbv"},
     .likelihood = likelihoodOfSbv,
-    .read = read,
+    .read = readByLine<SubViewerReader>,
 };
 
 }  // namespace kssubtitle::importing

@@ -30,17 +30,9 @@ bool isFrame(std::string_view line) noexcept {
 
 class SubViewer1Reader {
  public:
-  SubViewer1Reader(const FormatInput& input, CueSink& sink)
-      : input_(input), sink_(sink), cue_(kMarkup, sink) {}
+  SubViewer1Reader(const FormatInput& /*input*/, CueSink& sink)
+      : sink_(sink), cue_(kMarkup, sink) {}
 
-  void read() {
-    for (const Line& line : input_.lines()) {
-      readLine(withoutBlanks(line.text), line.number);
-    }
-    cue_.finish();
-  }
-
- private:
   void readLine(std::string_view line, int number) {
     const bool isBelowKey = std::exchange(isKey_, line.starts_with('['));
     if (line.empty() || isFrame(line)) return;
@@ -55,6 +47,9 @@ class SubViewer1Reader {
     }
   }
 
+  void finish() { cue_.finish(); }
+
+ private:
   /// Every time ends the text above it, and begins the one below it if there is any.
   void endCue(long long end) {
     if (cue_.cue() == nullptr) return;
@@ -68,7 +63,6 @@ class SubViewer1Reader {
     cue_.readLine(line);
   }
 
-  const FormatInput& input_;
   CueSink& sink_;
   long long start_ = 0;  // the last time
   int startLine_ = 0;    // 0: there was none
@@ -92,14 +86,12 @@ Likelihood likelihoodOf(std::string_view text) noexcept {
   return Likelihood::kNone;
 }
 
-void read(const FormatInput& input, CueSink& sink) { SubViewer1Reader(input, sink).read(); }
-
 }  // namespace
 
 constinit const Format kSubViewer1 = {
     .info = {.name = "subviewer1", .extensions = "sub"},
     .likelihood = likelihoodOf,
-    .read = read,
+    .read = readByLine<SubViewer1Reader>,
     .longestAssumed = kUpToTheNext,
 };
 

@@ -107,14 +107,12 @@ Likelihood likelihoodOf(std::string_view text) noexcept {
                                                                   : Likelihood::kNone;
 }
 
-void read(const FormatInput& input, CueSink& sink) { TmPlayerReader(input, sink).read(); }
-
 }  // namespace
 
 constinit const Format kTmPlayer = {
     .info = {.name = "tmplayer", .extensions = "txt sub", .hasEnds = false},
     .likelihood = likelihoodOf,
-    .read = read,
+    .read = readWith<TmPlayerReader>,
     .longestAssumed = 10000,
 };
 

@@ -238,14 +238,12 @@ bool hasStandardTimesAlone(std::string_view text) noexcept {
   return hasTimes;
 }
 
-void read(const FormatInput& input, CueSink& sink) { WebVttReader(input, sink).read(); }
-
 }  // namespace
 
 constinit const Format kWebVtt = {
     .info = {.name = "webvtt", .extensions = "vtt webvtt", .target = ksImportTarget::kWebVtt},
     .likelihood = likelihoodOf,
-    .read = read,
+    .read = readWith<WebVttReader>,
     .lacksSignature = hasStandardTimesAlone,
     .signatureMissing = "The file is named and written as WebVTT, but does not begin with WEBVTT.",
     .keepsNuls = true,

@@ -35,6 +35,20 @@ struct FormatInput {
   Lines lines() const noexcept { return Lines(text, begin, firstLine); }
 };
 
+/// The Format::read of a format that is read by a class.
+template <typename Reader>
+void readWith(const FormatInput& input, CueSink& sink) {
+  Reader(input, sink).read();
+}
+
+/// The same for a class that is given one line after the other, without white space at its ends.
+template <typename Reader>
+void readByLine(const FormatInput& input, CueSink& sink) {
+  Reader reader(input, sink);
+  for (const Line& line : input.lines()) reader.readLine(withoutBlanks(line.text), line.number);
+  reader.finish();
+}
+
 /// One format; each source of formats/ defines its own.
 struct Format {
   ksImportFormat info;
