@@ -89,15 +89,13 @@ std::vector<std::string_view> linesOf(std::string_view text) {
 
 // Whether the answers are equal.
 
-void addTimes(const SRC_SESSION_ST& cue, std::set<long long>& times) {
-  times.insert({cue.start, cue.end});
-}
-void addTimes(const SRC_SESSION_ST_U& cue, std::set<long long>& times) {
-  times.insert({cue.start, cue.end});
-}
-template <typename Event>
-void addTimes(const Event& event, std::set<long long>& times) {
-  times.insert({event.startTime, event.endTime});
+template <typename Record>
+void addTimes(const Record& record, std::set<long long>& times) {
+  if constexpr (requires { record.startTime; }) {
+    times.insert({record.startTime, record.endTime});
+  } else {
+    times.insert({record.start, record.end});
+  }
 }
 
 /// The times around which the answers of a fixed reader change.

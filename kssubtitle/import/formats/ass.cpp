@@ -23,7 +23,8 @@ class Columns {
 
   /// `format` is the value of a Format line.
   void setFormat(std::string_view format) {
-    count_ = read_ = 0;
+    count_ = 0;
+    places_.fill(kMissing);
     for (; count_ == 0 || !format.empty(); ++count_) {
       const std::size_t end = std::min(format.find(','), format.size());
       setPlace(withoutBlanks(format.substr(0, end)));
@@ -31,22 +32,18 @@ class Columns {
     }
   }
 
-  bool has(std::size_t name) const noexcept {
-    return std::any_of(reads_.begin(), reads_.begin() + read_,
-                       [name](const Read& read) { return read.name == name; });
-  }
+  bool has(std::size_t name) const noexcept { return places_[name] != kMissing; }
 
   /// Splits `line` into `values`, in the order of the names; the last column has the whole rest.
   /// False if there are fewer columns than the format has.
   bool split(std::string_view line, std::array<std::string_view, kNames>& values) const noexcept {
     values.fill({});
-    const Read* read = reads_.data();
     for (std::size_t column = 0; column < count_; ++column) {
       const bool isLast = column + 1 == count_;
       const std::size_t end = isLast ? line.size() : line.find(',');
       if (end == line.npos) return false;
-      if (read != reads_.data() + read_ && read->column == column) {
-        values[(read++)->name] = line.substr(0, end);
+      for (std::size_t i = 0; i < kNames; ++i) {
+        if (places_[i] == column) values[i] = line.substr(0, end);
       }
       if (!isLast) line.remove_prefix(end + 1);
     }
@@ -54,26 +51,18 @@ class Columns {
   }
 
  private:
+  static constexpr std::size_t kMissing = static_cast<std::size_t>(-1);
+
   /// Of two columns of the same name the first one counts.
   void setPlace(std::string_view name) noexcept {
     for (std::size_t i = 0; i < kNames; ++i) {
-      if (equalNoCase(names_[i], name)) {
-        if (!has(i)) reads_[read_++] = {count_, i};
-        return;
-      }
+      if (equalNoCase(names_[i], name) && !has(i)) places_[i] = count_;
     }
   }
 
-  /// A column that is read.
-  struct Read {
-    std::size_t column;
-    std::size_t name;
-  };
-
   const Names& names_;
-  std::array<Read, kNames> reads_{};  // in the order of the columns
-  std::size_t read_ = 0;              // how many of them there are
-  std::size_t count_ = 0;             // of all columns
+  std::array<std::size_t, kNames> places_{};  // the column of each name
+  std::size_t count_ = 0;                     // of all columns
 };
 
 enum EventColumn : std::size_t { kStart, kEnd, kStyle, kText, kEventColumns };

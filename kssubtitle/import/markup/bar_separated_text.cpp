@@ -155,7 +155,7 @@ bool BarWriter::consumeTag() {
   const TagAtFront tag = tagAtFront(rest_);
   if (tag.length == 0) return consumeUnknownTag();
   hasTags_ = true;
-  applyTag(tag, tags_);
+  tags_.apply(tag.tag, tag.isClosing, tag.attributes);
   rest_.remove_prefix(tag.length);
   return true;
 }

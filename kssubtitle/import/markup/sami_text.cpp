@@ -5,7 +5,6 @@
 #include <optional>
 #include <utility>
 
-#include "kssubtitle/import/markup/colours.h"
 #include "kssubtitle/import/markup/entities.h"
 #include "kssubtitle/import/markup/loose_tags.h"
 #include "kssubtitle/import/text/ascii.h"
@@ -90,19 +89,9 @@ class Writer {
       out_.endLine();
       isAfterSpace_ = true;
     } else if (const auto style = styleTagNamed(tag.name)) {
-      setStyle(*style, tag);
+      style_.apply(*style, tag.isClosing, tag.attributes);
+      out_.setStyle(style_.style());
     }
-  }
-
-  void setStyle(StyleTag style, const LooseTag& tag) {
-    if (tag.isClosing) {
-      style_.close(style);
-    } else {
-      const bool isFont = style == StyleTag::kFont;
-      const auto colour = isFont ? colourOf(tag.attribute("color")) : std::nullopt;
-      style_.open(style, colour.value_or(Style::kNoColour));
-    }
-    out_.setStyle(style_.style());
   }
 
   std::string_view rest_;

@@ -5,13 +5,17 @@
 #include <iterator>
 #include <utility>
 
+#include "kssubtitle/import/markup/colours.h"
+#include "kssubtitle/import/markup/loose_tags.h"
 #include "kssubtitle/import/text/ascii.h"
 
 namespace kssubtitle::importing {
 
-void TagStyle::open(StyleTag tag, int colour) {
+void TagStyle::apply(StyleTag tag, bool isClosing, std::string_view attributes) {
+  if (isClosing) return close(tag);
   if (tag == StyleTag::kFont) {
-    colours_.push_back(colour == Style::kNoColour && !colours_.empty() ? colours_.back() : colour);
+    const auto colour = colourOf(attributeOf(attributes, "color"));
+    colours_.push_back(colour.value_or(style().colour));
   } else {
     ++open_[static_cast<std::size_t>(tag)];
   }

@@ -28,15 +28,16 @@ enum class StyleTag { kItalic, kBold, kUnderline, kStrikeOut, kFont };
 /// open one of its name, and is ignored if there is none.
 class TagStyle {
  public:
-  /// Requires: `colour` is kNoColour, which keeps the surrounding colour, unless the tag is a font
-  /// tag.
-  void open(StyleTag tag, int colour = Style::kNoColour);
-  void close(StyleTag tag) noexcept;
+  /// Opens or closes `tag`, which has these attributes. A font without a colour keeps the one
+  /// around it.
+  void apply(StyleTag tag, bool isClosing, std::string_view attributes);
   void closeAll() noexcept;
   bool isAnyOpen() const noexcept;
   Style style() const noexcept;
 
  private:
+  void close(StyleTag tag) noexcept;
+
   static constexpr std::size_t kSwitches = 4;
   std::size_t open_[kSwitches] = {};  // how many, by tag
   std::vector<int> colours_;          // of the open font tags

@@ -89,7 +89,7 @@ class Writer {
     const TagAtFront tag = tagAtFront(rest_);
     if (tag.length == 0) return appendText(1);
     rest_.remove_prefix(tag.length);
-    applyTag(tag, style_);
+    style_.apply(tag.tag, tag.isClosing, tag.attributes);
     out_.setStyle(style_.style());
   }
 
@@ -129,13 +129,6 @@ TagAtFront tagAtFront(std::string_view text) noexcept {
   if (!isBare && !(mayHaveAttributes && isSpace(found.attributes.front()))) return {};
   found.length = end + 1;
   return found;
-}
-
-void applyTag(const TagAtFront& tag, TagStyle& style) {
-  if (tag.isClosing) return style.close(tag.tag);
-  const bool isFont = tag.tag == StyleTag::kFont;
-  const auto colour = isFont ? colourOf(attributeOf(tag.attributes, "color")) : std::nullopt;
-  style.open(tag.tag, colour.value_or(Style::kNoColour));
 }
 
 std::size_t overrideLength(std::string_view text, std::string_view codes) noexcept {

@@ -32,8 +32,6 @@ struct TagAtFront {
 
 /// The tag at the beginning of `text`, which begins with '<', if it is one of the small set.
 TagAtFront tagAtFront(std::string_view text) noexcept;
-/// Applies the tag. Requires: there is one.
-void applyTag(const TagAtFront& tag, TagStyle& style);
 
 /// The length of "{\...}" at the beginning of `text`, or of "{y:...}" with a letter of `codes` in
 /// any case; 0 if there is neither.

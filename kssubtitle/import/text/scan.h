@@ -83,7 +83,8 @@ std::size_t findAny(std::string_view text) noexcept {
 }
 
 /// Where any of the characters, or a space followed by another, first occurs in `text`; its size if
-/// none does: how far text goes that needs no white space collapsed.
+/// none does: how far text goes that needs no white space collapsed. Word by word, Open() of SAMI
+/// takes 40 % longer, of TTML 28 %.
 template <char... kSought>
 std::size_t findAnyOrBlanks(std::string_view text) noexcept {
   if (text.empty()) return 0;

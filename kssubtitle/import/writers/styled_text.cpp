@@ -90,7 +90,7 @@ class HtmlReader {
   void consumeTag() {
     const TagAtFront tag = tagAtFront(rest_);
     if (tag.length == 0) return consumeText(1);
-    applyTag(tag, style_);
+    style_.apply(tag.tag, tag.isClosing, tag.attributes);
     out_.setStyle(style_.style());
     rest_.remove_prefix(tag.length);
   }
