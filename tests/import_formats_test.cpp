@@ -62,6 +62,16 @@ const Case kCases[] = {
 
 INSTANTIATE_TEST_SUITE_P(All, EarlyFormats, testing::ValuesIn(kCases));
 
+TEST(ImportLyrics, ShowALineAtAHundredStampsAtMost) {
+  std::string text;
+  for (int i = 10; i < 111; ++i) text += "[0" + std::to_string(i) + ":00]";
+  ksImportParser parser;
+  ASSERT_TRUE(openText(parser, text + "A\n"));
+  EXPECT_EQ(parser.cues().size(), 100U);
+  EXPECT_EQ(parser.cues().back().text, "A");
+  EXPECT_EQ(notesOf(parser), "1 Unsupported; 1 EndAssumed");
+}
+
 TEST(ImportFrameRates, AreThoseOfTheOptionsIfUsable) {
   const auto startAt = [](double rate) {
     ksImportOptions options;

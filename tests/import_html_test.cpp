@@ -36,6 +36,16 @@ TEST(ImportHtml, crossingTags_leaveEachCharacterItsStyle) {
   }
 }
 
+TEST(ImportHtml, aTextMayOutgrowItsFile) {
+  ksImportOptions options;
+  options.markup = ksImportMarkup::kHtml;
+  ksImportParser parser;
+  ASSERT_TRUE(openText(parser, withTimes("@1") + std::string(9000, '<'), options));
+  std::string escaped;
+  for (int i = 0; i < 9000; ++i) escaped += "&lt;";
+  EXPECT_EQ(parser.cues()[0].text, escaped);
+}
+
 TEST(ImportHtml, aColourIsReadFromItsOwnAttributeAndDigits) {
   const std::pair<const char*, const char*> cases[] = {
       {"@1<font bgcolor=\"#000000\" color=\"#ff0000\">A", "<font color=\"#ff0000\">A</font>"},

@@ -89,7 +89,7 @@ TEST(ImportPictures, indexes_are_read_as_people_write_them) {
     std::string index, entries, streams = "0/*2 > 0";
   } cases[] = {
       {"plain", three("", ""), usual},
-      {"comments", three("# id: x, index: 3\n; x\n \n\t\n", "  #\n"), usual},
+      {"comments", three("# id: x, index: 3\n; x\n \n\t\n", "  #\nsmooth: x\n"), usual},
       {"keys", "SIZE:720X576\n TimeStamp : 0:0:1:0 FILEPOS:0\nTIMESTAMP:00:00:09:000,filepos:800",
        usual},
       {"utf16", Width<wchar_t>::encode(three("", "")), usual},
@@ -327,6 +327,8 @@ TEST(ImportPictures, each_language_has_its_pictures) {
   ksImportPictures moved = std::move(pictures);
   EXPECT_EQ(moved.Picture(0)->rectangle.left, 1);
   EXPECT_FALSE(pictures.IsOpen());  // NOLINT(bugprone-use-after-move)
+  moved = ksImportPictures();
+  EXPECT_FALSE(moved.IsOpen());
   options.language = "deutsch";
   open(pictures, index, english + german, options);
   EXPECT_EQ(streamsOf(pictures), "0en/*1 2de/Deutsch*1 > 1");
@@ -379,6 +381,12 @@ TEST(ImportPictures, files_are_found_beside_each_other) {
 
   EXPECT_EQ(notesOf(pictures), note(0, ksImportProblem::kEndAssumed));
 
+  const std::string cut = packHeader() + subpicturePacket(makeUnit({}).substr(0, 1), 1000);
+  const std::string start = cut + std::string(200000, '\xFF');
+  open(pictures, index + entry("00:00:01:500", 2000) + entry("00:00:02:000", start.size()),
+       start + stream);
+  EXPECT_EQ(entriesOf(pictures), "1000-1500? -; 1500-2000? -; 2000-7000? 0,0 1x1");
+
   // An index that cannot be read is not the same as none.
   const std::string blind = note(0, ksImportProblem::kIndexUnreadable);
   directory.write("empty_index.sub", stream);
@@ -417,6 +425,8 @@ TEST(ImportPictures, files_are_found_beside_each_other) {
   EXPECT_FALSE(pictures.Open(directory.path("none.idx").c_str()));
   EXPECT_EQ(pictures.report().systemError(), ENOENT);
   EXPECT_FALSE(pictures.Open(directory.path("").c_str()));
+  EXPECT_FALSE(open(pictures, index + std::string(200, '\n'), stream, options));
+  EXPECT_EQ(pictures.report().refusal(), ksImportRefusal::kTooLarge);
   EXPECT_FALSE(open(pictures, "", ""));
   EXPECT_EQ(pictures.report().refusal(), ksImportRefusal::kEmpty);
 }

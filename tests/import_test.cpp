@@ -251,9 +251,11 @@ TEST(Import, filesThatAreNotSubtitles_areRefusedWithAReason) {
       {composition + "1\0\0"s, ksImportRefusal::kBinary},
       {"A letter,\nno film.\n", ksImportRefusal::kUnknownFormat},
       {"\n", ksImportRefusal::kUnknownFormat},
+      {"Content-Type: text/plain\nX: y\n", ksImportRefusal::kUnknownFormat},
   };
   ksImportParser parser;
   EXPECT_EQ(parser.report().refusal(), ksImportRefusal::kNotOpened);
+  EXPECT_EQ(parser.report().refusalSentence(), "No file has been opened.");
   for (const auto& [bytes, refusal] : cases) {
     ASSERT_TRUE(openText(parser, withTimes("@1A")));
     EXPECT_FALSE(openText(parser, bytes));
@@ -269,6 +271,7 @@ TEST(Import, filesThatAreNotSubtitles_areRefusedWithAReason) {
     ksImportOptions options;
     options.*member = value;
     EXPECT_FALSE(openText(parser, withTimes("@1A"), options));
+    EXPECT_NE(parser.report().refusalSentence(), "");
     return parser.report().refusal();
   };
   EXPECT_EQ(refusalWith(&ksImportOptions::format, "x"), ksImportRefusal::kUnknownFormatName);
@@ -340,6 +343,8 @@ TEST(Import, aMove_leavesTheSourceClosedAndViewsValid) {
   EXPECT_FALSE(source.IsOpen());  // NOLINT: a moved parser is closed
   EXPECT_EQ(ask(source, 3000), ShownText());
   EXPECT_TRUE(openText(source, withTimes("@5C")));
+  const ksImportParser last(std::move(target));
+  EXPECT_EQ(last.cues().data(), cues.data());
 }
 
 }  // namespace

@@ -173,7 +173,7 @@ TEST(TtmlStyle, Of_references_regions_and_elements) {
   const std::string head =
       "<head><styling><initial color='#12345678'/><style xml:id='a' style='b' fontStyle='italic'/>"
       "<style xml:id='b' style='a c' textDecoration='underline lineThrough'/></styling><layout>"
-      "<region xml:id='top' origin='10% 5%' extent='80% 20%' textAlign='end'>"
+      "<region xml:id='tall' origin='10% 5%' extent='80% 60%' displayAlign='after' textAlign='end'>"
       "<style fontWeight='bold'/></region>"
       "<region xml:id='middle' displayAlign='center' style='b'/></layout></head>";
   ksImportParser parser;
@@ -182,13 +182,13 @@ TEST(TtmlStyle, Of_references_regions_and_elements) {
   openText(parser,
            document("", head + "<body region='middle'><p end='1s' style='a'>x"
                                "<span t:textDecoration='none' t:color='rgb(0,255, 7)'> y</span></p>"
-                               "<p begin='1s' end='2s' region='top' textAlign='left'>"
+                               "<p begin='1s' end='2s' region='tall' textAlign='left'>"
                                "<b>z</b><i> z</i></p></body>"),
            options);
   EXPECT_EQ(cuesOf(parser),
             "0-1000 @5 <i><u><s><font color=\"#123456\">x</font></s></u></i>"
             "<i><font color=\"#00ff07\"> y</font></i>; "
-            "1000-2000 @7 <b><font color=\"#123456\">z</font></b>"
+            "1000-2000 @4 <b><font color=\"#123456\">z</font></b>"
             "<i><b><font color=\"#123456\"> z</font></b></i>");
 }
 

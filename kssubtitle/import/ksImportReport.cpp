@@ -25,13 +25,14 @@ void Notes::dropLast() {
 
 namespace {
 
+template <typename Code>
 struct Sentence {
-  ksImportProblem problem;
+  Code code;
   std::string_view text;
 };
 
 // In the order of the enumeration.
-constexpr Sentence kSentences[] = {
+constexpr Sentence<ksImportProblem> kSentences[] = {
     {ksImportProblem::kNumberMissing, "The cue has no number, although others do."},
     {ksImportProblem::kNumberRepeated, "The cue has the same number as the previous one."},
     {ksImportProblem::kNumberDecreasing, "The cue has a lower number than the previous one."},
@@ -70,36 +71,25 @@ static_assert(std::size(kSentences) == kProblems);
 
 constexpr auto kAllProblems = [] {
   std::array<ksImportProblem, kProblems> problems{};
-  std::ranges::transform(kSentences, problems.begin(), &Sentence::problem);
+  std::ranges::transform(kSentences, problems.begin(), &Sentence<ksImportProblem>::code);
   return problems;
 }();
 static_assert(std::ranges::is_sorted(kAllProblems));
 
-std::string_view sentenceOf(ksImportRefusal refusal) noexcept {
-  switch (refusal) {
-    case ksImportRefusal::kNone:
-      return {};
-    case ksImportRefusal::kNotOpened:
-      return "No file has been opened.";
-    case ksImportRefusal::kCannotOpen:
-      return "The file cannot be opened or read.";
-    case ksImportRefusal::kTooLarge:
-      return "The file is larger than the program allows.";
-    case ksImportRefusal::kEmpty:
-      return "The file is empty.";
-    case ksImportRefusal::kPictures:
-      return "The file holds pictures of subtitles, not text.";
-    case ksImportRefusal::kBinary:
-      return "The file is compressed or is not text at all.";
-    case ksImportRefusal::kUnknownFormat:
-      return "The file is text, but not in any known subtitle format.";
-    case ksImportRefusal::kUnknownEncodingName:
-      return "There is no encoding with the given name.";
-    case ksImportRefusal::kUnknownFormatName:
-      return "There is no subtitle format with the given name.";
-  }
-  return {};
-}
+// In the order of the enumeration.
+constexpr Sentence<ksImportRefusal> kRefusalSentences[] = {
+    {ksImportRefusal::kNone, ""},
+    {ksImportRefusal::kNotOpened, "No file has been opened."},
+    {ksImportRefusal::kCannotOpen, "The file cannot be opened or read."},
+    {ksImportRefusal::kTooLarge, "The file is larger than the program allows."},
+    {ksImportRefusal::kEmpty, "The file is empty."},
+    {ksImportRefusal::kPictures, "The file holds pictures of subtitles, not text."},
+    {ksImportRefusal::kBinary, "The file is compressed or is not text at all."},
+    {ksImportRefusal::kUnknownFormat, "The file is text, but not in any known subtitle format."},
+    {ksImportRefusal::kUnknownEncodingName, "There is no encoding with the given name."},
+    {ksImportRefusal::kUnknownFormatName, "There is no subtitle format with the given name."},
+};
+static_assert(std::ranges::is_sorted(kRefusalSentences, {}, &Sentence<ksImportRefusal>::code));
 
 }  // namespace
 }  // namespace kssubtitle::importing
@@ -126,7 +116,7 @@ int ksImportReport::systemError() const noexcept { return data_ ? data_->systemE
 
 std::string_view ksImportReport::refusalSentence() const noexcept {
   if (data_ && !data_->refusalSentence.empty()) return data_->refusalSentence;
-  return kssubtitle::importing::sentenceOf(refusal());
+  return kssubtitle::importing::kRefusalSentences[static_cast<std::size_t>(refusal())].text;
 }
 
 std::string_view ksImportReport::format() const noexcept {

@@ -21,14 +21,12 @@ bool isHigh(char c) noexcept { return (static_cast<unsigned char>(c) & 0x80) != 
 /// `line` without its tags.
 std::string withoutTags(std::string_view line) {
   std::string text;
-  while (!line.empty()) {
+  for (std::size_t end = 0;; line.remove_prefix(end + 1)) {
     const std::size_t begin = line.find('<');
-    const std::size_t end = begin == line.npos ? line.npos : line.find('>', begin);
+    end = begin == line.npos ? line.npos : line.find('>', begin);
     if (end == line.npos) return text.append(line);
     text += line.substr(0, begin);
-    line.remove_prefix(end + 1);
   }
-  return text;
 }
 
 void show(uchardet* detector, std::string_view text) {
