@@ -20,6 +20,7 @@ OPERATORS = {
     "|": "&", "<<": ">>"}
 WORDS = {"true": "false", "false": "true", "break": "continue", "continue": "break"}
 STEPS = {"++": "--", "--": "++"}
+UNCHANGED_BY_BRACES = ("true", "false", "nullptr", "0", "std::nullopt")
 NO_STATEMENT = {
     "using", "namespace", "friend", "template", "break", "continue", "typedef",
     "public", "private", "class", "struct", "enum", "case", "default", "goto", "do", "extern"}
@@ -127,7 +128,7 @@ def is_declaration(tokens):
 
 def return_change(value):
     texts = [token.text for token in value]
-    if not value or texts[0] == "{" or texts in (["true"], ["false"], ["nullptr"], ["0"]):
+    if not value or texts[0] == "{" or "".join(texts) in UNCHANGED_BY_BRACES:
         return None
     depth = 0
     for text in texts:
