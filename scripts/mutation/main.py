@@ -66,8 +66,8 @@ class Suite:
         # The import library has a test program of its own, which takes seconds.
         is_import = Path(IMPORT) in (Path(where), *Path(where).parents)
         self.preset = preset or ("dev" if is_import else "asan")
-        self.targets = ["--target", "import_tests"] if is_import else []
-        self.tests = ["-R", "^import$"] if is_import else OTHER_TESTS
+        self.targets = ["--target", "import_tests", "import_digest"] if is_import else []
+        self.tests = ["-R", "^(import|answers.import)$"] if is_import else OTHER_TESTS
         self.least_percentage = 97 if is_import else 95
         self.state = WORK / f"{self.preset}{'.import' if is_import else ''}.jsonl"
 
