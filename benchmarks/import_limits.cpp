@@ -15,7 +15,7 @@
 namespace bench {
 namespace {
 
-/// In what stands again and again, '@' is the number of the time, '~' that of the time before, and
+/// In what is repeated, '@' is the number of the time, '~' that of the time before, and
 /// '^' how often it is still to come.
 struct Hostile {
   const char* format;  // that it is to be taken for; empty if for none

@@ -12,7 +12,7 @@ struct Input {
   std::string title;
   std::string path;
   std::string crLfPath;
-  std::string widePath;  ///< The same text as UTF-16LE behind its mark.
+  std::string widePath;  ///< The same text as UTF-16LE after its BOM.
 };
 
 /// Writes the files that everything is measured with.

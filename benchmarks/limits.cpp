@@ -44,7 +44,7 @@ void measureOpen(const char* series, double size, const std::string& path) {
   measure(series, size, [&] { ksSubtitleManager().Open(path.c_str()); });
 }
 
-/// Every text line brings along every second line behind it.
+/// Every text line brings along every second line after it.
 void measureTextLines() {
   std::string content;
   for (int lines = 1250; lines <= 20000; lines *= 2) {

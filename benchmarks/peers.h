@@ -10,7 +10,7 @@ namespace bench {
 struct Peer {
   std::string name;
   bool readsSubRip;
-  /// Opens the file, reads it, and tells how many cues it has; 0 if it is refused.
+  /// Opens the file, reads it, and returns how many cues it has; 0 if it is refused.
   std::size_t (*read)(const std::string& path);
 };
 

@@ -19,7 +19,7 @@ File openFile(const std::string& path) {
 
 bool isScript(const std::string& path) { return path.ends_with(".ass"); }
 
-/// Takes what stands in front of the separator, and both away from `rest`.
+/// Consumes what precedes the separator, and the separator.
 std::string_view take(std::string_view& rest, char separator) {
   const std::size_t length = std::min(rest.find(separator), rest.size());
   const std::string_view piece = rest.substr(0, length);

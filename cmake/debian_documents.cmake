@@ -17,7 +17,7 @@ foreach(component IN LISTS CPACK_COMPONENTS_ALL)
   file(RENAME ${documents}/CHANGELOG.md ${documents}/changelog)
   file(WRITE ${documents}/changelog.Debian "\
 ${CPACK_DEBIAN_PACKAGE_SOURCE} (${CPACK_PACKAGE_VERSION}-${CPACK_DEBIAN_PACKAGE_RELEASE}) unstable; urgency=medium\n
-  * Packaged by the project itself; changelog.gz tells what is new.\n
+  * Packaged by the project itself; changelog.gz says what is new.\n
  -- ${CPACK_PACKAGE_CONTACT}  ${now}\n")
   file(GLOB pages ${documents}/changelog* ${share}/man/man1/*)
   execute_process(COMMAND gzip -9n ${pages} COMMAND_ERROR_IS_FATAL ANY)

@@ -55,7 +55,7 @@ if(KSSUBTITLE_BUILD_IMPORT)
     set(kssubtitle_modules_import pugixml uchardet)
   endif()
   kssubtitle_install_library(kssubtitle_import kssubtitle-import import Import
-    "Reads subtitle files of any encoding and tells which subtitle is shown at a moment"
+    "Reads subtitle files of any encoding and reports which subtitle is shown at a moment"
     kssubtitle ${kssubtitle_modules_import})
 endif()
 

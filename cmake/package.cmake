@@ -1,6 +1,6 @@
 # What cpack makes of each component: an archive and a Debian package.
 set(CPACK_GENERATOR TGZ DEB)
-set(CPACK_PACKAGE_DESCRIPTION_SUMMARY "")  # or it would stand above each package's own
+set(CPACK_PACKAGE_DESCRIPTION_SUMMARY "")  # or it would precede each package's own
 set(CPACK_STRIP_FILES ON)
 set(CPACK_VERBATIM_VARIABLES ON)
 set(CPACK_ARCHIVE_COMPONENT_INSTALL ON)
@@ -27,7 +27,7 @@ set(CPACK_DEBIAN_PACKAGE_GENERATE_SHLIBS_POLICY ">=")
 set(package_version ${PROJECT_VERSION}-${CPACK_DEBIAN_PACKAGE_RELEASE})
 
 # The package `name` of a component: its section, what it depends on beside shared libraries of
-# other projects, and its description, the first line of which stands alone.
+# other projects, and its description, whose first line is apart.
 macro(kssubtitle_package component name section depends description)
   string(TOUPPER ${component} upper)
   set(CPACK_DEBIAN_${upper}_PACKAGE_NAME ${name})
@@ -45,14 +45,14 @@ if(BUILD_SHARED_LIBS)
   file(WRITE ${PROJECT_BINARY_DIR}/debian/triggers "activate-noawait ldconfig\n")
   set(CPACK_DEBIAN_LIBRARY_PACKAGE_CONTROL_EXTRA ${PROJECT_BINARY_DIR}/debian/triggers)
   kssubtitle_package(Library ${library} libs "" "library that reads subtitle files
-It tells which subtitle of a SubRip, Advanced SubStation Alpha or SubStation
+It reports which subtitle of a SubRip, Advanced SubStation Alpha or SubStation
 Alpha file is shown at a moment, and reads VobSub indexes and the units of
 their pictures. It is made for media players: it starts no threads, writes
 nothing, and needs no library but that of C++.")
 endif()
 kssubtitle_package(Development libkssubtitle-dev libdevel "${library_same}"
   "library that reads subtitle files - development files
-It tells which subtitle of a file is shown at a moment.
+It reports which subtitle of a file is shown at a moment.
 .
 This package holds what is needed to build with the library: its headers,
 files for CMake and pkg-config, and what it answers in every odd case.")
@@ -66,18 +66,18 @@ if(BUILD_SHARED_LIBS)
   kssubtitle_package(ImportLibrary ${import_library} libs "${library_newer}"
     "library that reads subtitle files of any encoding
 It reads the subtitle files that people have as a careful person would, and
-tells which subtitle is shown at a moment. It is made for media players: it
+reports which subtitle is shown at a moment. It is made for media players: it
 starts no threads, writes nothing, and asks no locale.")
 endif()
 kssubtitle_package(ImportDevelopment libkssubtitle-import-dev libdevel "${import_same}"
   "library that reads subtitle files of any encoding - development files
 It reads the subtitle files that people have as a careful person would, and
-tells which subtitle is shown at a moment.
+reports which subtitle is shown at a moment.
 .
 This package holds what is needed to build with the library: its headers, and
 files for CMake and pkg-config.")
-kssubtitle_package(Kssub kssub video "${kssub_depends}" "tell which subtitle is shown at a moment
-On the command line, kssub lists the subtitles of a file, tells which are
+kssubtitle_package(Kssub kssub video "${kssub_depends}" "report which subtitle is shown at a moment
+On the command line, kssub lists the subtitles of a file, reports which are
 shown at given times, plays them, checks, mends and converts them, draws them
 over the time of the film, and writes the pictures of VobSub files as PNG
 files. It shows what a media player with these libraries would.")

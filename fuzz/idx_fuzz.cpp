@@ -91,7 +91,7 @@ bool isRead(Parser& index, const std::string& path) {
 }
 
 /// GetPacket(), and the end of the stream that it leaves open: in the C library's list of streams
-/// it stands between two that are opened here.
+/// it is between two that are opened here.
 template <typename Parser>
 std::unique_ptr<unsigned char[]> packetAt(Parser& index, int t, int& size, int& controlOffset) {
   std::FILE* const before = std::fopen("/dev/null", "rb");

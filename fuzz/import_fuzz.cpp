@@ -50,7 +50,7 @@ void checkText(std::string_view text, bool isHtml) {
   check(!text.empty(), "a cue has text");
   const Utf8Count count = countUtf8(text);
   check(count.badBytes == 0 && !count.cutAtEnd, "a text is valid UTF-8");
-  check(text.find('\0') == text.npos, "a text has no zero character");
+  check(text.find('\0') == text.npos, "a text has no NUL");
   if (isHtml) return check(isWellFormed(text), "html is well formed");
   for (bool more = true; more;) {
     const std::size_t end = std::min(text.find('\n'), text.size());

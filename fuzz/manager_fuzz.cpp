@@ -12,7 +12,7 @@ struct File {
   std::string content;
 };
 
-/// Takes the text in front of the next separator, and the separator, off the front of `rest`.
+/// Consumes the text before the next separator, and the separator.
 std::string_view takePiece(std::string_view& rest, char separator) {
   const std::string_view piece = rest.substr(0, rest.find(separator));
   rest.remove_prefix(std::min(rest.size(), piece.size() + 1));
@@ -69,7 +69,7 @@ class Host {
 
 }  // namespace
 
-/// The first line tells what to open, one character each; behind it stand the files.
+/// The first line says what to open, one character each; the files follow.
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   constexpr std::size_t kMostSteps = 12;
   constexpr std::array<const char*, 4> kRefused{"missing.srt", "/dev/null", "", nullptr};

@@ -50,7 +50,7 @@ constexpr Operation<Char> alone(F) {
   return {[](auto& text, const auto& arguments) {
             try {
               return resultOf(F(), text, arguments);
-            } catch (const std::logic_error&) {  // a negative count, a start behind the end
+            } catch (const std::logic_error&) {  // a negative count, a start past the end
               return 0;
             }
           },

@@ -22,8 +22,8 @@ inline void check(bool holds, const char* rule) {
   std::abort();
 }
 
-/// The first byte of an input tells what the others are: '1' the text of a wide file, to be encoded
-/// as UTF-16, '2' the bytes of a wide file behind its mark, anything else an 8-bit file.
+/// The first byte of an input says what the others are: '1' the text of a wide file, to be encoded
+/// as UTF-16, '2' the bytes of a wide file after its BOM, anything else an 8-bit file.
 struct Input {
   explicit Input(std::string_view input)
       : form(input.empty() ? 0 : input[0] & 3), text(input.substr(input.empty() ? 0 : 1)) {}

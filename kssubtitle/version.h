@@ -1,5 +1,5 @@
 /// @file
-/// The library's version. This is the one place where it stands; the build reads it from here.
+/// The library's version. This is the only place that has it; the build reads it from here.
 #pragma once
 
 /// Raised by a change that breaks hosts; the SONAME is this number.

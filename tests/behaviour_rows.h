@@ -85,7 +85,7 @@ inline bool isSpan(std::string_view item) {
   return item.size() > 2 && item.find('`', 1) == item.size() - 1;
 }
 
-/// What stands in a code span.
+/// What is in a code span.
 inline std::string_view inside(std::string_view span) {
   if (!isSpan(span)) throw Mistake("not in backticks: " + std::string(span));
   return span.substr(1, span.size() - 2);

@@ -195,7 +195,7 @@ std::string withLineEnds(const std::string& file) {
   return result;
 }
 
-/// UTF-16LE behind its mark, with surrogates for two of the letters.
+/// UTF-16LE after its BOM, with surrogates for two of the letters.
 std::string utf16(const std::string& file) {
   std::string result = Width<wchar_t>::encode(file);
   for (std::size_t i = 2; i < result.size(); i += 2) {

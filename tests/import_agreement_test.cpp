@@ -53,7 +53,7 @@ struct PlainFile {
   std::string text;
 };
 
-/// UTF-16LE behind its mark, of code points of at most three bytes.
+/// UTF-16LE after its BOM, of code points of at most three bytes.
 std::string utf16(std::string_view utf8) {
   std::string bytes = "\xFF\xFE";
   for (std::size_t i = 0; i < utf8.size();) {

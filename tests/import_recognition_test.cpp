@@ -31,7 +31,7 @@ std::string formatOf(const std::string& text, const std::set<std::string>& exten
   return found.size() == 1 ? *found.begin() : "one or the other";
 }
 
-/// A file of a format up to its first text, what stands in front of the next line, and two lines
+/// A file of a format up to its first text, what precedes the next line, and two lines
 /// that the text of another format may have.
 struct Sample {
   const char* format;

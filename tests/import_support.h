@@ -14,7 +14,7 @@ struct Random {
   std::mt19937 engine;
 };
 
-/// "START-END TEXT" of every cue, with '|' between lines, "@N" in front of an unusual alignment.
+/// "START-END TEXT" of every cue, with '|' between lines, "@N" before an unusual alignment.
 inline std::string cuesOf(const ksImportParser& parser) {
   std::string all;
   for (const ksImportCue& cue : parser.cues()) {
@@ -48,7 +48,7 @@ inline bool openText(ksImportParser& parser, const std::string& text,
 }
 
 /// "@N" becomes the time line of a SubRip cue from second N to the next, "#N" the columns of an ASS
-/// event in front of its text.
+/// event before its text.
 inline std::string withTimes(std::string_view text) {
   std::string full;
   for (std::size_t i = 0; i < text.size(); ++i) {

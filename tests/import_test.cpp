@@ -171,7 +171,7 @@ TEST(Import, everyLineEnd_isRead) {
       expectRead(file, kind, 6);
     }
   }
-  expectRead(mixed, ksImportLineEnds::kMixed, 5);  // one "\r" stands in front of a "\n"
+  expectRead(mixed, ksImportLineEnds::kMixed, 5);  // one "\r" is before a "\n"
   std::string doubled;
   for (const char c : text) doubled += c == '\n' ? "\r\r\n" : std::string(1, c);
   expectRead(doubled.replace(doubled.find("B\r\r\n") + 1, 3, "\r"), ksImportLineEnds::kMixed, 6);

@@ -279,7 +279,7 @@ TEST_F(KssubTest, play_obeys_keys_and_resumes_the_terminal_after_a_stop) {
   run.read(kTaken);
   run.type(" \033[C");
   EXPECT_NE(run.read("0:00:05 / 0:00:21  paused").find("0:00:00 / 0:00:21"), std::string::npos);
-  run.send(SIGTSTP);  // not obeyed by a process that nobody could continue
+  run.send(SIGTSTP);  // not obeyed by a process that could not be continued
   EXPECT_TRUE(run.read(kTaken).ends_with(kRestored + kTaken));
   run.read("0:00:05 / 0:00:21  paused");
   run.type("\033OD\033[A\033[D ");

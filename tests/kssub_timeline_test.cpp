@@ -50,7 +50,7 @@ TEST_F(TimelineTest, long_films_have_rows_and_several_files_share_them) {
   expectFound(svg, "x=\"92.0\" y=\"115.0\" width=\"15.0\" height=\"10.0\"><title>-0:00:09.000");
   expectFound(svg, ">nothing from 0:03:00 to 9:59:00</text>");
   EXPECT_EQ(count(svg, ">2</text>"), 4);
-  // Neither a cue of many years nor many at once make a drawing that nobody can open.
+  // Neither a cue of many years nor many at once make a drawing too large to open.
   std::string many = "1\n0:00:00,000 --> 99999999:00:00,000\nx\n\n";
   for (int i = 0; i < 100; ++i) many += "1\n0:00:00,000 --> 0:00:01,000\nx\n\n";
   directory.write("b.srt", many);

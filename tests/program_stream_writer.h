@@ -63,7 +63,7 @@ inline std::string makeUnit(const UnitParts& parts) {
          sequences;
 }
 
-/// A header of a pack, of MPEG-2, with stuffing behind it.
+/// A header of a pack, of MPEG-2, with stuffing after it.
 inline std::string packHeader(int stuffing = 0) {
   using namespace std::string_literals;
   return "\0\0\1\xBA"s + "\x44\0\4\0\4\1\1\x89\xC3"s + static_cast<char>(0xF8 | stuffing) +

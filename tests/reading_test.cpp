@@ -91,7 +91,7 @@ TEST(StreamReading, aReadErrorEndsTheLine) {
   close(ends[1]);
 }
 
-// With one letter behind each pair, every block ends between the two units of a pair.
+// With one letter after each pair, every block ends between the two units of a pair.
 TEST(WideReading, surrogatePairs_areJoinedAcrossBlocks) {
   const TempDir dir;
   ksSrtParserU parser;
@@ -112,7 +112,7 @@ TEST(WideReading, surrogatePairs_areJoinedAcrossBlocks) {
   // A lone surrogate in the last place of a block that is the last one.
   std::string units = Width<wchar_t>::encode(std::string(32767, 'a')).substr(2) + "\x3D\xD8";
   EXPECT_EQ(lineOf(units).length(), 32768 + 128);  // whole pieces: the last one comes twice
-  // The block before leaves the other half of a pair behind this one.
+  // The block before leaves the other half of a pair after this one.
   units.clear();
   while (units.size() < 32768) units += pair;
   EXPECT_TRUE(lineOf(units + std::string("b\0b\0\x3D\xD8", 6)).Right(1) == L"\xFFFD");

@@ -71,7 +71,7 @@ struct Width<wchar_t> {
     return ass.FindChar(s, c, start);
   }
   static auto removeTags(Ass& ass, const ksWString& s) { return ass.RemoveSSATags(s); }
-  /// UTF-16LE behind its mark.
+  /// UTF-16LE after its BOM.
   static std::string encode(std::string_view bytes) {
     std::string result = "\xFF\xFE";
     for (const char c : bytes) result += {c, '\0'};
@@ -118,7 +118,7 @@ class WorkingDir : public TempDir {
   std::filesystem::path before_ = std::filesystem::current_path();
 };
 
-/// The lines that ReadString() gives, one after the other, from byte `start` of a file on.
+/// The lines that ReadString() gives in turn, from byte `start` of a file on.
 template <typename Char, typename Parser>
 auto streamLines(const std::string& path, const std::string& content, std::size_t start) {
   Parser parser;
@@ -187,7 +187,7 @@ inline std::vector<std::string> allTexts(std::string_view alphabet, std::size_t 
   return texts;
 }
 
-/// A pack whose payload begins behind `headerDataLength` bytes of PES header data.
+/// A pack whose payload begins after `headerDataLength` bytes of PES header data.
 inline std::string pack(int headerDataLength, char subStream, std::string_view payload) {
   using namespace std::string_literals;
   std::string bytes = "\0\0\1\xBA"s + std::string(10, 'h') + "\0\0\1\xBD"s + "ll\x81\x80"s;

@@ -1,4 +1,4 @@
-// Reads the columns of a line one after the other: of scripts, and for the field readers that
+// Reads the columns of a line in turn: of scripts, and for the field readers that
 // parsers have.
 #pragma once
 
@@ -37,14 +37,14 @@ class ColumnReader {
   /// What is left of the line.
   View rest() const noexcept { return {begin_, static_cast<std::size_t>(end_ - begin_)}; }
 
-  /// Leaves a NUL behind the line.
+  /// Puts a NUL after the line.
   void trimBothSides() noexcept {
     begin_ = trimLeft(begin_, end_, Char{' '});
     end_ = trimRight(begin_, end_, Char{' '});
     *end_ = Char{};
   }
 
-  /// The text in front of the next `separator`. Deliberate: without one, all that is left, which
+  /// The text before the next `separator`. Deliberate: without one, all that is left, which
   /// stays in place for the next column.
   View text(Char separator = Char{','}) noexcept {
     begin_ = trimLeft(begin_, end_, Char{' '});
@@ -84,7 +84,7 @@ class ColumnReader {
   Char* end_;
 };
 
-/// Lets `read` take a column off the front of `s`.
+/// Lets `read` remove a column from the front of `s`.
 template <typename Char, typename Read>
 auto takeColumn(ksBasicString<Char>& s, Read read) {
   std::basic_string<Char> text(viewOf(s));

@@ -9,7 +9,7 @@
 
 namespace kssubtitle::internal {
 
-/// The decimal number that `text` begins with, behind white space and a sign; cut to 32 bits.
+/// The decimal number that `text` begins with, after white space and a sign; cut to 32 bits.
 template <typename Char>
 std::optional<int> scanDecimal(std::basic_string_view<Char> text) {
   return scanNumber(std::basic_string<Char>(text).c_str(), 10);

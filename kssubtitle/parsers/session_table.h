@@ -46,7 +46,7 @@ struct SessionAccess {
     return sessions.map_.try_emplace(sessions.map_.end(), key)->second;
   }
 
-  /// For when all records stand; does nothing if the host may hold a reference to one.
+  /// For when all records are complete; does nothing if the host may hold a reference to one.
   template <typename Record>
   static void buildTable(ksSessionMap<Record>& sessions) {
     if (!sessions.isChanged_) sessions.buildTable();

@@ -18,7 +18,7 @@ inline int times10(int value) noexcept {
   return static_cast<int>(static_cast<unsigned>(value) * 10U);
 }
 
-/// Reads a text of the form `form`, in which each '0' stands for a digit and any other character
+/// Reads a text of the form `form`, in which each '0' is any digit and any other character
 /// for itself; the runs of digits, as many as there are `fields`, become those. False, with
 /// `fields` undefined, if the text at `p` has another form. Requires: as many characters at `p`.
 template <std::size_t kSize, std::size_t kFields, typename Char>

@@ -63,7 +63,7 @@ ksBasicString<Char>::ksBasicString(int v) : text_(WidthRules<Char>::textOfNumber
 
 template <typename Char>
 ksBasicString<Char>& ksBasicString<Char>::operator=(const Char* p) {
-  text_ = String(p);  // `p` may point into this text, behind its recorded end included
+  text_ = String(p);  // `p` may point into this text, after its recorded end included
   return *this;
 }
 
@@ -83,7 +83,7 @@ template <typename Char>
 void ksBasicString<Char>::setchar(int i, Char c) {
   if (i < 0 || i > length()) return;
   if (i == length()) {
-    // Leaves a second NUL behind the terminator, so that the storage stays terminated.
+    // Leaves a second NUL after the terminator, so that the storage stays terminated.
     text_.push_back(Char{});
     text_.pop_back();
   }
@@ -149,7 +149,7 @@ ksBasicString<Char>& ksBasicString<Char>::operator+=(Char c) {
 
 template <typename Char>
 ksBasicString<Char>& ksBasicString<Char>::append(const Char* p) {
-  text_ += String(p);  // `p` may point into this text, behind its recorded end included
+  text_ += String(p);  // `p` may point into this text, after its recorded end included
   return *this;
 }
 
@@ -308,7 +308,7 @@ void ksBasicString<Char>::removeSpaces() {
   text_.erase(0, text_.find_first_not_of(kSpace<Char>));
 }
 
-// Deliberate: of the spaces behind the leading ones only the first goes.
+// Deliberate: of the spaces after the leading ones only the first goes.
 template <typename Char>
 void ksBasicString<Char>::clearSpaces() {
   if (text_.empty()) return;
@@ -331,7 +331,7 @@ void ksBasicString<Char>::removeLastChar() {
   terminate();
 }
 
-// Deliberate: the recorded length stays, with stale characters behind the moved terminator.
+// Deliberate: the recorded length stays, with stale characters after the moved terminator.
 template <typename Char>
 int ksBasicString<Char>::deleteStr(int start, int count) noexcept {
   const int size = length();

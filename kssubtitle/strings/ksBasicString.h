@@ -119,9 +119,9 @@ class KSSUBTITLE_API ksBasicString {
 
   // ---- Concatenation ----
 
-  /// This text and `s` behind it.
+  /// This text followed by `s`.
   ksBasicString operator+(const ksBasicString& s) const;
-  /// This text and the NUL-terminated text `p` behind it.
+  /// This text followed by the NUL-terminated text `p`.
   ksBasicString operator+(const Char* p) const;
   /// With the decimal text of `v`; with nothing in `ksWString`.
   ksBasicString operator+(int v) const;
@@ -210,9 +210,9 @@ class KSSUBTITLE_API ksBasicString {
   void removeQuo();
   /// Removes every trailing CR and LF, and what setchar() has put over the terminating NUL.
   void removeLastChar();
-  /// Moves the text behind the range, and its terminating NUL, over the range, and returns the
+  /// Moves the text after the range, and its terminating NUL, over the range, and returns the
   /// **unchanged** length(): getData() shows the shortened text, while length() still counts the
-  /// stale characters behind the new terminator. Negative arguments count as 0; `count` is clipped
+  /// stale characters after the new terminator. Negative arguments count as 0; `count` is clipped
   /// at the end of the text. Assign the object from its own getData() to make it consistent.
   int deleteStr(int start, int count) noexcept;
   /// Replaces the first occurrence of `from` by `to`, and goes on only while the one just replaced
@@ -225,8 +225,8 @@ class KSSUBTITLE_API ksBasicString {
 
   // ---- Utilities for hosts ----
 
-  /// Finds the first occurrence of `pattern`: 2 if there is none, 0 if it stands at the front, else
-  /// 1. If found, assigns what stands in front of it to `*before`, unless that is null, and if
+  /// Finds the first occurrence of `pattern`: 2 if there is none, 0 if it is at the front, else
+  /// 1. If found, assigns what precedes it to `*before`, unless that is null, and if
   /// `cut` is set replaces the text up to and including the occurrence by `replacement`.
   /// An empty pattern occurs at the front. `before` may be this object: the cut is then left out
   /// if it would reach past the text that remains.
@@ -236,8 +236,8 @@ class KSSUBTITLE_API ksBasicString {
   /// time.
   /// Requires: `separator` is not empty; the call takes memory without end otherwise.
   std::map<int, ksBasicString> split(const ksBasicString& separator) const;
-  /// Pads the text to `width` characters with repetitions of `fill`, the last one cut short, in
-  /// front of it or behind it; does nothing if the text is long enough.
+  /// Pads the text to `width` characters with repetitions of `fill`, the last one cut short,
+  /// before or after it; does nothing if the text is long enough.
   /// Requires: `fill` is not empty if padding is needed.
   void inflate(int width, const ksBasicString& fill, bool atFront);
 

@@ -7,7 +7,7 @@
 
 namespace kssubtitle::internal {
 
-/// Replaces `from`, which stands at the front of `text`, by `to` until the text begins otherwise.
+/// Replaces `from`, which `text` begins with, by `to` until the text begins otherwise.
 /// Requires: `to` does not begin with `from`; the call takes memory without end, or never returns,
 /// otherwise.
 template <typename Char>

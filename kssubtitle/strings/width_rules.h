@@ -26,7 +26,7 @@ struct WidthRules<char> {
   using Order = unsigned char;
   static char toUpper(char c) noexcept;
   static char toLower(char c) noexcept;
-  /// How much the first characters that differ do, as strcmp() tells on most platforms.
+  /// The difference of the first characters that differ, as strcmp() returns it on most platforms.
   static int compare(const char* a, const char* b) noexcept;
   static std::string textOfNumber(int value);
   static int numberOfText(const std::string& text) noexcept;
@@ -38,7 +38,7 @@ struct WidthRules<wchar_t> {
   using Order = std::int32_t;
   static wchar_t toUpper(wchar_t c) noexcept;
   static wchar_t toLower(wchar_t c) noexcept;
-  /// -1, 0 or 1, as wcscmp() tells where wide characters are signed.
+  /// -1, 0 or 1, as wcscmp() returns where wide characters are signed.
   static int compare(const wchar_t* a, const wchar_t* b) noexcept;
   static std::wstring textOfNumber(int value);
   static int numberOfText(const std::wstring& text) noexcept;

@@ -159,7 +159,7 @@ def statement_changes(source, tokens):
 
 
 def declared_name(head):
-    """What the beginning of a declaration declares, with the classes in front: Text::find."""
+    """What the beginning of a declaration declares, with the classes before it: Text::find."""
     marks = [i for i, token in enumerate(head) if token.text in ("(", "=", "{") or (
         token.text == "[" and i > 0 and head[i - 1].kind == "word")]
     end = marks[0] if marks else len(head)
@@ -179,7 +179,7 @@ def declared_name(head):
 
 
 def scope_of_braces(head, enclosing):
-    """(name, what separates declarations inside, if any) of the braces behind `head`."""
+    """(name, what separates declarations inside, if any) of the braces after `head`."""
     words = [token.text for token in head]
     if enclosing and not enclosing[-1][1]:
         return "", ""  # inside a function

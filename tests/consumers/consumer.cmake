@@ -33,7 +33,7 @@ function(build_project project binaries)
   run(${CMAKE_COMMAND} --build ${binaries} --parallel 2)
 endfunction()
 
-# The host of one library; where another library is asked for by name, it stands beside the system's.
+# The host of one library; where another library is asked for by name, it is beside the system's.
 function(build_with_pkg_config library_directory host module)
   set(ENV{PKG_CONFIG_PATH} ${library_directory}/pkgconfig)
   run(${pkg_config} --modversion ${module})
@@ -45,7 +45,7 @@ function(build_with_pkg_config library_directory host module)
   run_smallest(${work}/host)
 endfunction()
 
-# The README shows the smallest host as it stands.
+# The README shows the smallest host as it is.
 function(test_readme)
   file(READ ${source}/README.md readme)
   foreach(file host.cpp CMakeLists.txt)

@@ -82,7 +82,7 @@ class StringsModel {
   }
 
   Str text;
-  Char end{};  // what stands in the terminator's place
+  Char end{};  // what is in the terminator's place
 
  private:
   static std::size_t size(int n) { return static_cast<std::size_t>(n); }

@@ -1,4 +1,4 @@
-// The colours of a timeline, and what they stand for.
+// The colours of a timeline, and what they mean.
 #pragma once
 
 #include <array>
@@ -13,7 +13,7 @@ enum class Role {
   kGrid,
   kText,
   kFaintText,
-  kCalm,  ///< A cue that can be read at leisure, and so on to one that nobody can read in time.
+  kCalm,  ///< A cue that can be read at leisure, and so on to one that is too fast to read.
   kBrisk,
   kFast,
   kTooFast,

@@ -143,7 +143,7 @@ std::optional<DecodedText> decodeAs(std::string bytes, const Encoding& encoding)
   }
   return decodeByIconv(bytes, encoding.name);
 } catch (const std::length_error&) {  // on 32 bits a text may outgrow what a string can have
-  throw std::bad_alloc();  // GCOVR_EXCL_LINE
+  throw std::bad_alloc();             // GCOVR_EXCL_LINE
 }
 
 }  // namespace

@@ -11,8 +11,8 @@
 namespace kssubtitle::internal {
 namespace {
 
-/// The Layer column, which SSA v4 does not have: "Marked=" stands there. Deliberate: in a
-/// script that is not ASS v4+ an equals sign anywhere in the line cuts the line behind it.
+/// The Layer column, which SSA v4 does not have: "Marked=" is there. Deliberate: in a
+/// script that is not ASS v4+ an equals sign anywhere in the line cuts the line after it.
 template <typename Char>
 int readLayer(ColumnReader<Char>& reader, FormatLevel level) {
   if (level == FormatLevel::kAssV4Plus) return reader.integer();
@@ -52,7 +52,7 @@ void assignStyle(ksBasicString<Char>& style, std::basic_string_view<Char> column
   }
 }
 
-/// Deliberate: an effect that begins as the text does, or the other way round, is none.
+/// Deliberate: an effect that begins as the text does, or vice versa, is not one.
 template <typename Char>
 std::basic_string_view<Char> effectBeside(std::basic_string_view<Char> effect,
                                           std::basic_string_view<Char> text) noexcept {

@@ -7,7 +7,7 @@
 
 namespace kssubtitle::internal {
 
-/// Reads the columns in `reader`, behind which a NUL stands, into an event and adds its text behind
+/// Reads the columns in `reader`, which a NUL follows, into an event and adds its text after
 /// a line feed.
 template <typename Char, typename Event>
 void readEventLine(ColumnReader<Char>& reader, FormatLevel level, OverrideTagRemover<Char>& tags,

@@ -157,7 +157,7 @@ double takeReal(ksBasicString<Char>& s, Char separator) {
 
 template <typename Char>
 ksBasicString<Char> withoutTags(const ksBasicString<Char>& text) {
-  const std::basic_string<Char> copy(viewOf(text));  // with a NUL behind it, whatever setchar() did
+  const std::basic_string<Char> copy(viewOf(text));  // with a NUL after it, whatever setchar() did
   return std::basic_string<Char>(OverrideTagRemover<Char>().clean(copy));
 }
 

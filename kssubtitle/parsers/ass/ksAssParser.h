@@ -39,8 +39,8 @@ struct KSSUBTITLE_API ASS_SESSION_ST_U {
 /// renderer; no answer depends on them. A last line without a line feed is lost.
 ///
 /// Deliberate: the colour columns of a Style line are not skipped. In an ordinary script, which has
-/// four of them, only `fontName` and `fontSize` are what their names say: every member behind them
-/// holds a column that stands further in front.
+/// four of them, only `fontName` and `fontSize` are what their names say: every member after them
+/// holds an earlier column.
 ///
 /// An object must not be used by two threads at once. Copies are deep, but for the stream in
 /// `file`; the destructor closes no stream.
@@ -71,11 +71,11 @@ class KSSUBTITLE_API ksAssParser : public IParser {
   /// of records that are there already.
   bool ConvertBufToAssMap();
 
-  /// Takes the text in front of the first `sep` off the front of `s`, both included, after
+  /// Removes the text before the first `sep`, and the `sep`, from the front of `s`, after
   /// TrimLeft(), and returns it. Without a `sep` returns all of `s`, which may be empty, and leaves
   /// it in place.
   ksString GetStr(ksString& s, char sep);
-  /// GetStr() read as a decimal number, cut to 32 bits; -1 if it is none, and for hexadecimal
+  /// GetStr() read as a decimal number, cut to 32 bits; -1 if it is not one, and for hexadecimal
   /// numbers ("&H...").
   int GetInt(ksString& s, char sep);
   /// GetStr() read with `sscanf`'s "%f" under the host's locale; -1.0 if it is no number.
@@ -84,7 +84,7 @@ class KSSUBTITLE_API ksAssParser : public IParser {
   /// `start` counts as 0; the last argument is ignored.
   int FindChar(ksString s, char c, int start, int ignored);
   /// `s` without "{...}" and "<...>", and with the first "\N" (and every one at the very front)
-  /// turned into a line feed. The recorded length counts stale characters behind the terminating
+  /// turned into a line feed. The recorded length counts stale characters after the terminating
   /// NUL, as ksBasicString::deleteStr() leaves them. The charset is ignored.
   ksString RemoveSSATags(ksString s, int charset);
 
@@ -117,8 +117,8 @@ class KSSUBTITLE_API ksAssParser : public IParser {
   bool italic = false;            ///< Whether the column in its place is not 0.
 };
 
-/// Reads ASS and SSA scripts of wide text: UTF-16LE behind the mark FF FE, or text in the encoding
-/// of the host's locale behind two bytes that are skipped. Otherwise as ksAssParser.
+/// Reads ASS and SSA scripts of wide text: UTF-16LE after the BOM FF FE, or text in the encoding
+/// of the host's locale after two bytes that are skipped. Otherwise as ksAssParser.
 class KSSUBTITLE_API ksAssParserU : public IParser {
  public:
   /// As ksAssParser::Open(); reads also no further than bytes that the locale cannot decode.

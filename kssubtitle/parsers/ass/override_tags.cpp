@@ -23,7 +23,7 @@ auto SpanRemover<Char>::remove(View text, Char opening, Char closing) -> View {
   return {result_.data(), text.size()};
 }
 
-/// Puts the text and its NUL on the tape, with as much room behind it.
+/// Puts the text and its NUL on the tape, with as much room after it.
 template <typename Char>
 void SpanRemover<Char>::start(View text) {
   const std::size_t size = text.size() + 1;

@@ -9,7 +9,7 @@
 namespace kssubtitle::internal {
 
 /// Removes spans of text with the result that deleteStr() has for one span after the other, stale
-/// characters behind the moved terminators included.
+/// characters after the moved terminators included.
 ///
 /// Moving the rest of a text of fixed length over a span of n characters leaves the text's last n
 /// characters, its NUL included, standing: what follows the span is then the rest and a copy of
@@ -22,7 +22,7 @@ class SpanRemover {
   using View = std::basic_string_view<Char>;
 
   /// `text` without the spans from `opening` to `closing`; valid until the next call.
-  /// Requires: a NUL stands behind `text`.
+  /// Requires: a NUL follows `text`.
   View remove(View text, Char opening, Char closing);
 
  private:
@@ -39,7 +39,7 @@ class SpanRemover {
   Char* head_ = nullptr;  // what is still to be searched: a part of the tape
   Char* tail_ = nullptr;
   Char* limit_ = nullptr;  // how far the tail may grow
-  // No closing character stands in this part of the tape.
+  // This part of the tape has no closing character.
   const Char* searchedFrom_ = nullptr;
   const Char* searchedTo_ = nullptr;
 };
@@ -52,7 +52,7 @@ class OverrideTagRemover {
 
   /// `text` without "{...}" and "<...>", its stale characters included, and with "\N" turned into a
   /// line feed as replaceChars() does. Valid until the next call and as long as `text`.
-  /// Requires: a NUL stands behind `text`.
+  /// Requires: a NUL follows `text`.
   View clean(View text);
 
  private:

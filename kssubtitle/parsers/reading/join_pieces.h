@@ -18,7 +18,7 @@ namespace kssubtitle::internal {
 
 inline constexpr std::size_t kPieceLength = 128;
 
-/// Whether the line goes on behind `piece`.
+/// Whether the line goes on after `piece`.
 template <typename Char>
 bool isContinued(std::basic_string_view<Char> piece) noexcept {
   return piece.size() == kPieceLength && piece.back() != '\n';

@@ -112,7 +112,7 @@ bool readLines(const char* path, std::FILE*& file, std::vector<ksBasicString<Cha
   return collectText<kRules>(path, stream, file, lines);
 }
 
-/// Open() of the parsers, behind what each does first.
+/// Open() of the parsers, after what each does first.
 template <ReadingRules kRules, typename Parser>
 bool openAndConvert(Parser& parser, const char* path, bool (Parser::*convert)()) {
   if (!readLines<kRules>(path, parser.file, parser.lines)) return false;

@@ -19,7 +19,7 @@ namespace kssubtitle::internal {
 bool readPiece(std::FILE* file, char (&buffer)[kPieceLength + 1]);
 bool readPiece(std::FILE* file, wchar_t (&buffer)[kPieceLength + 1]);
 
-/// Pieces of a stream that stands exactly behind the last piece after every read.
+/// Pieces of a stream whose position is right after the last piece after every read.
 template <typename Character>
 class StreamPieces {
  public:
@@ -85,14 +85,14 @@ class BlockPieces {
   std::FILE* file_;
   Input input_;
   std::vector<Char> buffer_;
-  std::size_t pieceBegin_ = 0;  // the piece, and behind it what is not yet handed out
+  std::size_t pieceBegin_ = 0;  // the piece, and after it what is not yet handed out
   std::size_t pieceEnd_ = 0;
   std::size_t end_ = 0;
   std::size_t nul_ = 0;  // the buffer's first NUL; npos if it has none
   bool atEnd_ = false;
 };
 
-/// The length of the piece behind the last one, as far as the buffer holds it.
+/// The length of the piece after the last one, as far as the buffer holds it.
 template <typename Input>
 std::size_t BlockPieces<Input>::nextLength() const noexcept {
   std::basic_string_view<Char> rest(buffer_.data() + pieceEnd_, end_ - pieceEnd_);
@@ -131,7 +131,7 @@ bool BlockPieces<Input>::nextLine(std::basic_string_view<Char>& line) noexcept {
   return true;
 }
 
-/// Reads more behind what the buffer holds, moving it and the last piece to the front.
+/// Reads more after what the buffer holds, moving it and the last piece to the front.
 template <typename Input>
 bool BlockPieces<Input>::refill() {
   std::char_traits<Char>::move(buffer_.data(), buffer_.data() + pieceBegin_, end_ - pieceBegin_);

@@ -8,11 +8,11 @@
 namespace kssubtitle::internal {
 
 /// Whether the text that `bytes` begins is UTF-16LE: its digits and line feeds hold zero bytes,
-/// which 8-bit text never does. kWideMark does not tell: 8-bit text may stand behind it as well.
+/// which 8-bit text never does. kWideMark does not decide it: 8-bit text may follow it as well.
 bool looksLikeUtf16(const unsigned char* bytes, std::size_t size) noexcept;
 
 /// Reads one code point from a byte stream; false at the end of the file, for which an odd last
-/// byte stands too, and after a read error. A lone surrogate is U+FFFD.
+/// byte is too, and after a read error. A lone surrogate is U+FFFD.
 bool readUtf16(std::FILE* file, wchar_t& out);
 
 /// Decodes a byte stream in blocks.

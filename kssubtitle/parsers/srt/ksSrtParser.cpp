@@ -22,9 +22,9 @@ struct SrtRules;
 
 template <>
 struct SrtRules<char> {
-  /// The arrow and the space behind it, whatever stands in the space's place.
+  /// The arrow and the space after it, whatever character is in the space's place.
   static constexpr std::size_t kArrowAndGap = 4;
-  /// Whether both times are cut behind the separator at `q` of the end time.
+  /// Whether both times are cut after the separator at `q` of the end time.
   /// A separator that is missing (npos) cuts nothing off here.
   static bool cutsAt(std::size_t q, std::size_t startLength) noexcept {
     return q + 1 < startLength;
@@ -46,7 +46,7 @@ View<Char> from(View<Char> text, std::size_t start) noexcept {
   return text.substr(std::min(start, text.size()));
 }
 
-/// The number in front of the separator at `position`; in the whole text where there is none.
+/// The number before the separator at `position`; in the whole text where there is none.
 template <typename Char>
 int numberUpTo(View<Char> text, std::size_t position) {
   return decimalOf(text.substr(0, position));
@@ -90,7 +90,7 @@ class SrtConverter {
     }
   }
 
-  /// Deliberate: a text line brings along every second line behind it, up to one that is no text,
+  /// Deliberate: a text line brings along every second line after it, up to one that is not text,
   /// whatever the lines between are, and trims each once more.
   void addText(std::size_t i) {
     auto& cue = SessionAccess::record(sessions_, key_);

@@ -64,10 +64,10 @@ class KSSUBTITLE_API ksSrtParser : public IParser {
   bool opened = false;                    ///< Set by the first Open() that succeeds.
 };
 
-/// Reads SubRip files of wide text: UTF-16LE behind the mark FF FE, or text in the encoding of the
-/// host's locale behind two bytes that are skipped.
+/// Reads SubRip files of wide text: UTF-16LE after the BOM FF FE, or text in the encoding of the
+/// host's locale after two bytes that are skipped.
 ///
-/// Differs from ksSrtParser on unusual time lines only: the arrow needs no space behind it, and a
+/// Differs from ksSrtParser on unusual time lines only: the arrow needs no space after it, and a
 /// start time is cut also where it ends right at the place of the end time's separator.
 class KSSUBTITLE_API ksSrtParserU : public IParser {
  public:

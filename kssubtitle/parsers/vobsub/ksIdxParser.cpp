@@ -34,7 +34,7 @@ struct IdxRules;
 
 template <>
 struct IdxRules<char> {
-  /// Keeps the extension, and loses what stands in front of it.
+  /// Keeps the extension, and loses what precedes it.
   static ksString subFilePath(const ksString& path) {
     return path.substr(path.find('.', 0), path.length()) + "sub";
   }
@@ -121,7 +121,7 @@ std::uint32_t foldDigits(std::uint32_t v) noexcept {
 }
 // GCOVR_EXCL_STOP
 
-/// What stands behind `key` in `value`, or behind where it would stand if it began at -1.
+/// What follows `key` in `value`, or what would follow it if it began at -1.
 template <typename Char>
 ksBasicString<Char> behind(const ksBasicString<Char>& value, const char* key, int keyLength) {
   return value.substr(value.find(literal<Char>(key), 0) + keyLength, value.length());
@@ -305,7 +305,7 @@ unsigned char* ksIdxParser::GetPacket(long long t, int& size, int& ctrlOffset) {
 
 ksIdxParserU::~ksIdxParserU() = default;
 
-// Deliberate: the path's storage as it is, whose first zero byte ends the name.
+// Deliberate: the path's storage as it is, whose first NUL ends the name.
 bool ksIdxParserU::Open(wchar_t* path) {
   subFilePath = IdxRules<wchar_t>::subFilePath(path);
   return openAndConvert<kIndexFile>(*this, reinterpret_cast<const char*>(path),

@@ -29,7 +29,7 @@ struct KSSUBTITLE_API SUB_SESSION_ST_U {
 /// the host's business.
 ///
 /// **Open() never returns** for an index with a line of spaces only, or one whose first character,
-/// behind spaces, is ';'. A host that opens files from strangers looks for such lines first, and
+/// after spaces, is ';'. A host that opens files from strangers looks for such lines first, and
 /// for zero bytes, which hide what a line really begins with.
 ///
 /// An object must not be used by two threads at once; separate objects share nothing.
@@ -48,7 +48,7 @@ class KSSUBTITLE_API ksIdxParser {
 
   /// Reads the index at `path` (not null, and no part of this object) into `lines`, **adds** its
   /// entries to `sessions`, and sets `subFilePath` to the text from the path's first '.' on, with
-  /// "sub" behind it: "film.idx" gives ".idxsub". False if the file cannot be opened, is empty (its
+  /// "sub" after it: "film.idx" gives ".idxsub". False if the file cannot be opened, is empty (its
   /// stream then stays open in `file`) or has more than 5000 lines ended by a line feed. A last
   /// line without one is lost.
   /// @throws std::out_of_range if a "timestamp" or "custom colors" line has no "filepos:", "tridx:"
@@ -63,11 +63,11 @@ class KSSUBTITLE_API ksIdxParser {
   /// never returns for the lines named above.
   /// @throws std::out_of_range as Open().
   bool ConvertBufToIdxMap();
-  /// Takes the text in front of the first `sep` off the front of `s`, both included, after
+  /// Removes the text before the first `sep`, and the `sep`, from the front of `s`, after
   /// TrimLeft(), and returns it. Without a `sep` returns all of `s` and leaves it in place.
   /// @throws int 1 if nothing is left of `s` after TrimLeft().
   ksString GetStr(ksString& s, char sep);
-  /// GetStr() read as a decimal number, cut to 32 bits; -1 if it is none, and for hexadecimal
+  /// GetStr() read as a decimal number, cut to 32 bits; -1 if it is not one, and for hexadecimal
   /// numbers ("&H...").
   /// @throws int as GetStr().
   int GetInt(ksString& s, char sep);
@@ -120,7 +120,7 @@ class KSSUBTITLE_API ksIdxParserU {
 
   /// As ksIdxParser::Open(), but opens the file whose name is the **bytes** of `path` up to the
   /// first zero byte: the path's first character, if that is below U+0100. Sets `subFilePath` to
-  /// the path up to its first '.', with "sub" behind it: "film.idx" gives "film.sub".
+  /// the path up to its first '.', with "sub" after it: "film.idx" gives "film.sub".
   bool Open(wchar_t* path);
   /// As ksIdxParser::ReadString(). A stream with wide orientation is read with `fgetws` under the
   /// host's locale, any other as UTF-16LE.

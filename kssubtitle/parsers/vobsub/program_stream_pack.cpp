@@ -1,4 +1,4 @@
-// Where the fields of a pack stand.
+// The offsets of the fields of a pack.
 #include "kssubtitle/parsers/vobsub/program_stream_pack.h"
 
 #include <algorithm>
@@ -8,8 +8,8 @@ namespace {
 
 constexpr std::size_t kPesHeader = 14;         // the pack header has no stuffing
 constexpr std::size_t kPtsFlags = 21;          // the highest bit: a PTS is present
-constexpr std::size_t kHeaderDataLength = 22;  // of the PES header data behind it
-constexpr std::size_t kHeaderData = 23;        // begins with the PTS, behind it the sub-stream id
+constexpr std::size_t kHeaderDataLength = 22;  // of the PES header data after it
+constexpr std::size_t kHeaderData = 23;        // begins with the PTS; the sub-stream id follows
 constexpr unsigned char kPackStart[] = {0, 0, 1, 0xBA};
 constexpr unsigned char kPrivateStream1[] = {0, 0, 1, 0xBD};
 constexpr unsigned char kPtsPresent = 0x80;
