@@ -207,6 +207,7 @@ TEST(TtmlLanguages, Of_cues_are_listed_and_selected) {
     options.language = language;
     openText(parser, text, options);
     EXPECT_EQ(cuesOf(parser), cues) << language;
+    EXPECT_EQ(parser.report().hasLanguage(), std::string_view(language) != "e");
     const auto languages = parser.report().languages();
     EXPECT_EQ(std::vector(languages.begin(), languages.end()),
               (std::vector<std::string>{"en_GB", "de", "en-US"}));

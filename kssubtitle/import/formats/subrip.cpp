@@ -15,10 +15,10 @@ namespace {
 
 /// A line of digits, which may be the number of a cue.
 struct NumberLine {
-  int line = 0;
-  std::size_t begin = 0;
-  long long value = 0;
-  bool hasBlankAbove = false;
+  int line;
+  std::size_t begin;
+  long long value;
+  bool hasBlankAbove;
 };
 
 /// The value of digits, of which the first eighteen count.
@@ -92,8 +92,7 @@ class SubRipReader {
 
   /// A number that continues the numbering may announce a cue that was cut off.
   void readNumber(const Line& line, std::string_view digits) {
-    NumberLine number{line.number, line.begin, valueOf(digits)};
-    number.hasBlankAbove = above_ == Above::kBlank;
+    const NumberLine number{line.number, line.begin, valueOf(digits), above_ == Above::kBlank};
     if (number.hasBlankAbove && !cutOff_ && numbering_.isContinuedBy(number)) cutOff_ = number;
     number_ = number;
     above_ = Above::kNumber;

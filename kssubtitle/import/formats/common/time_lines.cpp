@@ -28,7 +28,7 @@ std::optional<PairOfTimes> pairOfTimes(std::string_view line) noexcept {
   if (!start || start->fields != 3) return std::nullopt;
   if (!consumeCharacter(rest, ',')) {
     // It may have been taken for that of a fraction.
-    const std::size_t comma = line.substr(0, line.size() - rest.size()).find(',');
+    const std::size_t comma = line.find(',');
     return comma == line.npos ? std::nullopt : pairAround(line, comma);
   }
   const auto end = consumeTime(rest);
