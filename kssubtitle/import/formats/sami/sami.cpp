@@ -191,7 +191,9 @@ void setEnds(std::vector<Paragraph>& paragraphs, bool haveClasses) {
   std::vector<Paragraph*> byTime;
   byTime.reserve(paragraphs.size());
   for (Paragraph& paragraph : paragraphs) byTime.push_back(&paragraph);
-  std::ranges::sort(byTime, {}, &Paragraph::start);
+  if (!std::ranges::is_sorted(byTime, {}, &Paragraph::start)) {
+    std::ranges::sort(byTime, {}, &Paragraph::start);
+  }
   Ends(haveClasses).set(byTime);
 }
 
