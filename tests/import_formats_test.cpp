@@ -87,4 +87,12 @@ TEST(ImportFrameRates, AreThoseOfTheOptionsIfUsable) {
   for (const double rate : {-25.0, 1e-300, HUGE_VAL, std::nan("")}) EXPECT_EQ(startAt(rate), 1502);
 }
 
+TEST(ImportFrameRates, AreSecondsInMpsubThatStatesNone) {
+  ksImportOptions options;
+  options.format = "mpsub";
+  ksImportParser parser;
+  EXPECT_TRUE(openText(parser, "1 2\nA\n", options));
+  EXPECT_EQ(cuesOf(parser), "1000-3000 A");
+}
+
 }  // namespace

@@ -132,6 +132,9 @@ const Row kAss[] = {
      "[Script Info]\nScriptType: v4.00++\n[Fonts]\nX\n[EVENTS]\n"
      "Dialogue: 0,0:00:01.00,0:00:02.00,,,0,0,0,0,,A, b",
      "1000-2000 A, b"},
+    {"section_of_four_margins",
+     "[V4++ Styles]\n[Events]\nDialogue: 0,0:00:01.00,0:00:02.00,,,0,0,0,0,,A, b",
+     "1000-2000 A, b"},
     {"unknown_style", "[V4+ Styles]\nStyle: Other,Arial\n#1A", "1000-2000 A", "3 UnknownStyle"},
     {"overlap", "#3B\n#1A\nDialogue: 1,0:00:01.50,0:00:03.50,Default,,0,0,0,,C",
      "1000-2000 A; 1500-3500 C; 3000-4000 B", "1 Overlap; 3 Overlap"},
