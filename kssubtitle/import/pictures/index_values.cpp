@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <charconv>
 
+#include "kssubtitle/import/formats/common/times.h"
 #include "kssubtitle/import/text/ascii.h"
 
 namespace kssubtitle::importing {
@@ -46,16 +47,10 @@ std::optional<Pair> readPair(std::string_view text, std::string_view separators,
 
 std::optional<long long> consumeIndexTime(std::string_view& text) noexcept {
   std::string_view rest = text;
-  const bool isNegative = consumeCharacter(rest, '-');
-  if (!isNegative) consumeCharacter(rest, '+');
-  long long time = 0;
-  for (int field = 0; field < 3; ++field) {
-    if (field > 0 && !consumeCharacter(rest, ':')) return std::nullopt;
-    const auto digits = consumeDigits(rest);
-    if (!digits || digits->value > kLongestTime) return std::nullopt;
-    time = time * 60 + digits->value * 1000;
-  }
-  time += consumeMilliseconds(rest);
+  const bool isNegative = consumeSign(rest);
+  const auto clock = consumeClock(rest);
+  if (!clock || clock->fields != 3) return std::nullopt;
+  const long long time = clock->seconds * 1000 + consumeMilliseconds(rest);
   if (time > kLongestTime) return std::nullopt;
   text = rest;
   return isNegative ? -time : time;
