@@ -61,7 +61,7 @@ INSTANTIATE_TEST_SUITE_P(WebVtt, WebFormats, testing::ValuesIn(webVttCases()));
 
 constexpr const char* kTwoLanguages =
     "<!-- a --><?xml version='1.0'?><Sami><STYLE><!-- P {x:y}\n.KRCC {Name:K; lang:ko-KR;}\n"
-    ".ENCC, .FRCC {lang: 'en-US'}\n.Big {font-size:20pt} --></Style><BODY>\n";
+    ".ENCC, .FRCC {lang: 'en-US'} .ENCC {Name:L}\n.Big {font-size:20pt} --></Style><BODY>\n";
 
 std::vector<Case> samiCases() {
   const std::string head = kTwoLanguages;

@@ -15,13 +15,6 @@
 namespace kssub {
 namespace {
 
-std::string formatNames() {
-  std::vector<std::string> names;
-  for (const ksImportFormat* const format : ksImportFormats()) names.emplace_back(format->name);
-  std::ranges::sort(names);
-  return enumerated(names, ", ");
-}
-
 /// The format that `word` names, or whose extension it is. Throws CLI::ValidationError if there is
 /// none or several have the extension.
 std::string formatOf(const std::string& word) {
@@ -84,7 +77,7 @@ std::vector<CLI::Option*> addReadingOptions(CLI::App& app, ksImportOptions& opti
              "--format", setFormat,
              "Read the file as this format instead of detecting it; a "
              "name or an extension: " +
-                 formatNames())
+                 enumerated(formatNames(), ", "))
           ->type_name("NAME"),
       app.add_option("--language", options.language, "The language to read, if a file has several")
           ->type_name("NAME"),

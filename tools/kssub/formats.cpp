@@ -2,6 +2,7 @@
 #include "tools/kssub/formats.h"
 
 #include <CLI/StringTools.hpp>
+#include <algorithm>
 #include <sstream>
 
 namespace kssub {
@@ -12,6 +13,13 @@ bool hasExtension(const ksImportFormat& format, std::string_view extension) {
     if (one == extension) return true;
   }
   return false;
+}
+
+std::vector<std::string> formatNames() {
+  std::vector<std::string> names;
+  for (const ksImportFormat* const format : ksImportFormats()) names.emplace_back(format->name);
+  std::ranges::sort(names);
+  return names;
 }
 
 std::vector<std::string> writtenExtensions() {

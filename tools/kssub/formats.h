@@ -13,6 +13,9 @@ namespace kssub {
 /// Whether `extension`, in lower case and without a dot, is one of the format's.
 bool hasExtension(const ksImportFormat& format, std::string_view extension);
 
+/// The names of the formats that can be read, in alphabetical order.
+std::vector<std::string> formatNames();
+
 /// The most usual extension of each format that can be written.
 std::vector<std::string> writtenExtensions();
 

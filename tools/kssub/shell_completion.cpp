@@ -37,26 +37,10 @@ std::string summaryOf(const std::string& description) {
   return out;
 }
 
-std::string formatNames() {
-  std::string names;
-  for (const ksImportFormat* const format : ksImportFormats()) {
-    names.append(names.empty() ? "" : " ").append(format->name);
-  }
-  return names;
-}
-
-std::string targetNames() {
-  std::string names;
-  for (const std::string& extension : writtenExtensions()) {
-    names.append(names.empty() ? "" : " ").append(extension);
-  }
-  return names;
-}
-
 /// The possible values of an option; empty: any.
 std::string choicesOf(const std::string& option) {
-  if (option == "format") return formatNames();
-  return option == "to" ? targetNames() : "";
+  if (option == "format") return CLI::detail::join(formatNames(), " ");
+  return option == "to" ? CLI::detail::join(writtenExtensions(), " ") : "";
 }
 
 std::vector<OptionWords> optionsOf(const CLI::App& command) {
@@ -105,10 +89,10 @@ _kssub() {
          R"(  esac
   if [ "$previous" = --format ]; then
     words=')" +
-         formatNames() + R"('
+         choicesOf("format") + R"('
   elif [ "$previous" = --to ]; then
     words=')" +
-         targetNames() + R"('
+         choicesOf("to") + R"('
   elif [ "$COMP_CWORD" = 1 ]; then
     words="$commands $options"
   elif [ "${COMP_WORDS[1]}" = help ]; then

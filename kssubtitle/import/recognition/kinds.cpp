@@ -171,7 +171,7 @@ constexpr Row kRows[] = {
     {.signature = "\x1A\x45\xDF\xA3"sv,
      .kind = binary("The file is a Matroska film or its tracks, not text.")},
     {.signature = "ftyp"sv, .offset = 4, .kind = binary("The file is an MP4 film, not text.")},
-    {.signature = "RIFF"sv, .kind = binary("The file is a film or a sound, not text.")},
+    {.signature = "RIFF"sv, .kind = binary("The file is a film, a sound or a picture, not text.")},
     {.signature = "\x89PNG"sv, .kind = kPicture},
     {.signature = "\xFF\xD8\xFF"sv, .kind = kPicture},
     {.signature = "%PDF-"sv, .kind = binary("The file is a PDF document, not a subtitle file.")},

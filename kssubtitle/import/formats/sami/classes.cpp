@@ -70,7 +70,7 @@ void SamiClasses::declare(std::string_view selectors, std::string_view rule) {
     if (!isLanguage) continue;
     if (declared.kind != SamiClass::Kind::kLanguage) declared_.push_back(name);
     declared.kind = SamiClass::Kind::kLanguage;
-    declared.tag = tag.value_or(std::string_view());
+    declared.tag = tag.value_or(declared.tag);
   }
 }
 
