@@ -53,6 +53,8 @@ TEST(ImportHtml, aColourIsReadFromItsOwnAttributeAndDigits) {
       {"@1<font color=\"#-00000\">A", "A"},
       {"@1<font color=\"+00000\">A", "A"},
       {"{1}{2}{c:$-12345}A\n", "A"},
+      {"[V4+ Styles]\nFormat: Name, PrimaryColour\nStyle: Default,&H0000FF\n#1A{\\c&HFFFFFF&}B",
+       "<font color=\"#ff0000\">A</font>B"},
       {"{1}{2}{c:$0000ff}A\n", "<font color=\"#ff0000\">A</font>"},
   };
   ksImportOptions options;

@@ -75,8 +75,8 @@ const Row kSubRip[] = {
      "1000-2000 A B <x>C</x> < i>D EF{note} { \\an2} \\N"},
     {"unclosed_tags", "@1<b>A\n<i\n{\\b1\nB{", "1000-2000 A|<i|{\\b1|B{", "1 TagUnclosed"},
     {"entities",
-     "@1&lt;&amp;amp;&quot;&apos;&#x41;&#00000066;&#0150;&nbsp;C &copy; &#0; &#xD800; &amp",
-     "1000-2000 <&amp;\"'AB\u2013\xC2\xA0"
+     "@1&lt;&amp;amp;&quot;&apos;&#x41;&#00000066;&#0150;&nbsp;&#xA0;C &copy; &#0; &#xD800; &amp",
+     "1000-2000 <&amp;\"'AB\u2013\xC2\xA0\xC2\xA0"
      "C &copy; &#0; &#xD800; &amp"},
     {"no_fraction", "00:00:01, --> 0:00:02.\nA\n\n00:00:03 , -->00:00:04", "1000-2000 A",
      "1 TimeRepaired; 4 TimeRepaired; 4 CueWithoutText"},
