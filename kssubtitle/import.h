@@ -10,3 +10,4 @@
 #include "kssubtitle/import/ksImportPictures.h"
 #include "kssubtitle/import/ksImportReport.h"
 #include "kssubtitle/import/ksImportWriter.h"
+#include "kssubtitle/version.h"

@@ -177,7 +177,7 @@ TEST(ImportAgreement, eachCondition_isNamedWhereItFails) {
       {kSubRip, "\xEF\xBB\xBF"s + kSubRip, "encoding"},
       {"B", "\xE9", "encoding"},
       {"B", "B"s + '\0', ""},
-      {"A\n", "A\r\n", "line ends, verbatim"},
+      {"A\n", "A\r\n", "line ends"},
       {"C\n\n", "C", ""},
       {"", std::string(19991, '\n'), ""},
       {"", std::string(19992, '\n'), "line count"},

@@ -13,6 +13,7 @@
 #include "kssubtitle/import/text/ascii.h"
 #include "kssubtitle/import/text/bytes.h"
 #include "kssubtitle/import/text/file_text.h"
+#include "kssubtitle/import/text/lines.h"
 #include "kssubtitle/manager/ksSubtitleManager.h"
 
 namespace kssubtitle::importing {
@@ -66,7 +67,7 @@ struct ReadFile {
   std::string_view path;
   bool isSubRip;
   std::string_view bytes;
-  std::vector<std::string_view> lines;  // decoded, without their line feeds
+  std::vector<std::string_view> lines;  // decoded, without their ends
   bool endsInLineFeed;
   bool hasEndMark;  // Ctrl-Z, which the import library removes
   ksImportParser& parser;
@@ -79,11 +80,7 @@ struct ReadFile {
 
 std::vector<std::string_view> linesOf(std::string_view text) {
   std::vector<std::string_view> lines;
-  while (!text.empty()) {
-    const std::size_t end = std::min(text.find('\n'), text.size());
-    lines.push_back(text.substr(0, end));
-    text.remove_prefix(std::min(end + 1, text.size()));
-  }
+  for (const Line& line : Lines(text)) lines.push_back(line.text);
   return lines;
 }
 

@@ -11,14 +11,15 @@
 struct KSSUBTITLE_API SUBTITLE_ST {
   long long start = -1;  ///< The first moment of it; -1 when nothing is shown.
   long long end = -1;    ///< The last moment of it, itself included; -1 when nothing is shown.
-  ksString text;         ///< Begins with a line feed; empty also in a record without text.
+  ksString text;         ///< Begins with a line feed; getData() has its characters. Empty for a
+                         ///< record without text too: `start` says whether anything is shown.
 };
 
 /// SUBTITLE_ST with wide text.
 struct KSSUBTITLE_API SUBTITLE_ST_U {
   long long start = -1;  ///< The first moment of it; -1 when nothing is shown.
   long long end = -1;    ///< The last moment of it, itself included; -1 when nothing is shown.
-  ksWString text;        ///< Begins with a line feed; empty also in a record without text.
+  ksWString text;        ///< As in SUBTITLE_ST.
 };
 
 /// Reads one subtitle file whole and then answers from memory.

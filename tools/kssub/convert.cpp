@@ -125,7 +125,8 @@ class Convert : public Command {
         ->type_name("");
     app.add_option("OUT", output_, "The file to write or replace; - for standard output")
         ->type_name("");
-    app.add_flag("--in-place", isInPlace_, "Replace IN, and keep it as IN.bak");
+    app.add_flag("--in-place", isInPlace_,
+                 "Replace IN, and keep it as IN.bak; only text, its style and place are kept");
     app.add_option("--to", to_,
                    "The format: " + targets() + "; otherwise the extension of OUT decides")
         ->type_name("FORMAT");
@@ -141,6 +142,8 @@ class Convert : public Command {
     request_.options.markup = ksImportMarkup::kHtml;
     const ksImportParser parser = openedParser(request_);
     EditedCues cues = cuesIn(parser);
+    noteLeftOut(unreadableCues(parser.report()), "cue that cannot be read is",
+                "cues that cannot be read are");
     noteLeftOut(parser.cues().size() - cues.size(), "duplicate cue is", "duplicate cues are");
     cues = withNewTimes(std::move(cues), edits_);
     noteLeftOut(std::erase_if(cues, isNeverShown), "cue that is never shown is",
@@ -227,6 +230,12 @@ class Convert : public Command {
     }
   }
 
+  static std::size_t unreadableCues(const ksImportReport& report) {
+    using enum ksImportProblem;
+    return report.count(kTimeUnreadable) + report.count(kCueCutOff) +
+           report.count(kColumnsMissing) + report.count(kOutsideParent);
+  }
+
   /// Rejects arguments that do not go together.
   void checkArguments() {
     if (isInPlace_ && (!output_.empty() || request_.path == "-")) {
@@ -247,6 +256,9 @@ class Convert : public Command {
                                  "must be " + targets() + " unless the extension of OUT says so");
     }
     target_ = *target;
+    if (isInPlace_ && target_ == ksImportTarget::kText) {
+      throw CLI::ValidationError("--in-place", "would lose the times in plain text: use --to");
+    }
   }
 
   void noteLeftOut(std::size_t count, const char* one, const char* several) const {
