@@ -219,6 +219,7 @@ TEST(ImportAgreement, eachCondition_isNamedWhereItFails) {
       {"Dialogue", "dialogue", "", "film.ass"},
       {"Style, Name", "Style", "script", "film.ass"},
       {"Text", "Text, X", "cues alone, script", "film.ass"},
+      {"Start, End", "End, Start", "script, order", "film.ass"},
       {"", "Dialogue\n", "", "film.ass"},
       {"",
        "D\xC4\xB0"
@@ -245,7 +246,7 @@ TEST(ImportAgreement, eachCondition_isNamedWhereItFails) {
   for (const Change& change : script) expectUnmet(kScript, change);
   EXPECT_EQ(unmetBy<wchar_t>(dir, "film.srt", utf16(kSubRip)), "");
   EXPECT_EQ(unmetBy<wchar_t>(dir, "film.srt", utf16(kSubRip).substr(2)), "encoding");
-  EXPECT_EQ(named.size(), 19U);  // each of them, none at all, and four pairs
+  EXPECT_EQ(named.size(), 20U);  // each of them, none at all, and five pairs
 }
 
 }  // namespace

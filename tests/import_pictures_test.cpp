@@ -113,6 +113,8 @@ TEST(ImportPictures, indexes_are_read_as_people_write_them) {
        "1000-9000? -; "
        "9000-14000? -",
        "3fr/*0 1en/*2 > 1"},
+      {"empty", "# VobSub index file\nid: en, index: 0\nid: de, index: 1\n", "",
+       "0en/*0 1de/*0 > 0"},
       {"stop", "id: fr, index: 3\n" + entry("00:00:01:000", 0x1000), "1000-2024 0,0 1x1",
        "3fr/*1 > 0"},
       {"same_place", e + entry("00:00:01:000", 0), "1000-6000? 10,20 1x1; 1000-6000? 10,20 1x1"},
@@ -126,7 +128,7 @@ TEST(ImportPictures, indexes_are_read_as_people_write_them) {
     EXPECT_EQ(pictures.report().refusal(), ksImportRefusal::kNone);
   }
   ksImportPictures pictures;
-  open(pictures, "size: x\nnonsense\ntimestamp: 1, filepos: 0\ntimestamp: 0:0:1:0\n" + e, stream);
+  open(pictures, "size: x\nalpha: 101\ntimestamp: 1, filepos: 0\ntimestamp: 0:0:1:0\n" + e, stream);
   EXPECT_EQ(notesOf(pictures),
             note(1, ksImportProblem::kLineIgnored) + note(2, ksImportProblem::kLineIgnored) +
                 note(3, ksImportProblem::kTimeUnreadable) + note(4, ksImportProblem::kLineIgnored) +
@@ -332,8 +334,12 @@ TEST(ImportPictures, each_language_has_its_pictures) {
   options.language = "deutsch";
   open(pictures, index, english + german, options);
   EXPECT_EQ(streamsOf(pictures), "0en/*1 2de/Deutsch*1 > 1");
-  open(pictures, "", german + english);
-  EXPECT_EQ(streamsOf(pictures), "0/*1 2/*1 > 0");
+  EXPECT_TRUE(pictures.report().hasLanguage());
+  options.language = "fr";
+  open(pictures, index, english + german, options);
+  EXPECT_FALSE(pictures.report().hasLanguage());
+  open(pictures, "", german + packsOf(makeUnit({}), 1000, 31) + english);
+  EXPECT_EQ(streamsOf(pictures), "0/*1 2/*1 31/*1 > 0");
 }
 
 TEST(ImportPictures, several_threads_may_ask_at_once) {
