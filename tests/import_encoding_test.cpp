@@ -209,6 +209,8 @@ TEST(ImportEncodings, whatHasNoMeaning_isReplacedAndNoted) {
       {withTimes("@1A\x81"), "windows-1252", "1000-2000 A\uFFFD", "2 Undecodable"},
       {withTimes("@1A\xED\xA0\x80"), "utf8", "1000-2000 A\uFFFD\uFFFD\uFFFD",
        "2 Undecodable; 2 Undecodable; 2 Undecodable"},
+      {withTimes("@1\xF4\x8F\xBF\xBF\xF4\x90\x80\x80\xC3\x7F"), "utf8",
+       "1000-2000 \U0010FFFF\uFFFD\uFFFD\uFFFD\uFFFD\uFFFD\x7F", "2 Undecodable"},
       {encoded(withTimes("@1A"), "UTF-16LE") + "\x3D\xD8"s, "UTF-16", "1000-2000 A\uFFFD",
        "2 Undecodable"},
       {encoded(withTimes("@1A"), "UTF-32LE") + "\0\0\0\x70"s, "UCS-4LE",
