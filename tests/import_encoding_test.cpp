@@ -213,6 +213,8 @@ TEST(ImportEncodings, whatHasNoMeaning_isReplacedAndNoted) {
        "1000-2000 \U0010FFFF\uFFFD\uFFFD\uFFFD\uFFFD\uFFFD\x7F", "2 Undecodable"},
       {encoded(withTimes("@1A"), "UTF-16LE") + "\x3D\xD8"s, "UTF-16", "1000-2000 A\uFFFD",
        "2 Undecodable"},
+      {encoded(withTimes("@1A"), "UTF-16LE") + "\0\xD8\xFF\xDB"s, "UTF-16",
+       "1000-2000 A\uFFFD\uFFFD", "2 Undecodable; 2 Undecodable"},
       {encoded(withTimes("@1A"), "UTF-32LE") + "\0\0\0\x70"s, "UCS-4LE",
        "1000-2000 A\uFFFD\uFFFD\uFFFD\uFFFD\uFFFD\uFFFD", "2 Undecodable"},
       {withTimes("@1A\x01") + "\0B"s, "",

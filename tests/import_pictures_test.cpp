@@ -296,6 +296,8 @@ TEST(ImportPictures, times_lead_to_pictures_that_are_kept_for_a_while) {
   open(pictures, "forced subs: ON\nsize: 720x480\n" + index, plain + forced);
   EXPECT_EQ((std::array{at(1500), at(2500), at(3500)}), (std::array{-1LL, 2000LL, -1LL}));
   EXPECT_EQ(pictures.PictureAt(2500)->frameHeight, 480);
+  open(pictures, index, packsOf(makeUnit({.top = 1079})));
+  EXPECT_EQ(pictures.PictureAt(1000)->frameHeight, 1080);
 
   const std::string large =
       packsOf(makeUnit({.rows = std::vector(512, std::string(2048, '1'))}));  // 4 MB
