@@ -73,7 +73,8 @@ class CommandLine {
         "kssub help COMMAND, or kssub COMMAND --help, shows the options of a command and "
         "examples.\n"
         "\n"
-        "Exit status: 0 on success; 1 if a file cannot be read or written; 2 for a wrong command line.\n"
+        "Exit status: 0 on success; 1 if a file cannot be read or written; 2 for a wrong command "
+        "line.\n"
         "Errors and notes on a file go to standard error.");
   }
 
