@@ -51,6 +51,11 @@ constexpr TagName kTagNames[] = {
     {"s", Tag::kStrikeOut},
 };
 
+// nextTagOrEnd() looks for them.
+static_assert(std::ranges::all_of(kTagNames, [](const TagName& tag) {
+  return tag.concernsStyleAlone || tag.name.front() == 'p' || tag.name.front() == 'a';
+}));
+
 /// A tag with what follows its name.
 struct ReadTag {
   Tag tag;
