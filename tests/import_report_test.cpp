@@ -38,6 +38,7 @@ TEST(ImportReport, eachProblem_isNotedAtItsLine) {
       {kEndAssumed, 2, "[00:01.00]A\n[00:02.00]B\n"},
       {kDuplicate, 4, "@1A\n\n@1A\n"},
       {kOutsideParent, 2, "<tt><body end='1s'>\n<p begin='1s' end='2s'>A</p></body></tt>"},
+      {kContainerWithoutTime, 2, "<tt><body>\n<div dur='0s'><p end='1s'>A</p></div></body></tt>"},
       {kUnsupported, 1, "[DELAY]10\n[SUBTITLE]\n00:00:01.00,00:00:02.00\nA\n"},
   };
   std::set<ksImportProblem> problems;

@@ -28,12 +28,18 @@ inline std::string cuesOf(const ksImportParser& parser) {
 
 /// "LINE PROBLEM" of every note.
 inline std::string notesOf(const ksImportParser& parser) {
-  constexpr const char* kNames[] = {
-      "NumberMissing", "NumberDoubled", "NumberFalling",  "CueWithoutText", "EndNotBehindStart",
-      "Overlap",       "TimeRepaired",  "TimeUnreadable", "LineIgnored",    "TagUnclosed",
-      "Undecodable",   "NulCharacter",  "CueCutOff",      "ColumnsMissing", "UnknownStyle",
-      "NoFrameRate",   "EndAssumed",    "Duplicate",      "PictureDamaged", "ColorsChange",
-      "OutsideParent", "Unsupported",   "IndexUnreadable"};
+  constexpr const char* kNames[] = {"NumberMissing",     "NumberDoubled",
+                                    "NumberFalling",     "CueWithoutText",
+                                    "EndNotBehindStart", "Overlap",
+                                    "TimeRepaired",      "TimeUnreadable",
+                                    "LineIgnored",       "TagUnclosed",
+                                    "Undecodable",       "NulCharacter",
+                                    "CueCutOff",         "ColumnsMissing",
+                                    "UnknownStyle",      "NoFrameRate",
+                                    "EndAssumed",        "Duplicate",
+                                    "PictureDamaged",    "ColorsChange",
+                                    "OutsideParent",     "ContainerWithoutTime",
+                                    "Unsupported",       "IndexUnreadable"};
   std::string all;
   for (const ksImportNote& note : parser.report().notes()) {
     all += (all.empty() ? "" : "; ") + std::to_string(note.line) + " " +

@@ -92,8 +92,26 @@ std::vector<Case> timeCases() {
        body("<div timeContainer='seq'><p begin='1s' dur='2s'>a</p><div><p dur='3s'>b</p>"
             "<p dur='1s'>c</p></div><p begin='1s' end='2s'>d</p></div>"),
        "1000-3000 a; 3000-6000 b; 3000-4000 c; 7000-8000 d", "1 Overlap"},
-      {"Sequence_without_end", body("<div timeContainer='seq'><p>a</p>\n<p dur='1s'>b</p></div>"),
-       "0-5000 a", "1 EndAssumed; 2 OutsideParent"},
+      {"Sequence_without_end",
+       body("<div timeContainer='seq'><p begin='0s'>a</p>\n<p dur='1s'>b</p></div>"), "0-5000 a",
+       "1 EndAssumed; 2 OutsideParent"},
+      {"Sequence_of_what_has_no_times",
+       body("<div timeContainer='seq'><p>a</p><div><p><b>c</b></p><p dur='1s'>d</p></div>"
+            "<p dur='1s'>e<b>f</b></p></div>"),
+       "0-1000 d; 1000-2000 ef", "1 CueWithoutText; 1 CueWithoutText"},
+      {"Containers_that_end_at_once",
+       body("<div dur='0s'><p begin='1s' end='2s'>a</p></div><div begin='3s' end='2s'>"
+            "<p begin='1s' end='2s'>b</p></div>",
+            ""),
+       "1000-2000 a; 4000-5000 b", "1 ContainerWithoutTime; 1 ContainerWithoutTime"},
+      {"Words_with_stray_times",
+       body("<p begin='14s' end='16s'><span begin='14s' end='15s'>a</span> "
+            "<span begin='0s' end='16s'>b</span></p>"),
+       "14000-16000 a b"},
+      {"Words_that_count_from_their_paragraphs",
+       body("<p begin='4s' end='16s'><span begin='0s' end='1s'>a</span>"
+            "<span begin='1s' end='2s'>b</span><span begin='14s' end='15s'>c</span></p>"),
+       "4000-5000 a; 5000-6000 b; 14000-15000 c"},
       {"Times_that_count_from_the_file",
        body("<div begin='8s' end='40s'><p begin='8s' end='11s'><span begin='8s' end='9s'>a</span> "
             "<span begin='9s' end='10s'>b</span></p><p begin='12s' end='13s'>c</p></div>"),

@@ -62,6 +62,8 @@ constexpr Sentence<ksImportProblem> kSentences[] = {
      "The picture changes its colours by column; only the first set is used."},
     {ksImportProblem::kOutsideParent,
      "The cue begins after the element around it has ended, so it is dropped."},
+    {ksImportProblem::kContainerWithoutTime,
+     "The element around cues does not end after it begins, so its end is ignored."},
     {ksImportProblem::kUnsupported,
      "The line uses a feature that is not supported and is ignored."},
     {ksImportProblem::kIndexUnreadable,

@@ -73,8 +73,10 @@ enum class ksImportProblem {
   kPictureDamaged,    ///< A picture cannot be read and is dropped.
   kColoursChange,     ///< A picture changes its colours by column; only the first set is used.
   kOutsideParent,     ///< A cue begins after the element around it has ended; dropped.
-  kUnsupported,       ///< A feature of the format is not supported and is ignored.
-  kIndexUnreadable,   ///< The index beside a VobSub stream cannot be read, so it is not used.
+  kContainerWithoutTime,  ///< An element around cues ends no later than it begins; its end is
+                          ///< ignored.
+  kUnsupported,           ///< A feature of the format is not supported and is ignored.
+  kIndexUnreadable,       ///< The index beside a VobSub stream cannot be read, so it is not used.
 };
 
 /// Every problem. Valid for as long as the library is loaded. Never throws.

@@ -36,6 +36,8 @@ bool readAttribute(TtmlElement& element, std::string_view name, std::string_view
     element.language = value;
   } else if (name == "timeContainer") {
     element.isSequential = value == "seq";
+  } else if (name == "role") {
+    element.isOwnLine = value.starts_with("x-translation") || value.starts_with("x-roman");
   } else {
     return false;
   }

@@ -1,6 +1,7 @@
 // The attributes of the elements of TTML that have times.
 #pragma once
 
+#include <algorithm>
 #include <pugixml.hpp>
 #include <string_view>
 
@@ -21,6 +22,7 @@ struct TtmlElement {
   bool hasBadTime = false;       ///< One cannot be read.
   bool hasRepairedTime = false;  ///< One has a form that the standard does not.
   bool isSequential = false;
+  bool isOwnLine = false;  ///< A translation or transcription of a line of lyrics.
   bool hasSpace = false;
   bool keepsSpace = false;
   std::string_view language;
@@ -31,6 +33,11 @@ struct TtmlElement {
   static constexpr bool isGiven(double time) noexcept { return time >= 0; }
   bool hasTimes() const noexcept { return isGiven(begin) || hasEnd(); }
   bool hasEnd() const noexcept { return isGiven(end) || isGiven(duration); }
+  void dropEnd() noexcept { end = duration = -1; }
+  /// Whether it ends where it begins, or earlier.
+  bool isOverAtOnce() const noexcept {
+    return duration == 0 || (isGiven(end) && end <= std::max(begin, 0.0));
+  }
 };
 
 TtmlElement readTtmlElement(pugi::xml_node node, const TtmlRates& rates) noexcept;

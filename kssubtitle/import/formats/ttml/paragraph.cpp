@@ -87,11 +87,11 @@ double TtmlParagraphs::collect(pugi::xml_node node, const TtmlContext& context, 
   return last;
 }
 
-/// Whether it is more than white space.
+/// Whether it is shown, being more than white space.
 bool TtmlParagraphs::collectText(std::string_view text, bool hasReferences,
                                  const TtmlContext& context, int depth) {
-  if (text.empty()) return false;
   const bool isSpace = isAllSpace(text);
+  if (text.empty() || (context.isInstant && !isSpace)) return false;
   Part& part = parts_.emplace_back();
   part.text = isSpace && !context.keepsSpace ? " " : text;
   if (sink_.text().isHtml()) part.style = context.style.toStyle();
@@ -109,13 +109,22 @@ double TtmlParagraphs::collectElement(pugi::xml_node node, std::string_view name
   hasTimes_ = hasTimes_ || element.hasTimes() || outer.isSequential;
   const bool isFollowed = depth < kMostTtmlDepth;
   if (element.hasBadTime || !isFollowed) sink_.notes().add(ksImportProblem::kUnsupported, line_);
+  if (element.isOwnLine) addLineEnd(context.time);
   const std::size_t place = parts_.size();
   Part& part = parts_.emplace_back();
   part.endsLine = name == "br";
   part.time = context.time;
   const double end = isFollowed ? collect(node, context, depth + 1) : TtmlInterval::kNever;
   parts_[place].next = parts_.size();
+  if (element.isOwnLine) addLineEnd(context.time);
   return element.hasEnd() ? context.time.end : std::min(end, context.time.end);
+}
+
+void TtmlParagraphs::addLineEnd(const TtmlInterval& time) {
+  Part& part = parts_.emplace_back();
+  part.endsLine = true;
+  part.time = time;
+  part.next = parts_.size();
 }
 
 /// Where something in the paragraph begins or ends, including the paragraph itself.
@@ -131,12 +140,17 @@ void TtmlParagraphs::findBoundaries(const TtmlInterval& time) {
   boundaries_.erase(std::unique(boundaries_.begin(), boundaries_.end()), boundaries_.end());
 }
 
-/// From the first to the last, unless there is text outside of them.
+/// From the first to the last, unless there is text outside of them, or a word of a song is outside
+/// of the paragraph.
 TtmlInterval TtmlParagraphs::timeOfElements(const TtmlInterval& time) const noexcept {
   if (hasOwnText_) return time;
   TtmlInterval all{TtmlInterval::kNever, time.begin};
   for (const Part& part : parts_) {
-    if (!part.text.empty() || part.time.begin >= std::min(part.time.end, time.end)) continue;
+    if (!part.text.empty()) continue;
+    if (part.time.begin >= std::min(part.time.end, time.end)) {
+      if (document_.timeline.isAbsolute()) return time;
+      continue;
+    }
     all.begin = std::min(all.begin, std::max(part.time.begin, time.begin));
     all.end = std::max(all.end, std::min(part.time.end, time.end));
   }
@@ -266,7 +280,7 @@ void TtmlParagraphs::writeSpace() {
 
 /// Preserves white space; line feeds end lines.
 void TtmlParagraphs::writeTextAsItIs(std::string_view text, bool hasReferences) {
-  isAfterSpace_ = false;
+  isAfterSpace_ = isXmlSpace(text.back());
   while (!text.empty()) {
     if (isLineEnd(text.front())) {
       sink_.text().endLine();

@@ -25,7 +25,7 @@ class TtmlParagraphs {
   double write(pugi::xml_node node, TtmlContext& context, int line);
 
  private:
-  /// A text or an element within the paragraph.
+  /// A text, an element or a line end within the paragraph.
   struct Part {
     std::string_view text;  // empty for an element
     // Of a text.
@@ -45,6 +45,7 @@ class TtmlParagraphs {
   bool collectText(std::string_view text, bool hasReferences, const TtmlContext& context,
                    int depth);
   void findBoundaries(const TtmlInterval& time);
+  void addLineEnd(const TtmlInterval& time);
   TtmlInterval timeOfElements(const TtmlInterval& time) const noexcept;
   void showParts(double time) noexcept;
   void writeTimed(const TtmlInterval& time);

@@ -31,8 +31,9 @@ bool TtmlTimeline::isBetterAbsolute(double begin, const TtmlContext& outer) noex
   if (outer.isSequential) return false;
   const bool fitsWritten = outer.writtenTime.holds(begin);
   const bool fitsRelative = outer.time.begin + begin < outer.time.end;
-  if (fitsWritten && !fitsRelative) fitsAbsoluteOnly_ = true;
-  if (fitsRelative && !fitsWritten) fitsRelativeOnly_ = true;
+  Votes& votes = outer.isInParagraph ? parts_ : paragraphs_;
+  if (fitsWritten && !fitsRelative) ++votes.absolute;
+  if (fitsRelative && !fitsWritten) ++votes.relative;
   return !fitsRelative && outer.time.holds(begin);
 }
 
@@ -42,6 +43,7 @@ TtmlContext TtmlDocument::enter(const TtmlElement& element, const TtmlContext& o
   context.time = timeline.place(element, outer, reference);
   context.writtenTime = timeFrom(0, outer.writtenTime.begin, element, outer.writtenTime);
   context.isSequential = element.isSequential;
+  context.isInstant = element.isSequential || (outer.isInstant && !element.hasTimes());
   if (element.hasSpace) context.keepsSpace = element.keepsSpace;
   if (!element.styleNames.empty()) context.style.take(styles.named(element.styleNames));
   context.style.take(element.style);

@@ -1,6 +1,7 @@
 // When the elements of TTML are shown: begin, end, duration, parallel and sequential containers.
 #pragma once
 
+#include <cstddef>
 #include <limits>
 
 #include "kssubtitle/import/formats/ttml/elements.h"
@@ -26,8 +27,11 @@ struct TtmlContext {
   TtmlInterval time;
   TtmlInterval writtenTime;   ///< If all times counted from the beginning of the file.
   bool isSequential = false;  ///< Each child counts from the end of the previous one.
+  bool isInstant = false;     ///< Its own text has no duration, as in a sequential container and
+                              ///< in elements without times within one.
   bool keepsSpace = false;
   int language = kNoLanguage;
+  bool isInParagraph = false;
   const TtmlStyle* region = nullptr;
   TtmlStyle style;
 };
@@ -43,18 +47,28 @@ class TtmlTimeline {
   /// When an element in `outer` is shown that counts from `reference`.
   TtmlInterval place(const TtmlElement& element, const TtmlContext& outer,
                      double reference) noexcept;
-  /// Whether some elements would be shown only if all times counted from the beginning of the file,
-  /// and none would be lost.
+  /// Whether more paragraphs, or parts of them if those do not decide it, are shown if all times
+  /// count from the beginning of the file. A few may have stray times.
   bool suggestsAbsolute() const noexcept {
-    return !isAbsolute_ && fitsAbsoluteOnly_ && !fitsRelativeOnly_;
+    if (isAbsolute_) return false;
+    if (paragraphs_.absolute != paragraphs_.relative) {
+      return paragraphs_.absolute > paragraphs_.relative;
+    }
+    return parts_.absolute > 0 && parts_.absolute >= parts_.relative;
   }
 
  private:
+  /// How many elements are shown only if times count from one or the other.
+  struct Votes {
+    std::size_t absolute = 0;
+    std::size_t relative = 0;
+  };
+
   bool isBetterAbsolute(double begin, const TtmlContext& outer) noexcept;
 
   bool isAbsolute_;
-  bool fitsAbsoluteOnly_ = false;
-  bool fitsRelativeOnly_ = false;
+  Votes paragraphs_;  // and the elements around them
+  Votes parts_;       // of paragraphs
 };
 
 /// What a document defines for all of its elements.

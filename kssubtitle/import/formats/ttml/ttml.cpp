@@ -110,6 +110,7 @@ class TtmlReader {
   double readChildren(pugi::xml_node parent, const TtmlContext& context, int depth);
   double readTimed(pugi::xml_node node, std::string_view name, const TtmlContext& outer,
                    double reference, int depth);
+  void noteTimes(pugi::xml_node node, const TtmlElement& element, bool isParagraph);
   double readParagraph(pugi::xml_node node, TtmlContext& context, double outerEnd);
   void listLanguages();
   void dropOtherLanguages();
@@ -204,17 +205,14 @@ double TtmlReader::readChildren(pugi::xml_node parent, const TtmlContext& contex
 
 double TtmlReader::readTimed(pugi::xml_node node, std::string_view name, const TtmlContext& outer,
                              double reference, int depth) {
-  const TtmlElement element = readTtmlElement(node, document_.rates);
-  TtmlContext context = document_.enter(element, outer, reference);
-  if (!element.language.empty()) context.language = languageOf(element.language);
+  TtmlElement element = readTtmlElement(node, document_.rates);
   const bool isParagraph = name == "p";
-  if (element.hasBadTime) {
-    sink_.notes().add(
-        isParagraph ? ksImportProblem::kTimeUnreadable : ksImportProblem::kUnsupported,
-        lines_.of(xml_.placeOf(node)));
-  } else if (element.hasRepairedTime) {
-    sink_.notes().add(ksImportProblem::kTimeRepaired, lines_.of(xml_.placeOf(node)));
-  }
+  noteTimes(node, element, isParagraph);
+  const bool isUnbounded = !isParagraph && element.isOverAtOnce();
+  if (isUnbounded) element.dropEnd();
+  TtmlContext context = document_.enter(element, outer, reference);
+  if (isUnbounded) context.writtenTime = outer.writtenTime;
+  if (!element.language.empty()) context.language = languageOf(element.language);
   if (isParagraph && element.hasBadTime) return reference;
   double end = 0;
   if (isParagraph) {
@@ -226,12 +224,26 @@ double TtmlReader::readTimed(pugi::xml_node node, std::string_view name, const T
   return element.hasEnd() ? context.time.end : std::min(end, context.time.end);
 }
 
+void TtmlReader::noteTimes(pugi::xml_node node, const TtmlElement& element, bool isParagraph) {
+  using enum ksImportProblem;
+  const auto note = [&](ksImportProblem problem) {
+    sink_.notes().add(problem, lines_.of(xml_.placeOf(node)));
+  };
+  if (!isParagraph && element.isOverAtOnce()) note(kContainerWithoutTime);
+  if (element.hasBadTime) {
+    note(isParagraph ? kTimeUnreadable : kUnsupported);
+  } else if (element.hasRepairedTime) {
+    note(kTimeRepaired);
+  }
+}
+
 double TtmlReader::readParagraph(pugi::xml_node node, TtmlContext& context, double outerEnd) {
   const int line = lines_.of(xml_.placeOf(node));
   if (context.time.begin >= outerEnd) {
     sink_.notes().add(ksImportProblem::kOutsideParent, line);
     return context.time.begin;
   }
+  context.isInParagraph = true;
   const double end = paragraphs_.write(node, context, line);
   languages_.resize(sink_.cues().size(), context.language);
   return end;
