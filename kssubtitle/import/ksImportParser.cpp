@@ -62,7 +62,7 @@ std::unique_ptr<ParserContents> readCues(const Format& format, std::string_view 
   format.read({text, begin, 1 + countLines(text.substr(0, begin)), options}, sink);
   report.languages = std::move(sink.languages());
   report.hasLanguage = sink.hasLanguage();
-  arrange(sink.cues(), format.longestAssumed, sink.notes());
+  arrange(sink.cues(), format.longestAssumed, options.markup, sink.notes());
   contents->cues = std::move(sink.cues());
   for (const ksImportCue& cue : contents->cues) {
     contents->duration = std::max(contents->duration, cue.end);

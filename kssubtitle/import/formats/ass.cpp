@@ -32,6 +32,12 @@ class Columns {
     }
   }
 
+  /// Makes the last column that of `name` if no other is, and it has no name itself.
+  void setLast(std::size_t name) noexcept {
+    const bool isNamed = std::ranges::find(places_, count_ - 1) != places_.end();
+    if (!has(name) && !isNamed) places_[name] = count_ - 1;
+  }
+
   bool has(std::size_t name) const noexcept { return places_[name] != kMissing; }
 
   /// Splits `line` into `values`, in the order of the names; the last column has the whole rest.
@@ -125,9 +131,17 @@ class AssReader {
 
   void read() {
     for (const Line& line : input_.lines()) readLine(line);
+    countHundredths();
   }
 
  private:
+  /// The times of a cue of which one has three digits after its point, read as hundredths.
+  struct OddTimes {
+    std::size_t cue;
+    long long start;
+    long long end;
+  };
+
   void readLine(const Line& whole) {
     const std::string_view line = withoutLeadingBlanks(whole.text);
     if (line.empty()) return;
@@ -179,6 +193,7 @@ class AssReader {
     Columns<kEventColumns> columns(kEventNames, format);
     if (columns.has(kStart) && columns.has(kEnd)) {
       events_.setFormat(format);
+      events_.setLast(kText);  // whatever its name
     } else if (!columns.has(kText)) {
       styleColumns_.setFormat(format);
     }
@@ -243,11 +258,46 @@ class AssReader {
       sink_.notes().add(ksImportProblem::kTimeRepaired, number);
     }
     ksImportCue& cue = sink_.begin(start->milliseconds, end->milliseconds, number);
+    noteFractions(*start, *end);
     const AssStyle& style = styleOf(columns[kStyle], number);
     const AssTextTraits traits = writeAssText(columns[kText], style, styles_, sink_.text());
     cue.alignment = traits.alignment.value_or(style.alignment);
     if (traits.isUnclosed) sink_.notes().add(ksImportProblem::kTagUnclosed, number);
-    sink_.finish();
+    if (traits.hasDrawing) {
+      sink_.finishOrMark();  // which may be all that it shows
+    } else {
+      sink_.finish();
+    }
+  }
+
+  void noteFractions(const WrittenTime& start, const WrittenTime& end) {
+    for (const WrittenTime& time : {start, end}) {
+      if (time.fractionDigits == 2) ++withTwoDigits_;
+      if (hasThreeDigits(time)) ++withThreeDigits_;
+    }
+    if (!hasThreeDigits(start) && !hasThreeDigits(end)) return;
+    oddTimes_.push_back({sink_.cues().size() - 1, hundredthsOf(start), hundredthsOf(end)});
+  }
+
+  static bool hasThreeDigits(const WrittenTime& time) noexcept {
+    return time.isUsual && time.fractionDigits == 3;
+  }
+
+  /// The milliseconds of a time whose fraction counts hundredths, however many digits it has.
+  static long long hundredthsOf(const WrittenTime& time) noexcept {
+    return time.milliseconds + (hasThreeDigits(time) ? time.milliseconds % 1000 * 9 : 0);
+  }
+
+  /// Where most times have two digits after the point, three are hundredths too, as libass reads
+  /// them: some programs write 59.996 seconds as "0:00:59.100".
+  void countHundredths() {
+    if (withTwoDigits_ <= withThreeDigits_) return;
+    for (const OddTimes& odd : oddTimes_) {
+      ksImportCue& cue = sink_.cues()[odd.cue];
+      cue.start = odd.start;
+      cue.end = odd.end;
+      sink_.notes().add(ksImportProblem::kTimeRepaired, cue.line);
+    }
   }
 
   static std::optional<WrittenTime> timeIn(std::string_view column) noexcept {
@@ -271,6 +321,9 @@ class AssReader {
   Columns<kEventColumns> events_;
   Columns<kStyleColumns> styleColumns_;
   AssStyles styles_;
+  std::size_t withTwoDigits_ = 0;  // times, by the digits of their fractions
+  std::size_t withThreeDigits_ = 0;
+  std::vector<OddTimes> oddTimes_;
   bool isSsa_ = false;
   bool hasFourMargins_ = false;
   bool hasEvents_ = false;

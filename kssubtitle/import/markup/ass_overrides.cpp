@@ -99,7 +99,7 @@ std::size_t nextTagOrEnd(std::string_view text, std::size_t at, bool isHtml) noe
 }
 
 /// How deeply a block is nested in parentheses. Tags in parentheses say what the text becomes over
-/// time, and are not read.
+/// time, and are not read, except that `\p` begins a drawing there too.
 class Depth {
  public:
   explicit Depth(std::string_view block) noexcept : block_(block) {}
@@ -132,7 +132,7 @@ class Overrides {
     std::size_t at = nextTagOrEnd(text, 1, isHtml_);
     for (; text[at] != '}'; at = nextTagOrEnd(text, at + 1, isHtml_)) {
       const auto tag = tagAtFront(withoutLeadingBlanks(text.substr(at + 1)), isHtml_);
-      if (tag && depth.isOutsideAt(at)) apply(*tag);
+      if (tag && (tag->tag == Tag::kDrawing || depth.isOutsideAt(at))) apply(*tag);
     }
     text.remove_prefix(at + 1);
   }
@@ -243,6 +243,7 @@ class Writer {
     }
     overrides_.consumeBlock(rest_);
     out_.setStyle(overrides_.style());
+    traits_.hasDrawing = traits_.hasDrawing || overrides_.isDrawing();
   }
 
   void readBackslash() {

@@ -32,6 +32,7 @@ class AssStyles {
 struct AssTextTraits {
   std::optional<int> alignment;
   bool isUnclosed = false;  ///< A block is opened but not closed.
+  bool hasDrawing = false;
 };
 
 /// Writes an event's text without its override blocks and drawings. `\N` and `\n` end lines, `\h`

@@ -27,32 +27,67 @@ void assumeEnds(std::vector<ksImportCue>& cues, long long longest, Notes& notes)
   }
 }
 
-bool hasSameContent(const ksImportCue& a, const ksImportCue& b) noexcept {
-  return a.end == b.end && a.text == b.text;
+/// Consumes the characters before the next tag. Those of texts are escaped in html, so that every
+/// angle bracket is a tag's.
+std::string_view consumeVisible(std::string_view& html) noexcept {
+  while (html.starts_with('<')) html.remove_prefix(html.find('>') + 1);
+  const std::string_view visible = html.substr(0, html.find('<'));
+  html.remove_prefix(visible.size());
+  return visible;
 }
 
-bool isContentBefore(const ksImportCue& a, const ksImportCue& b) noexcept {
-  const auto key = [](const ksImportCue& cue) {
-    return std::make_tuple(cue.end, cue.text.size(), cue.text, cue.index);
-  };
-  return key(a) < key(b);
+/// Compares two texts without their tags.
+int compareVisible(std::string_view a, std::string_view b) noexcept {
+  std::string_view pieceOfA;
+  std::string_view pieceOfB;
+  while (true) {
+    if (pieceOfA.empty()) pieceOfA = consumeVisible(a);
+    if (pieceOfB.empty()) pieceOfB = consumeVisible(b);
+    const std::size_t common = std::min(pieceOfA.size(), pieceOfB.size());
+    if (common == 0) return pieceOfA.compare(pieceOfB);
+    if (const int order = pieceOfA.compare(0, common, pieceOfB, 0, common); order != 0) {
+      return order;
+    }
+    pieceOfA.remove_prefix(common);
+    pieceOfB.remove_prefix(common);
+  }
 }
+
+/// Orders cues by what they show and when they end.
+class ByContent {
+ public:
+  explicit ByContent(ksImportMarkup markup) noexcept : isHtml_(markup == ksImportMarkup::kHtml) {}
+
+  int compare(const ksImportCue& a, const ksImportCue& b) const noexcept {
+    if (a.end != b.end) return a.end < b.end ? -1 : 1;
+    return isHtml_ ? compareVisible(a.text, b.text) : a.text.compare(b.text);
+  }
+  bool operator()(const ksImportCue& a, const ksImportCue& b) const noexcept {
+    const int order = compare(a, b);
+    return order != 0 ? order < 0 : a.index < b.index;
+  }
+
+ private:
+  bool isHtml_;
+};
 
 using CueIterator = std::vector<ksImportCue>::iterator;
 
 /// Requires: the cues have the same start.
-void markDuplicatesOfOneStart(CueIterator begin, CueIterator end, Notes& notes) {
-  std::sort(begin, end, isContentBefore);  // so that equal ones are neighbours
+void markDuplicatesOfOneStart(CueIterator begin, CueIterator end, const ByContent& byContent,
+                              Notes& notes) {
+  std::sort(begin, end, byContent);  // so that equal ones are neighbours
   for (auto cue = begin + 1; cue != end; ++cue) {
-    if (!hasSameContent(*(cue - 1), *cue)) continue;
+    if (byContent.compare(*(cue - 1), *cue) != 0) continue;
     cue->isDuplicate = true;
     notes.add(ksImportProblem::kDuplicate, cue->line);
   }
   std::sort(begin, end, isBefore);
 }
 
-/// Of cues with the same start, end and text, marks all but the first. Requires: they are sorted.
-void markDuplicates(std::vector<ksImportCue>& cues, Notes& notes) {
+/// Of cues with the same start, end and visible text, marks all but the first. Requires: they are
+/// sorted.
+void markDuplicates(std::vector<ksImportCue>& cues, const ByContent& byContent, Notes& notes) {
   const auto sameStart = [](const ksImportCue& a, const ksImportCue& b) {
     return a.start == b.start;
   };
@@ -60,7 +95,7 @@ void markDuplicates(std::vector<ksImportCue>& cues, Notes& notes) {
   while (begin != cues.end()) {
     const auto end = std::find_if_not(
         begin, cues.end(), [&](const ksImportCue& cue) { return cue.start == begin->start; });
-    markDuplicatesOfOneStart(begin, end, notes);
+    markDuplicatesOfOneStart(begin, end, byContent, notes);
     begin = std::adjacent_find(end, cues.end(), sameStart);
   }
 }
@@ -81,7 +116,8 @@ void noteTimes(const std::vector<ksImportCue>& cues, Notes& notes) {
 
 }  // namespace
 
-void arrange(std::vector<ksImportCue>& cues, long long longestAssumed, Notes& notes) {
+void arrange(std::vector<ksImportCue>& cues, long long longestAssumed, ksImportMarkup markup,
+             Notes& notes) {
   if (!std::is_sorted(cues.begin(), cues.end(), isBefore)) {
     std::sort(cues.begin(), cues.end(), isBefore);
   }
@@ -89,7 +125,7 @@ void arrange(std::vector<ksImportCue>& cues, long long longestAssumed, Notes& no
     assumeEnds(cues, longestAssumed, notes);
   }
   std::erase_if(cues, [](const ksImportCue& cue) { return cue.text.empty(); });
-  markDuplicates(cues, notes);
+  markDuplicates(cues, ByContent(markup), notes);
   noteTimes(cues, notes);
   if (cues.capacity() - cues.size() > cues.size() / 4) cues.shrink_to_fit();
 }

@@ -44,6 +44,7 @@ WrittenTime timeAtFront(std::string_view text) noexcept {
       clock->seconds * 1000 + (fraction ? millisecondsOfFraction(fraction->digits) : 0);
   const std::size_t length = text.size() - rest.size();
   return {isNegative ? -time : time, static_cast<int>(length), clock->fields,
+          static_cast<signed char>(fraction ? fraction->digits.count : 0),
           !isNegative && fraction && clock->fields == 3 && clock->isPadded};
 }
 

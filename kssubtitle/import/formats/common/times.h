@@ -12,9 +12,9 @@ namespace kssubtitle::importing {
 /// Hours, minutes and seconds, or minutes and seconds, with colons between them.
 struct Clock {
   long long seconds = 0;
-  short fields = 0;      ///< 2 or 3.
-  bool isPadded = true;  ///< Each field after the first has two digits.
-  bool isLong = false;   ///< One of them has more.
+  signed char fields = 0;  ///< 2 or 3.
+  bool isPadded = true;    ///< Each field after the first has two digits.
+  bool isLong = false;     ///< One of them has more.
 };
 
 /// Consumes a clock time, with blanks before and within it; nothing if there is none. A field has
@@ -45,8 +45,10 @@ constexpr std::optional<Clock> consumeClock(std::string_view& text) noexcept {
 /// A time at the front of a text. Small enough to be returned in registers.
 struct WrittenTime {
   long long milliseconds = 0;
-  int length = 0;    ///< In characters.
-  short fields = 0;  ///< 3 for hours, minutes and seconds; 2 for minutes and seconds; 0: no time.
+  int length = 0;          ///< In characters.
+  signed char fields = 0;  ///< 3 for hours, minutes and seconds; 2 for minutes and seconds; 0: no
+                           ///< time.
+  signed char fractionDigits = 0;
   bool isUsual = false;  ///< Written nearly as in SubRip, ASS or WebVTT.
 };
 
