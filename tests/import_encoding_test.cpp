@@ -204,6 +204,28 @@ TEST(ImportEncodings, aBadByte_leavesTheRestOfAFilmUtf8) {
   }
 }
 
+TEST(ImportEncodings, cutSequences_leaveNearlyAsciiTextUtf8) {
+  std::string text;
+  for (const char* const quote : {"\u2019", "\u2019", "\u2019", "\xE2\x80", "\u2019"}) {
+    text += withTimes("@1Well, that") + quote + "s what I would say to them, if they asked.\n\n";
+  }
+  ksImportParser parser;
+  EXPECT_TRUE(openText(parser, text, fallingBackTo("windows-1252")));
+  EXPECT_EQ(parser.report().encodingSource(), ksImportEncodingSource::kMostlyUtf8);
+  EXPECT_EQ(parser.report().count(ksImportProblem::kUndecodable), 2U);
+}
+
+TEST(ImportEncodings, webVtt_isUtf8UnlessManyBytesAreNot) {
+  const std::string head = "WEBVTT\n\n00:01.000 --> 00:02.000\n";
+  ksImportParser parser;
+  EXPECT_TRUE(openText(parser, head + "Caf\xE9\n", fallingBackTo("windows-1252")));
+  EXPECT_EQ(cuesOf(parser), "1000-2000 Caf\uFFFD");
+  EXPECT_EQ(parser.report().encodingSource(), ksImportEncodingSource::kDeclared);
+  EXPECT_TRUE(openText(parser, head + encoded(kRussian, "windows-1251")));
+  EXPECT_EQ(parser.report().encoding(), "windows-1251");
+  EXPECT_EQ(parser.report().encodingSource(), ksImportEncodingSource::kDetected);
+}
+
 TEST(ImportEncodings, whatHasNoMeaning_isReplacedAndNoted) {
   const std::tuple<std::string, const char*, const char*, const char*> cases[] = {
       {withTimes("@1A\x81"), "windows-1252", "1000-2000 A\uFFFD", "2 Undecodable"},

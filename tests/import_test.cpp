@@ -71,13 +71,22 @@ const Row kSubRip[] = {
     {"http_header", "content-type: text/plain\nX: y\n\nhello\n1\n@1A", "1000-2000 A",
      "4 LineIgnored"},
     {"tags",
-     "@1<i>A</I> <font color=\"red\">B</font></b> <x>C</x> < i>D {\\b1}E{y:i}F{note} { \\an2} \\N",
-     "1000-2000 A B <x>C</x> < i>D EF{note} { \\an2} \\N"},
+     "@1<i>A</I> <font color=\"red\">B</font></b> <x>C</x> < i>D {\\b1}E{y:i}F{note} { \\an2} "
+     "\\n\\h",
+     "1000-2000 A B <x>C</x> < i>D EF{note} { \\an2} \\n\\h"},
     {"unclosed_tags", "@1<b>A\n<i\n{\\b1\nB{", "1000-2000 A|<i|{\\b1|B{", "1 TagUnclosed"},
     {"entities",
-     "@1&lt;&amp;amp;&quot;&apos;&#x41;&#00000066;&#0150;&nbsp;&#xA0;C &copy; &#0; &#xD800; &amp",
+     "@1&lt;&amp;amp;&quot;&apos;&#x41;&#00000066;&#0150;&nbsp;&#xA0;C &copy; &#0; &#xD800; &amp "
+     "&acE;",
      "1000-2000 <&amp;\"'AB\u2013\xC2\xA0\xC2\xA0"
-     "C &copy; &#0; &#xD800; &amp"},
+     "C \u00A9 &#0; &#xD800; &amp \u223E\u0333"},
+    {"breaks_of_ass", "@1A\\NB\\\\N\\\\\\NC\\", "1000-2000 A|B|\\|C\\"},
+    {"times_with_more_behind_them",
+     "00:00:01,000.25 --> 00:00:02,000.5\nA\n\n2\n00:00:03,000, --> 00:00:04,000:5\nB\n\n"
+     "00:00:05,000 x-->00:00:06,000x\nC\n\n7\n0:07 x --> 0:08\nD",
+     "1000-2000 A; 3000-4000 B; 5000-6000 C",
+     "1 TimeRepaired; 1 NumberMissing; 5 TimeRepaired; 8 TimeRepaired; 8 NumberMissing; "
+     "12 TimeUnreadable"},
     {"no_fraction", "00:00:01, --> 0:00:02.\nA\n\n00:00:03 , -->00:00:04", "1000-2000 A",
      "1 TimeRepaired; 4 TimeRepaired; 4 CueWithoutText"},
     {"marks_in_front_of_lines",
@@ -111,8 +120,16 @@ const Row kAss[] = {
      "1000-2000 A", "2 TimeUnreadable; 3 TimeUnreadable"},
     {"overrides", "#1{\\an8}A{x}B{\\i1\\b}C\\ND\\nE\\hF\\xG <i>&amp; {}\\N\\N \\h\\NH",
      "1000-2000 @8 ABC|D|E F\\xG <i>&amp;|H"},
-    {"drawings", "#1A{\\p1}m 0 0\\N1{\\pos(1,2)}2{\\p0}B{\\p4}m\n#3{\\p1}m 0 0\n#5{\\t(\\p1)}C",
-     "1000-2000 AB; 5000-6000 C", "2 CueWithoutText"},
+    {"drawings", "#1A{\\p1}m 0 0\\N1{\\pos(1,2)}2{\\p0}B{\\p4}m\n#3{\\p1}m 0 0\n#5C{\\t(\\p1)}m",
+     "1000-2000 AB; 5000-6000 C"},
+    {"fractions_of_three_digits_alone",
+     "Dialogue: 0,0:00:01.100,0:00:02.100,,,0,0,0,,A\n#3B\n"
+     "Dialogue: 0,0:00:05.020,0:00:06.020,,,0,0,0,,C",
+     "1100-2100 A; 3000-4000 B; 5020-6020 C"},
+    {"last_column_of_another_name",
+     "[Events]\nFormat: Start, End, Lyrics\nDialogue: 0:00:01.00,0:00:02.00,A, b\n"
+     "Format: Text, Start, End\nDialogue: C,0:00:03.00,0:00:04.00",
+     "1000-2000 A, b; 3000-4000 C"},
     {"unclosed_override", "#1A{\\b1}B{\\i1 C{\\N D", "1000-2000 AB{\\i1 C{|D", "1 TagUnclosed"},
     {"other_events", "Comment: 0,0:00:01.00,0:00:02.00,,,0,0,0,,A\nPicture: 0,,,,\n#3B",
      "3000-4000 B"},

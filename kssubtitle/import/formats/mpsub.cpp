@@ -19,23 +19,27 @@ struct WaitLine {
   double duration;
 };
 
-/// Two numbers and nothing else.
+constexpr bool isComment(std::string_view line) noexcept { return line.starts_with('#'); }
+
+/// Two numbers, and nothing else but a comment.
 std::optional<WaitLine> waitLineOf(std::string_view line) noexcept {
   const auto wait = consumeDecimal(line);
   if (!wait || line.empty() || !isBlank(line.front())) return std::nullopt;
   const auto duration = consumeDecimal(line);
-  if (!duration || !withoutBlanks(line).empty()) return std::nullopt;
+  line = withoutLeadingBlanks(line);
+  if (!duration || !(line.empty() || isComment(line))) return std::nullopt;
   return WaitLine{*wait, *duration};
 }
 
 /// The units in a second that a FORMAT line states: 1 for TIME, or a number of frames. Nothing if
-/// it is not such a line, 0 if its value makes no sense.
+/// it is not such a line, 0 if its value makes no sense. A value ends at white space or '#'.
 std::optional<double> unitsOf(std::string_view line) noexcept {
   constexpr std::string_view kFormat = "FORMAT";
   if (!startsWithNoCase(line, kFormat)) return std::nullopt;
   line.remove_prefix(kFormat.size());
   if (!consumeCharacter(line, '=')) return std::nullopt;
-  if (equalNoCase(withoutBlanks(line), "TIME")) return 1;
+  line = withoutLeadingBlanks(line);
+  if (equalNoCase(line.substr(0, line.find_first_of(" \t\r\v\f#")), "TIME")) return 1;
   const auto rate = consumeDecimal(line);
   return rate ? usableFrameRate(*rate).value_or(0) : 0;
 }
@@ -52,7 +56,7 @@ class MpsubReader {
       beginCue(*times, number);
     } else if (const auto units = unitsOf(line)) {
       perSecond_ = *units > 0 ? *units : assumedFrameRate(input_.options, sink_.notes());
-    } else if (hasBegun_ || line.find('=') == line.npos) {
+    } else if (!isComment(line) && (hasBegun_ || line.find('=') == line.npos)) {
       sink_.notes().add(ksImportProblem::kLineIgnored, number);
     }
   }

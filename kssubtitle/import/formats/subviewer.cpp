@@ -30,7 +30,7 @@ class SubViewerReader {
     if (line.empty() || isStyleLine(line)) return;
     if (const auto times = isLetter(line.front()) ? std::nullopt : pairOfTimes(line)) {
       cue_.finish();
-      if (!times->start.isUsual || !times->end.isUsual) {
+      if (!times->isAlone || !times->start.isUsual || !times->end.isUsual) {
         sink_.notes().add(ksImportProblem::kTimeRepaired, number);
       }
       cue_.begin(sink_.begin(times->start.milliseconds, times->end.milliseconds, number));
@@ -58,19 +58,21 @@ class SubViewerReader {
   BarCue cue_;
 };
 
-/// By the first line of times: fractions have three digits in SBV. Times without one fit both
-/// formats.
+/// By the first line of times and nothing else: fractions have three digits in SBV. Times without
+/// one fit both formats.
 Likelihood likelihoodByTimes(std::string_view text, bool isSbv) noexcept {
+  Likelihood found = Likelihood::kNone;
   for (const Line& line : Lines(text)) {
     const std::string_view content = withoutBlanks(line.text);
     if (content.find("-->") != content.npos) return Likelihood::kNone;
     const auto times = pairOfTimes(content);
     if (!times) continue;
-    const std::size_t digits = content.size() - 1 - content.find_last_of(".,:");
-    const bool isOf = !times->end.isUsual || (digits == 3) == isSbv;
-    return isOf ? Likelihood::kLikely : Likelihood::kPossible;
+    found = Likelihood::kPossible;
+    if (!times->isAlone) continue;
+    const bool isOf = !times->end.isUsual || (times->end.fractionDigits == 3) == isSbv;
+    return isOf ? Likelihood::kLikely : found;
   }
-  return Likelihood::kNone;
+  return found;
 }
 
 Likelihood likelihoodOfSubViewer(std::string_view text) noexcept {

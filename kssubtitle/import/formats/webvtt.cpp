@@ -16,6 +16,13 @@ namespace {
 constexpr std::string_view kArrow = "-->";
 constexpr std::string_view kSignature = "WEBVTT";
 
+/// What the standard calls ASCII white space; within a line it is no more than this.
+constexpr std::string_view kWhiteSpace = " \t\f";
+
+std::string_view withoutLeadingSpaces(std::string_view text) noexcept {
+  return text.substr(std::min(text.find_first_not_of(kWhiteSpace), text.size()));
+}
+
 /// How fractions are read.
 enum class Fractions { kStandard, kTolerant };
 
@@ -81,11 +88,11 @@ struct Times {
 
 /// Reads the times of a cue, with what follows them; false if `line` has none.
 bool readTimes(std::string_view line, Fractions fractions, Times& times) noexcept {
-  line = withoutLeadingBlanks(line);
+  line = withoutLeadingSpaces(line);
   const auto start = consumeTimestamp(line, fractions);
-  line = withoutLeadingBlanks(line);
+  line = withoutLeadingSpaces(line);
   if (!start || !line.starts_with(kArrow)) return false;
-  line = withoutLeadingBlanks(line.substr(kArrow.size()));
+  line = withoutLeadingSpaces(line.substr(kArrow.size()));
   const auto end = consumeTimestamp(line, fractions);
   if (!end) return false;
   times = {*start, *end, line};
@@ -113,8 +120,8 @@ int columnOf(std::string_view value) noexcept {
 int alignmentOf(std::string_view settings) noexcept {
   int row = 0;
   int column = 1;
-  while (!(settings = withoutLeadingBlanks(settings)).empty()) {
-    const std::size_t end = std::min(settings.find_first_of(" \t"), settings.size());
+  while (!(settings = withoutLeadingSpaces(settings)).empty()) {
+    const std::size_t end = std::min(settings.find_first_of(kWhiteSpace), settings.size());
     const std::string_view setting = settings.substr(0, end);
     const std::string_view value = setting.substr(std::min(setting.find(':') + 1, setting.size()));
     if (setting.starts_with("line:")) row = rowOf(value);

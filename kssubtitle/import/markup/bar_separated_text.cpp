@@ -54,12 +54,15 @@ std::size_t unknownTagLength(std::string_view text) noexcept {
 
 /// How many characters precede the first that may have a meaning.
 std::size_t BarWriter::plainLength(std::string_view text) const noexcept {
-  return markup_.hasBreaks ? findAny<'|', '<', '{', '['>(text) : findAny<'|', '<', '{'>(text);
+  return markup_.hasBreaks ? findAny<'|', '\\', '<', '{', '['>(text)
+                           : findAny<'|', '\\', '<', '{'>(text);
 }
 
 /// The length of what ends a line at the beginning of `text`; 0 if nothing does.
 std::size_t BarWriter::separatorLength(std::string_view text) const noexcept {
   if (text.front() == '|') return 1;
+  const bool hasSignsOfItsOwn = markup_.signs == BarMarkup::Signs::kPrefixes;
+  if (text.front() == '\\') return hasSignsOfItsOwn ? 0 : lineBreakLength(text);
   if (text.front() != '[' || !markup_.hasBreaks) return 0;
   return startsWithNoCase(text, kBreak) ? kBreak.size() : 0;
 }

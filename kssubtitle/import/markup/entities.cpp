@@ -104,12 +104,9 @@ Entity htmlEntityOf(std::string_view text) noexcept {
 }
 
 Entity subRipEntityOf(std::string_view text) noexcept {
-  constexpr std::string_view kUsedNames[] = {"amp", "lt", "gt", "nbsp", "quot", "apos"};
   const Entity entity = htmlEntityOf(text);
-  if (entity.length == 0 || text[entity.length - 1] != ';') return {};
-  if (text[1] == '#') return entity.first == kReplacement ? Entity() : entity;
-  const std::string_view name = text.substr(1, entity.length - 2);
-  return std::ranges::find(kUsedNames, name) == std::end(kUsedNames) ? Entity() : entity;
+  const bool isWhole = entity.length > 0 && text[entity.length - 1] == ';';
+  return isWhole && entity.first != kReplacement ? entity : Entity();
 }
 
 void consumeHtmlEntity(std::string_view& text, CueText& out, LineReference lineReference) {

@@ -19,8 +19,7 @@ struct Entity {
 /// has. The semicolon may be missing where HTML permits.
 Entity htmlEntityOf(std::string_view text) noexcept;
 
-/// The same, in SubRip: the number of a character, or one of the six names that subtitles use (amp,
-/// lt, gt, nbsp, quot, apos), with its semicolon.
+/// The same, in SubRip: only with its semicolon, and not the number of an invalid character.
 Entity subRipEntityOf(std::string_view text) noexcept;
 
 /// What a reference to a line feed or a carriage return becomes.

@@ -37,23 +37,22 @@ class Writer {
  public:
   Writer(std::string_view text, CueText& out) noexcept : rest_(text), out_(out) {}
 
-  bool write() {
+  TextTraits write() {
     while (!rest_.empty()) {
       appendPlain();
       if (!rest_.empty()) readSpecial();
     }
-    const bool isClosed = !style_.isAnyOpen();
     out_.endLine();
     out_.setStyle(Style());
-    return isClosed;
+    return {alignment_, style_.isAnyOpen()};
   }
 
  private:
   /// Appends words separated by single spaces.
   void appendPlain() {
     const char first = rest_.front();
-    if (isSpace(first) || first == '<' || first == '&') return;
-    appendText(1 + findAnyOrBlanks<'\t', '\r', '\n', '\v', '\f', '<', '&'>(rest_.substr(1)));
+    if (isSpace(first) || first == '<' || first == '&' || first == '{') return;
+    appendText(1 + findAnyOrBlanks<'\t', '\r', '\n', '\v', '\f', '<', '&', '{'>(rest_.substr(1)));
   }
 
   void appendText(std::size_t length) {
@@ -66,12 +65,21 @@ class Writer {
     switch (rest_.front()) {
       case '<':
         return readTag();
+      case '{':
+        return readOverride();
       case '&':
         isAfterSpace_ = false;
         return consumeHtmlEntity(rest_, out_);
       default:
         return readSpaces();
     }
+  }
+
+  void readOverride() {
+    const std::size_t length = overrideLength(rest_, kSubRipCodes);
+    if (length == 0) return appendText(1);
+    if (!alignment_) alignment_ = alignmentOfOverride(rest_.substr(0, length));
+    rest_.remove_prefix(length);
   }
 
   void readSpaces() {
@@ -98,14 +106,14 @@ class Writer {
   CueText& out_;
   LooseTags tags_;
   TagStyle style_;
+  std::optional<int> alignment_;
   bool isAfterSpace_ = true;
 };
 
 }  // namespace
 
-bool writeSamiText(std::string_view text, CueText& out) {
-  text = withoutBlankEnds(text);
-  return text.empty() || Writer(text, out).write();
+TextTraits writeSamiText(std::string_view text, CueText& out) {
+  return Writer(withoutBlankEnds(text), out).write();
 }
 
 }  // namespace kssubtitle::importing

@@ -4,11 +4,12 @@
 #include <string_view>
 
 #include "kssubtitle/import/markup/cue_text.h"
+#include "kssubtitle/import/markup/subrip_tags.h"
 
 namespace kssubtitle::importing {
 
 /// Writes the lines of a paragraph: white space between words becomes one space, `<br>` ends a
-/// line, and tags are removed. Returns false if a tag that sets style is not closed.
-bool writeSamiText(std::string_view text, CueText& out);
+/// line, tags are removed, and overrides such as "{\an8}" are read as in SubRip.
+TextTraits writeSamiText(std::string_view text, CueText& out);
 
 }  // namespace kssubtitle::importing

@@ -49,8 +49,6 @@ bool beginsOverride(std::string_view text, std::string_view codes) noexcept {
          (text[1] == '\\' || (text[2] == ':' && codes.find(lowerOf(text[1])) != codes.npos));
 }
 
-constexpr std::string_view kCodes = "yfscp";
-
 /// Writes the pieces of a text.
 class Writer {
  public:
@@ -59,7 +57,7 @@ class Writer {
 
   TextTraits write() {
     while (!rest_.empty()) {
-      appendText(findAny<'\n', '<', '{', '&'>(rest_));
+      appendText(findAny<'\n', '<', '{', '&', '\\'>(rest_));
       if (!rest_.empty()) readSpecial();
     }
     return {alignment_, style_.isAnyOpen()};
@@ -75,6 +73,8 @@ class Writer {
         return readTag();
       case '{':
         return readOverride();
+      case '\\':
+        return readBackslash();
       default:
         return readEntity();
     }
@@ -94,10 +94,17 @@ class Writer {
   }
 
   void readOverride() {
-    const std::size_t length = overrideLength(rest_, kCodes);
+    const std::size_t length = overrideLength(rest_, kSubRipCodes);
     if (length == 0) return appendText(1);
     const std::string_view block = rest_.substr(0, length);
     if (!alignment_) alignment_ = alignmentOfOverride(block);
+    rest_.remove_prefix(length);
+  }
+
+  void readBackslash() {
+    const std::size_t length = lineBreakLength(rest_);
+    if (length == 0) return appendText(1);
+    out_.endLine();
     rest_.remove_prefix(length);
   }
 
@@ -105,6 +112,7 @@ class Writer {
     const Entity entity = subRipEntityOf(rest_);
     if (entity.length == 0) return appendText(1);
     out_.append(entity.first);
+    if (entity.second != 0) out_.append(entity.second);
     rest_.remove_prefix(entity.length);
   }
 
@@ -131,6 +139,13 @@ TagAtFront tagAtFront(std::string_view text) noexcept {
   return found;
 }
 
+std::size_t lineBreakLength(std::string_view text) noexcept {
+  for (const std::string_view code : {"\\N", "\\\\N"}) {
+    if (text.starts_with(code)) return code.size();
+  }
+  return 0;
+}
+
 std::size_t overrideLength(std::string_view text, std::string_view codes) noexcept {
   if (!beginsOverride(text, codes)) return 0;
   const std::size_t end = text.find_first_of("{}", 1);
@@ -150,10 +165,10 @@ bool mayBeSubRipMarkup(std::string_view text) noexcept {
   switch (text.front()) {
     case '<':
       return tagBegun(text).has_value();
-    case '{':
-      return beginsOverride(text, kCodes);
     case '&':
       return subRipEntityOf(text).length > 0;
+    case '\\':
+      return lineBreakLength(text) > 0;
     default:
       return false;
   }

@@ -29,7 +29,6 @@ std::string_view valueOf(std::string_view text, std::string_view key) noexcept {
 std::string_view declaredEncoding(std::string_view bytes) noexcept {
   constexpr std::size_t kLooked = 1024;
   const std::string_view head = bytes.substr(0, std::min(bytes.size(), kLooked));
-  if (head.starts_with("WEBVTT")) return "UTF-8";
   std::string_view name;
   if (const std::size_t xml = findNoCase(head, "<?xml"); xml != head.npos) {
     const std::string_view declaration = head.substr(xml);

@@ -38,9 +38,20 @@ Encoding encodingOf(EncodingKind kind) {
   return {kind, std::string(found->name)};
 }
 
-bool isMostlyUtf8(const Utf8Count& count) noexcept {
+/// In text that is nearly ASCII, such as English with a few notes and quotation marks, sequences
+/// hardly ever come about by chance, so that a bare majority of them will do.
+bool isMostlyUtf8(const Utf8Count& count, std::size_t size) noexcept {
   constexpr std::size_t kSequencesPerBadByte = 20;
-  return count.sequences / kSequencesPerBadByte >= count.badBytes && count.sequences > 0;
+  constexpr std::size_t kBytesPerOddOne = 20;
+  const bool isNearlyAscii = size / kBytesPerOddOne >= 2 * count.sequences + count.badBytes;
+  return count.sequences / (isNearlyAscii ? 1 : kSequencesPerBadByte) >= count.badBytes &&
+         count.sequences > 0;
+}
+
+/// WebVTT is UTF-8 by its standard, so a few odd bytes are damage; more show another encoding.
+bool isWebVttOfUtf8(std::string_view bytes, const Utf8Count& count) noexcept {
+  constexpr std::size_t kFew = 8;
+  return bytes.starts_with("WEBVTT") && count.badBytes <= kFew;
 }
 
 /// The bytes of a code unit; of a code page they may differ from character to character.
@@ -152,8 +163,11 @@ FoundEncoding findEncoding(std::string_view bytes, const EncodingHints& hints) {
   if (count.badBytes == 0 && (!count.cutAtEnd || count.sequences > 0)) {
     return {encodingOf(EncodingKind::kUtf8), ksImportEncodingSource::kValidUtf8, !count.cutAtEnd};
   }
-  if (isMostlyUtf8(count)) {
+  if (isMostlyUtf8(count, bytes.size())) {
     return {encodingOf(EncodingKind::kUtf8), ksImportEncodingSource::kMostlyUtf8};
+  }
+  if (isWebVttOfUtf8(bytes, count)) {
+    return {encodingOf(EncodingKind::kUtf8), ksImportEncodingSource::kDeclared};
   }
   if (auto declared = usableDeclaration(bytes)) {
     return {std::move(*declared), ksImportEncodingSource::kDeclared};

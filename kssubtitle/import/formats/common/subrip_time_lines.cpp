@@ -45,9 +45,23 @@ bool isBrokenTimeLine(std::string_view text) noexcept {
   return consumeTime(text) || consumeTime(end);
 }
 
-/// Whether what follows a time without a fraction shows that more was meant than was read.
+/// Consumes everything up to the next arrow, and the arrow.
+Arrow consumeUpToArrow(std::string_view& text) noexcept {
+  const std::size_t arrow = text.find(kArrow);
+  if (arrow == text.npos) return Arrow::kNone;
+  text.remove_prefix(arrow + kArrow.size());
+  return Arrow::kUsual;
+}
+
+/// Whether a time of two fields was meant to have a third.
 bool isCutShort(const WrittenTime& time, std::string_view rest) noexcept {
-  return !time.isUsual && !rest.empty() && (rest.front() == ':' || isLetter(rest.front()));
+  return time.fields == 2 && rest.starts_with(':');
+}
+
+/// Whether the fraction before `rest` has a fraction of its own, as programs write that count in
+/// floating point.
+bool hasSecondFraction(std::string_view rest) noexcept {
+  return rest.size() > 1 && (rest[0] == '.' || rest[0] == ',') && isDigit(rest[1]);
 }
 
 }  // namespace
@@ -56,7 +70,12 @@ std::optional<SubRipTimeLine> subRipTimeLineOf(std::string_view text, Above abov
   const std::string_view whole = text;
   const auto start = consumeTime(text);
   if (!start && above != Above::kNumber) return std::nullopt;
-  const Arrow arrow = consumeArrow(text);
+  bool isClean = true;
+  Arrow arrow = consumeArrow(text);
+  if (arrow == Arrow::kNone && start && start->fields == 3) {
+    isClean = false;
+    arrow = consumeUpToArrow(text);
+  }
   if (arrow == Arrow::kNone) {
     return above == Above::kNumber && isBrokenTimeLine(whole) ? std::optional(SubRipTimeLine())
                                                               : std::nullopt;
@@ -69,7 +88,8 @@ std::optional<SubRipTimeLine> subRipTimeLineOf(std::string_view text, Above abov
   }
   const bool isStrict = arrow == Arrow::kUsual && start->fields == 3 && end->fields == 3;
   if (!isStrict && above == Above::kOther) return std::nullopt;
-  const bool isUsual = isStrict && start->isUsual && end->isUsual;
+  isClean = isClean && !hasSecondFraction(text);
+  const bool isUsual = isStrict && isClean && start->isUsual && end->isUsual;
   return SubRipTimeLine{start->milliseconds, end->milliseconds, true, isUsual};
 }
 

@@ -1,45 +1,61 @@
 // Lines of two times, which announce the text of a cue below them.
 #include "kssubtitle/import/formats/common/time_lines.h"
 
+#include <algorithm>
+
 #include "kssubtitle/import/formats/common/numbers.h"
 
 namespace kssubtitle::importing {
 namespace {
 
-/// The time of three fields that `text` is.
-std::optional<WrittenTime> fullTimeOf(std::string_view text) noexcept {
+/// Consumes a time of three fields.
+std::optional<WrittenTime> consumeFullTime(std::string_view& text) noexcept {
   const auto time = consumeTime(text);
-  if (!time || time->fields != 3 || !withoutBlanks(text).empty()) return std::nullopt;
-  return time;
+  return time && time->fields == 3 ? time : std::nullopt;
 }
 
-std::optional<PairOfTimes> pairAround(std::string_view line, std::size_t comma) noexcept {
-  const auto start = fullTimeOf(line.substr(0, comma));
-  const auto end = fullTimeOf(line.substr(comma + 1));
-  if (!start || !end) return std::nullopt;
-  return PairOfTimes{*start, *end};
+/// The pair of the times that begin `before` and `after` a comma.
+std::optional<PairOfTimes> pairAround(std::string_view before, std::string_view after) noexcept {
+  const auto start = consumeFullTime(before);
+  const auto end = start ? consumeFullTime(after) : std::nullopt;
+  if (!end) return std::nullopt;
+  return PairOfTimes{*start, *end, withoutBlanks(before).empty() && withoutBlanks(after).empty()};
+}
+
+/// The pair around the first comma at `from` or later.
+std::optional<PairOfTimes> pairAroundComma(std::string_view line, std::size_t from) noexcept {
+  const std::size_t comma = line.find(',', from);
+  if (comma == line.npos) return std::nullopt;
+  return pairAround(line.substr(0, comma), line.substr(comma + 1));
+}
+
+/// `line` without signs that people put before a time; '+' and '-' belong to it.
+std::string_view withoutLeadingSigns(std::string_view line) noexcept {
+  constexpr std::string_view kSigns = "!\"#$%&'()*,./:;<=>?@[\\]^_`{|}~";
+  return line.substr(std::min(line.find_first_not_of(kSigns), line.size()));
 }
 
 }  // namespace
 
 std::optional<PairOfTimes> pairOfTimes(std::string_view line) noexcept {
-  std::string_view rest = line;
-  const auto start = consumeTime(rest);
-  if (!start || start->fields != 3) return std::nullopt;
-  if (!consumeCharacter(rest, ',')) {
-    // It may have been taken for that of a fraction.
-    const std::size_t comma = line.find(',');
-    return comma == line.npos ? std::nullopt : pairAround(line, comma);
-  }
-  const auto end = consumeTime(rest);
-  if (!end || end->fields != 3 || !withoutBlanks(rest).empty()) return std::nullopt;
-  return PairOfTimes{*start, *end};
+  const std::string_view times = withoutLeadingSigns(line);
+  std::string_view rest = times;
+  if (!consumeFullTime(rest)) return std::nullopt;
+  // The first comma may be that of a fraction, or have been taken for one.
+  const std::size_t startEnd = times.size() - rest.size();
+  auto pair = pairAroundComma(times, 0);
+  if (!pair) pair = pairAroundComma(times, startEnd);
+  if (pair) pair->isAlone = pair->isAlone && times.size() == line.size();
+  return pair;
 }
 
 bool mayPrecedeText(std::string_view line) noexcept {
   line = withoutTrailingBlanks(line);
   const bool endsInDigit = !line.empty() && isDigit(line.back());
-  if (endsInDigit && line.find(',') != line.npos && pairOfTimes(line)) return true;
+  if (endsInDigit && line.find(',') != line.npos) {
+    const auto times = pairOfTimes(line);
+    if (times && times->isAlone) return true;
+  }
   return line.find("-->") != line.npos;
 }
 

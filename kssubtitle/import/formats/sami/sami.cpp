@@ -214,22 +214,25 @@ class CueWriter {
   void write(const std::vector<Paragraph>& paragraphs) {
     for (auto at = paragraphs.begin(); at != paragraphs.end(); ++index_) {
       const Paragraph& first = *at;
-      bool isClosed = true;
+      TextTraits all;
       for (; at != paragraphs.end() && at->sync == first.sync && at->end == first.end; ++at) {
-        isClosed = writeSamiText(at->text, sink_.text()) && isClosed;
+        const TextTraits traits = writeSamiText(at->text, sink_.text());
+        if (!all.alignment) all.alignment = traits.alignment;
+        all.isUnclosed = all.isUnclosed || traits.isUnclosed;
       }
-      if (!isClosed) sink_.notes().add(ksImportProblem::kTagUnclosed, lines_.of(first.sync));
+      if (all.isUnclosed) sink_.notes().add(ksImportProblem::kTagUnclosed, lines_.of(first.sync));
       const std::string_view text = sink_.text().finish();
-      if (!text.empty()) add(first, text);
+      if (!text.empty()) add(first, text, all.alignment.value_or(2));
     }
   }
 
  private:
-  void add(const Paragraph& paragraph, std::string_view text) {
+  void add(const Paragraph& paragraph, std::string_view text, int alignment) {
     const int line = lines_.of(paragraph.sync);
     ksImportCue& cue = paragraph.end == kNever ? sink_.beginWithoutEnd(paragraph.start, line)
                                                : sink_.begin(paragraph.start, paragraph.end, line);
     cue.text = text;
+    cue.alignment = alignment;
     cue.index = index_;
   }
 
