@@ -69,16 +69,16 @@ const Row kRows[] = {
      "<font color=\"#123456\">G</font>"},
     {"WebVTT_style", ksImportTarget::kWebVtt, kStyledText,
      " line:0 align:left\n<i>A</i><i><b>B</b></i>\n<b>C</b> D<c.red>E</c><u>F</u>"
-     "<c.color123456>G</c>",
+     "<c.black>G</c>",
      "<i>A</i><i><b>B</b></i>|<b>C</b> D<font color=\"#ff0000\">E</font><u>F</u>"
-     "<font color=\"#123456\">G</font>"},
+     "<font color=\"#000000\">G</font>"},
     {"ASS_style", ksImportTarget::kAss, kStyledText,
      "{\\an7\\i1}A{\\b1}B\\N{\\i0}C{\\b0} {\\s1}D{\\s0\\c&H0000ff&}E{\\u1\\c}F"
      "{\\u0\\c&H563412&}G",
      "<i>A</i><i><b>B</b></i>|<b>C</b> <s>D</s><font color=\"#ff0000\">E</font><u>F</u>"
      "<font color=\"#123456\">G</font>"},
     {"SubRip_signs", ksImportTarget::kSubRip, kSigns,
-     "{\\an7}&#123;\\an3} <x> \\N\\h\\x &lt;i> &#123;y:b} {no} &amp;amp; & & > <",
+     "{\\an7}{<i></i>\\an3} <x> &#92;N\\h\\x &lt;i> {<i></i>y:b} {<i></i>no} &amp;amp; & & > <",
      "{\\an3} &lt;x&gt; \\N\\h\\x &lt;i&gt; {y:b} {no} &amp;amp; &amp; &amp; &gt; &lt;"},
     {"WebVTT_signs", ksImportTarget::kWebVtt, kSigns,
      " line:0 align:left\n{\\an3} &lt;x&gt; \\N\\h\\x &lt;i&gt; {y:b} {no} &amp;amp; &amp; &amp; "
@@ -97,7 +97,7 @@ const Row kRows[] = {
      "{\\an7}a\n00:00:05,0 --&#62; 00:00:06,0\n00:00:05,0 --> <i>00:00:06,0</i>",
      "a|00:00:05,0 --&gt; 00:00:06,0|00:00:05,0 --&gt; <i>00:00:06,0</i>"},
     {"SubRip_signs_within_signs", ksImportTarget::kSubRip, "{\\b {\\i} &lt;font &lt;i>",
-     "{\\an7}&#123;\\b &#123;\\i} &lt;font &lt;i>", "{\\b {\\i} &lt;font &lt;i&gt;"},
+     "{\\an7}{<i></i>\\b {<i></i>\\i} &lt;font &lt;i>", "{\\b {\\i} &lt;font &lt;i&gt;"},
     {"form_of_texts", ksImportTarget::kSubRip,
      "\r\n <i>\t</i>\r a\xFF \n\n\xC2\xA0<i> b &#10;&#9;</i>", "{\\an7}a\xEF\xBF\xBD\n<i>b</i>",
      "a\xEF\xBF\xBD|<i>b</i>"},
@@ -243,7 +243,8 @@ TEST(Writer, generatedCues_areTheSameAfterAnyTwoFormats) {
     const GeneratedCues generated(random);
     std::string styled;
     for (const ksImportTarget first : kReadable) {
-      const std::string file = ksImportWrite(generated.cues, first, ksImportMarkup::kHtml);
+      const std::string file =
+          ksImportWrite(generated.cues, first, ksImportMarkup::kHtml, ksImportColors::kExactColors);
       ksImportParser parser;
       ASSERT_TRUE(openText(parser, file));
       ASSERT_EQ(cuesOf(parser), generated.expected) << file;
@@ -251,7 +252,8 @@ TEST(Writer, generatedCues_areTheSameAfterAnyTwoFormats) {
       if (styled.empty()) styled = cuesOf(parser);
       ASSERT_EQ(cuesOf(parser), styled) << file;
       for (const ksImportTarget second : kReadable) {
-        const std::string again = ksImportWrite(parser.cues(), second, ksImportMarkup::kHtml);
+        const std::string again = ksImportWrite(parser.cues(), second, ksImportMarkup::kHtml,
+                                                ksImportColors::kExactColors);
         ksImportParser other;
         ASSERT_TRUE(openText(other, again, kHtml));
         ASSERT_EQ(cuesOf(other), styled) << file << again;

@@ -81,6 +81,11 @@ TEST_F(KssubTest, convert_writes_every_format) {
       "1\n", "", 0);
   expectRun("convert film.srt film.webvtt && cat film.webvtt",
             "WEBVTT\n\n1\n00:00:01.000 --> 00:00:02.000\n<i>A &amp; b</i>\nc\n", "", 0);
+  directory.write("colours.srt",
+                  "1\n00:00:01,000 --> 00:00:02,000\n<font color=#ee2020>A</font>\n");
+  expectRun("convert colours.srt - --to vtt | tail -n 1", "<c.red>A</c>\n", "", 0);
+  expectRun("convert colours.srt - --to vtt --exact-colours | tail -n 1", "<c.coloree2020>A</c>\n",
+            "", 0);
   expectRun("convert - film.ass <film.srt && tail -n 1 film.ass",
             "Dialogue: 0,0:00:01.00,0:00:02.00,Default,,0,0,0,,.\\\\i1.A & b\\\\N.\\\\i0.c\n", "",
             0);

@@ -39,13 +39,13 @@ std::vector<OutgoingCue> outgoing(std::span<const ksImportCue> cues, ksImportMar
 }  // namespace
 
 std::string ksImportWrite(std::span<const ksImportCue> cues, ksImportTarget target,
-                          ksImportMarkup markup) {
+                          ksImportMarkup markup, ksImportColors colors) {
   const std::vector<OutgoingCue> all = outgoing(cues, markup);
   switch (target) {
     case ksImportTarget::kSubRip:
       return writeSubRip(all);
     case ksImportTarget::kWebVtt:
-      return writeWebVtt(all);
+      return writeWebVtt(all, colors);
     case ksImportTarget::kAss:
       return writeAss(all);
     case ksImportTarget::kText:

@@ -17,6 +17,12 @@ enum class ksImportTarget {
   kText,    ///< The texts alone, separated by blank lines.
 };
 
+/// How WebVTT has colours; other formats have any colour.
+enum class ksImportColors {
+  kStandardColors,  ///< The nearest of the eight that the standard has classes for.
+  kExactColors,     ///< Any, by a style sheet: players that cannot read one may show nothing.
+};
+
 /// Returns the content of a `target` file with `cues`, whose texts are in `markup`: UTF-8 without a
 /// BOM, lines ending in LF, cues by start (in the given order where starts are equal), numbered
 /// where the format numbers them. The cues may come from a parser, which must have been asked for
@@ -24,11 +30,14 @@ enum class ksImportTarget {
 /// thread may call it.
 ///
 /// Whatever would be read as a tag, an entity, a time or another part of the format is escaped;
-/// other text is written to SubRip unchanged. ksImportParser reads the same cues back, except:
+/// other text is written to SubRip unchanged, but for an empty pair of tags after an opening brace,
+/// which keeps players from hiding the text in braces as an override. ksImportParser reads the same
+/// cues back, except:
 /// - Cues that are never shown (see ksImportCue) or have no text are left out. A start below 0
 ///   becomes 0, and no time exceeds 999,999,999,999 hours. ASS has hundredths of a second: times
 ///   are rounded, to a length of at least one hundredth.
-/// - WebVTT has no strike-out. ASS cannot tell white text from text without a colour. kText has no
+/// - WebVTT has no strike-out, and exact colours only with kExactColors. ASS cannot tell white text
+/// from text without a colour. kText has no
 ///   style, alignment or times.
 /// - WebVTT settings preserve `alignment`; other players take them as line 0 or the middle of the
 ///   picture, and its left or right edge.
@@ -40,6 +49,7 @@ enum class ksImportTarget {
 /// The fixed readers answer a written SubRip file alike if its cues do not overlap and it has at
 /// most 20,000 lines, except for texts with more than two lines, a line of digits alone, tags (of
 /// style or alignment), braces, entities, or an arrow within a line.
-KSSUBTITLE_IMPORT_API std::string ksImportWrite(std::span<const ksImportCue> cues,
-                                                ksImportTarget target,
-                                                ksImportMarkup markup = ksImportMarkup::kPlain);
+KSSUBTITLE_IMPORT_API std::string ksImportWrite(
+    std::span<const ksImportCue> cues, ksImportTarget target,
+    ksImportMarkup markup = ksImportMarkup::kPlain,
+    ksImportColors colors = ksImportColors::kStandardColors);

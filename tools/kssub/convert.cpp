@@ -2,6 +2,7 @@
 #include <CLI/CLI.hpp>
 #include <array>
 #include <cmath>
+#include <csignal>
 #include <filesystem>
 #include <iostream>
 #include <limits>
@@ -88,7 +89,7 @@ EditedCues cuesIn(const ksImportParser& parser) {
   return cues;
 }
 
-std::string written(const EditedCues& cues, ksImportTarget target) {
+std::string written(const EditedCues& cues, ksImportTarget target, ksImportColors colors) {
   std::vector<ksImportCue> views;
   for (const EditedCue& cue : cues) {
     ksImportCue& view = views.emplace_back();
@@ -97,7 +98,7 @@ std::string written(const EditedCues& cues, ksImportTarget target) {
     view.alignment = cue.alignment;
     view.text = cue.text;
   }
-  return ksImportWrite(views, target, ksImportMarkup::kHtml);
+  return ksImportWrite(views, target, ksImportMarkup::kHtml, colors);
 }
 
 /// The first unused name of PATH.bak, PATH.bak2 ...
@@ -130,6 +131,9 @@ class Convert : public Command {
     app.add_option("--to", to_,
                    "The format: " + targets() + "; otherwise the extension of OUT decides")
         ->type_name("FORMAT");
+    app.add_flag_callback(
+        "--exact-colours", [this] { colors_ = ksImportColors::kExactColors; },
+        "In WebVTT, keep colours exactly; many players then show nothing");
     addTimingOptions(app);
     addSpanOptions(app);
     addTextOptions(app);
@@ -139,6 +143,8 @@ class Convert : public Command {
   }
 
   int run() override {
+    if (output_ != "-")
+      std::signal(SIGPIPE, SIG_IGN);  // unread notes must not keep it from writing
     request_.options.markup = ksImportMarkup::kHtml;
     const ksImportParser parser = openedParser(request_);
     EditedCues cues = cuesIn(parser);
@@ -150,7 +156,7 @@ class Convert : public Command {
                 "cues that are never shown are");
     cues = edited(std::move(cues), edits_);
     if (cues.empty()) throw std::runtime_error(terminalText(nameOf(request_)) + ": no cue is left");
-    const std::string content = written(cues, target_);
+    const std::string content = written(cues, target_, colors_);
     if (isInPlace_) {
       replaceInput(content);
     } else if (output_ == "-") {
@@ -282,6 +288,7 @@ class Convert : public Command {
   std::string output_;
   std::string to_;
   ksImportTarget target_ = ksImportTarget::kText;
+  ksImportColors colors_ = ksImportColors::kStandardColors;
   bool isInPlace_ = false;
   Edits edits_;
 };

@@ -24,17 +24,32 @@ std::string_view escapeOf(char c) noexcept {
   switch (c) {
     case '<':
       return "&lt;";
-    case '{':
-      return "&#123;";
+    case '\\':
+      return "&#92;";
     default:
       return "&amp;";
   }
 }
 
+/// Appends a brace so that it begins no override. Many players hide any text in braces, and some of
+/// them turn tags into overrides: what they hide then ends with the first tag.
+void appendBrace(std::string& out, const Style& style, bool isClosed) {
+  out += '{';
+  if (!isClosed) return;
+  const auto* tag = std::ranges::find_if(
+      kHtmlTags, [&style](const HtmlTag& known) { return !(style.*known.isSet); });
+  if (tag == std::end(kHtmlTags)) tag = kHtmlTags;
+  out.append(tag->opening).append(tag->closing);
+}
+
 /// Escapes only what could be read as markup, because few players know entities.
-void appendCharacters(std::string& out, std::string_view all, std::size_t begin, std::size_t end) {
+void appendCharacters(std::string& out, std::string_view all, std::size_t begin, std::size_t end,
+                      const Style& style) {
+  const std::size_t lastClosing = all.rfind('}');
   for (std::size_t i = begin; i < end; ++i) {
-    if (mayBeSubRipMarkup(all.substr(i))) {
+    if (all[i] == '{') {
+      appendBrace(out, style, lastClosing != all.npos && i < lastClosing);
+    } else if (mayBeSubRipMarkup(all.substr(i))) {
       out += escapeOf(all[i]);
     } else {
       out += all[i];
@@ -48,7 +63,7 @@ std::string taggedText(const OutgoingCue& cue) {
   const auto put = [&out](std::string_view tag) { out += tag; };
   forEachRun(cue.text, [&](const Style& style, std::size_t begin, std::size_t end, bool endsLine) {
     putOpeningTags(style, put);
-    appendCharacters(out, cue.text.characters, begin, end);
+    appendCharacters(out, cue.text.characters, begin, end, style);
     putClosingTags(style, put);
     if (endsLine) out += '\n';
   });

@@ -1,4 +1,5 @@
 // Writes WebVTT.
+#include <algorithm>
 #include <set>
 
 #include "kssubtitle/import/markup/html_output.h"
@@ -23,12 +24,30 @@ std::string_view standardClassOf(int colour) noexcept {
   return {};
 }
 
-std::string classOf(int colour) {
-  const std::string_view standard = standardClassOf(colour);
+/// The squared distance of two colours.
+int distance(int a, int b) noexcept {
+  int sum = 0;
+  for (const int shift : {0, 8, 16}) {
+    const int difference = (a >> shift & 0xFF) - (b >> shift & 0xFF);
+    sum += difference * difference;
+  }
+  return sum;
+}
+
+int nearestStandard(int colour) noexcept {
+  return std::ranges::min_element(
+             kColourClasses, {},
+             [colour](const auto& entry) { return distance(entry.first, colour); })
+      ->first;
+}
+
+std::string classOf(int colour, ksImportColors colors) {
+  const bool isExact = colors == ksImportColors::kExactColors;
+  const std::string_view standard = standardClassOf(isExact ? colour : nearestStandard(colour));
   return standard.empty() ? std::string("color").append(HtmlColour(colour)) : std::string(standard);
 }
 
-void appendText(std::string& out, const StyledText& text) {
+void appendText(std::string& out, const StyledText& text, ksImportColors colors) {
   const auto put = [&out](std::string_view piece) { out += piece; };
   forEachRun(text, [&](const Style& style, std::size_t begin, std::size_t end, bool endsLine) {
     Style tags = style;
@@ -36,7 +55,7 @@ void appendText(std::string& out, const StyledText& text) {
     tags.colour = Style::kNoColour;
     const bool isColoured = style.colour != Style::kNoColour;
     putOpeningTags(tags, put);
-    if (isColoured) out += "<c." + classOf(style.colour) + '>';
+    if (isColoured) out += "<c." + classOf(style.colour, colors) + '>';
     putEscaped(std::string_view(text.characters).substr(begin, end - begin), put);
     if (isColoured) out += "</c>";
     putClosingTags(tags, put);
@@ -61,7 +80,7 @@ std::string styleBlocks(OutgoingCues cues) {
   std::string out;
   for (const int colour : colours) {
     if (colour == Style::kNoColour || !standardClassOf(colour).empty()) continue;
-    out += "\nSTYLE\n::cue(." + classOf(colour) + ") { color: #";
+    out += "\nSTYLE\n::cue(." + classOf(colour, ksImportColors::kExactColors) + ") { color: #";
     out.append(HtmlColour(colour)) += "; }\n";
   }
   return out;
@@ -69,14 +88,15 @@ std::string styleBlocks(OutgoingCues cues) {
 
 }  // namespace
 
-std::string writeWebVtt(OutgoingCues cues) {
-  std::string out = "WEBVTT\n" + styleBlocks(cues);
+std::string writeWebVtt(OutgoingCues cues, ksImportColors colors) {
+  std::string out = "WEBVTT\n";
+  if (colors == ksImportColors::kExactColors) out += styleBlocks(cues);
   std::size_t number = 0;
   for (const OutgoingCue& cue : cues) {
     out += '\n' + std::to_string(++number) + '\n';
     out += clockText(cue.start, kClock) + " --> " + clockText(cue.end, kClock);
     out += settingsOf(cue.alignment) + '\n';
-    appendText(out, cue.text);
+    appendText(out, cue.text, colors);
     out += '\n';
   }
   return out;

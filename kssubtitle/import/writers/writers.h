@@ -4,6 +4,7 @@
 #include <span>
 #include <string>
 
+#include "kssubtitle/import/ksImportWriter.h"
 #include "kssubtitle/import/writers/styled_text.h"
 
 namespace kssubtitle::importing {
@@ -18,7 +19,7 @@ struct OutgoingCue {
 using OutgoingCues = std::span<const OutgoingCue>;
 
 std::string writeSubRip(OutgoingCues cues);
-std::string writeWebVtt(OutgoingCues cues);
+std::string writeWebVtt(OutgoingCues cues, ksImportColors colors);
 std::string writeAss(OutgoingCues cues);
 std::string writeText(OutgoingCues cues);
 
