@@ -93,12 +93,12 @@ TEST_F(KssubTest, commands_print_answers) {
 TEST_F(KssubTest, json_holds_any_text_in_the_order_of_the_file) {
   directory.write(
       "late.srt",
-      "1\r\n00:00:05,000 --> 00:00:06,000\r\nHe said \"\\N\"\r\n\u00e9\xf0\x9f\x8c\x8a\r\n"
-      "2\r\n-0:00:01,000 --> 00:00:01,000\r\na\x1b[2J\xc2\x9b|\t\x7f\r\n");
+      "1\r\n00:00:05,000 --> 00:00:06,000\r\nHe said \"\\n\"\r\n\u00e9\xf0\x9f\x8c\x8a\r\n"
+      "2\r\n-0:00:01,000 --> 00:00:01,000\r\na\x1b[2J\xc2\x9b|\t\x7f\u0085\u2028\u2029b\r\n");
   const std::string second =
-      R"(\{"start":-1000,"end":1000,"text":"a\\u001b\[2J\\u009b\|\\u0009\\u007f"\})";
+      R"(\{"start":-1000,"end":1000,"text":"a\\u001b\[2J\\u009b\|\\u0009\\u007f\\u0085\\u2028\\u2029b"\})";
   expectRun("list late.srt --json",
-            R"(\{"start":5000,"end":6000,"text":"He said \\"\\\\N\\"\\n)"
+            R"(\{"start":5000,"end":6000,"text":"He said \\"\\\\n\\"\\n)"
             "\u00e9\xf0\x9f\x8c\x8a\"\\}\n" +
                 second + "\n",
             "", 0);
@@ -179,6 +179,10 @@ TEST_F(KssubTest, failures_have_exit_statuses_of_their_own) {
   expectRun("at - 0 --json <empty.srt", "", "kssub: standard input: The file is empty.\n", 1);
   expectRun("list /dev/zero", "", "kssub: /dev/zero: The file is larger .*\n", 1);
   expectRun("list - </dev/zero", "", "kssub: standard input: The file is larger .*\n", 1);
+  std::string film;
+  for (int i = 0; i < 5000; ++i) film += "00:00:01,000 --> 00:00:02,000\nA line\n\n";
+  directory.write("long.srt", film);
+  expectRun("list long.srt | head -1", " +start +end +text\n", "", 0);
   expectRun("list plain.srt >/dev/full", "", "kssub: cannot write the output\n", 1);
   expectRun("--help >/dev/full", "", "kssub: cannot write the output\n", 1);
   const std::string notATime = "\"[^ ]*\" is not a time: .*1500 \\(milliseconds\\)";

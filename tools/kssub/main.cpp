@@ -121,7 +121,7 @@ int fail(const char* reason) {
 }  // namespace
 
 int main(int argc, char** argv) {
-  std::signal(SIGPIPE, SIG_IGN);  // a closed pipe is reported like any failed write
+  std::signal(SIGPIPE, SIG_DFL);  // ends in silence when nobody reads the output any more
   try {
     const int status = CommandLine().run(argc, argv);
     return std::cout.flush() ? status : fail("cannot write the output");
