@@ -19,5 +19,6 @@ struct ksImportCue {
   /// In WebVTT `align` gives the column and `line` the third of the picture.
   int alignment = 2;
   bool isEndAssumed = false;  ///< The file gives no end: it is the next start, or a few seconds.
-  bool isDuplicate = false;   ///< An earlier cue has the same start, end and text; never shown.
+  /// An earlier cue has the same start, end and text, whatever its style; never shown.
+  bool isDuplicate = false;
 };

@@ -24,10 +24,10 @@ struct ParserContents;
 /// queries answer whatever the encoding is.
 ///
 /// At `t` every cue with start <= t < end is shown or, if there is none, those with end == t; their
-/// texts are joined by line feeds in file order. Of cues with equal start, end and text only the
-/// first is shown. `start` and `end` of an answer bound the longest span around `t` in which the
-/// same cues are shown, with `start` at least 0; at `end` itself they are shown only if nothing
-/// else is.
+/// texts are joined by line feeds in file order. Of cues with equal start, end and text, whatever
+/// its style, only the first is shown. `start` and `end` of an answer bound the longest span around
+/// `t` in which the same cues are shown, with `start` at least 0; at `end` itself they are shown
+/// only if nothing else is.
 ///
 /// Queries change nothing: several threads may query one parser while none opens a file. Separate
 /// parsers share nothing. Nothing throws but `std::bad_alloc`; if Open() does, the parser is closed
